@@ -1,0 +1,94 @@
+// The lower-case mapping: a direct table for the alphabets of every day, ranges for the rest.
+#include "frame/case_mapping.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/utf.h"
+
+namespace korvel {
+namespace {
+
+// Every stride-th code point from first to last lies delta below its lower-case partner.
+struct LowerRange {
+  char32_t first;
+  char32_t last;
+  std::uint32_t stride;
+  std::int32_t delta;
+};
+
+constexpr auto lower_ranges = std::to_array<LowerRange>({
+#include "frame/case_mapping_table.inc"
+});
+
+constexpr bool ranges_ascend() {
+  for (std::size_t i = 0; i < lower_ranges.size(); ++i) {
+    if (lower_ranges[i].last < lower_ranges[i].first) return false;
+    if (i > 0 && lower_ranges[i].first <= lower_ranges[i - 1].last) return false;
+  }
+  return true;
+}
+static_assert(ranges_ascend(), "the binary search needs ranges in order that do not overlap");
+
+constexpr char32_t search_lower(char32_t code_point) {
+  const auto range = std::ranges::lower_bound(lower_ranges, code_point, {}, &LowerRange::last);
+  if (range == lower_ranges.end() || code_point < range->first) return code_point;
+  if ((code_point - range->first) % range->stride != 0) return code_point;
+  return code_point + static_cast<char32_t>(range->delta);
+}
+
+// Latin, Greek, Cyrillic and Armenian letters, looked up at once.
+constexpr std::size_t direct_size = 0x600;
+
+constexpr std::array<char16_t, direct_size> direct_lower = [] {
+  std::array<char16_t, direct_size> table{};
+  for (char32_t code = 0; code < direct_size; ++code) {
+    table[code] = static_cast<char16_t>(search_lower(code));
+  }
+  return table;
+}();
+
+constexpr char32_t lower_code_point(char32_t code_point) {
+  return code_point < direct_size ? direct_lower[code_point] : search_lower(code_point);
+}
+
+// The lower-cased code point at `at`; a lone surrogate is left as it stands.
+CodePoint lowered_at(std::wstring_view text, std::size_t at) {
+  const auto unit = static_cast<char32_t>(text[at]);
+  if (unit < direct_size) return {direct_lower[unit], 1};
+  const CodePoint read = code_point_at(text, at);
+  return {lower_code_point(read.units == 1 ? unit : read.value), read.units};
+}
+
+}  // namespace
+
+std::wstring lower(std::wstring_view text) {
+  std::wstring out;
+  lower_into(text, out);
+  return out;
+}
+
+void lower_into(std::wstring_view text, std::wstring& out) {
+  out.clear();
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const CodePoint lowered = lowered_at(text, at);
+    append_code_point(lowered.value, out);
+    at += lowered.units;
+  }
+}
+
+bool equal_ignoring_case(std::wstring_view a, std::wstring_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t at = 0; at < a.size();) {
+    const CodePoint left = lowered_at(a, at);
+    const CodePoint right = lowered_at(b, at);
+    if (left.value != right.value) return false;
+    at += left.units;
+  }
+  return true;
+}
+
+}  // namespace korvel

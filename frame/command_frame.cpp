@@ -1,0 +1,68 @@
+#include "frame/command_frame.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace korvel {
+namespace {
+
+constexpr std::int64_t most_moves = 100;
+
+}  // namespace
+
+EntityList pick_first_entities(DrawingHost& host) { return host.pick_first(); }
+
+std::optional<EntityList> asked_entities(DrawingHost& host) { return host.ask_selection(); }
+
+EntityList model_space_entities(DrawingHost& host) {
+  EntityList entities = host.model_space();
+  std::erase_if(entities, [&host](EntityId id) { return !host.opens(id, OpenMode::Read); });
+  return entities;
+}
+
+void usable_filter(const DrawingHost& host, EntityList& entities) {
+  std::unordered_set<EntityId> usable_layers;
+  for (const Layer& layer : host.layers()) {
+    if (!layer.frozen && !layer.hidden && !layer.locked && !layer.off) {
+      usable_layers.insert(layer.id);
+    }
+  }
+  for (std::size_t i = 0; i < entities.size();) {
+    if (host.opens(entities[i], OpenMode::Read) &&
+        usable_layers.contains(host.layer_of(entities[i]))) {
+      ++i;
+    } else {
+      entities[i] = entities.back();
+      entities.pop_back();
+    }
+  }
+}
+
+Gathered gather(DrawingHost& host) {
+  Gathered gathered{pick_first_entities(host), false};
+  if (gathered.entities.empty()) {
+    std::optional<EntityList> asked = asked_entities(host);
+    if (!asked) return {{}, true};
+    gathered.entities = std::move(*asked);
+  }
+  if (gathered.entities.empty()) gathered.entities = model_space_entities(host);
+  usable_filter(host, gathered.entities);
+  return gathered;
+}
+
+void leave_selected(DrawingHost& host, const EntityList& entities) {
+  host.set_pick_first({});
+  host.set_pick_first(entities);
+}
+
+Progress::Progress(DrawingHost& host, std::int64_t range)
+    : host_(host), stride_(std::max<std::int64_t>((range + most_moves - 1) / most_moves, 1)) {
+  host_.start_progress(L"KORVEL", range);
+}
+
+void Progress::step() {
+  ++done_;
+  if (done_ % stride_ == 0) host_.move_progress(done_);
+}
+
+}  // namespace korvel

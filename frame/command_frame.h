@@ -1,0 +1,75 @@
+// How most commands begin and end: the entities they work on, the result they leave selected, the
+// progress they show.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "frame/drawing_host.h"
+#include "frame/message.h"
+
+namespace korvel {
+
+// The selection that was active when the command was typed; empty if there was none.
+[[nodiscard]] EntityList pick_first_entities(DrawingHost& host);
+
+// The selection the user makes at the host's ordinary prompt; none: Esc.
+[[nodiscard]] std::optional<EntityList> asked_entities(DrawingHost& host);
+
+// Every entity of "*Model_Space" that opens for reading, in the host's order.
+[[nodiscard]] EntityList model_space_entities(DrawingHost& host);
+
+// Drops every entity that does not open for reading or whose layer is frozen, hidden, locked or
+// off. Deliberately not stable: the last entity takes the place of a dropped one, so the order
+// changes whenever something was dropped.
+void usable_filter(const DrawingHost& host, EntityList& entities);
+
+struct Gathered {
+  EntityList entities;
+  bool cancelled = false;
+};
+
+// The standard gathering: the pick-first set, else what the user selects, else (Enter at the
+// prompt) all of model space, and of that what is usable. After Esc the list is empty and nothing
+// else was looked at.
+[[nodiscard]] Gathered gather(DrawingHost& host);
+
+// Makes the entities the pick-first set in place of the one there was.
+void leave_selected(DrawingHost& host, const EntityList& entities);
+
+// Prints the catalogue's message with its arguments.
+template <Message message, class... Args>
+void report(DrawingHost& host, const Args&... args) {
+  host.print(format<message>(args...));
+}
+
+// Brackets changes of entities and object data.
+class DocumentLock {
+ public:
+  explicit DocumentLock(DrawingHost& host) : host_(host) { host_.lock(); }
+  ~DocumentLock() { host_.unlock(); }
+  DocumentLock(const DocumentLock&) = delete;
+  DocumentLock& operator=(const DocumentLock&) = delete;
+
+ private:
+  DrawingHost& host_;
+};
+
+// The progress meter of a command that walks many entities, ended on every way out.
+class Progress {
+ public:
+  Progress(DrawingHost& host, std::int64_t range);
+  ~Progress() { host_.end_progress(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  // One item done. The meter itself moves at most a hundred times.
+  void step();
+
+ private:
+  DrawingHost& host_;
+  std::int64_t done_ = 0;
+  std::int64_t stride_;
+};
+
+}  // namespace korvel

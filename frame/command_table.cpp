@@ -1,0 +1,61 @@
+#include "frame/command_table.h"
+
+#include <array>
+
+#include "frame/command_handlers.h"
+
+namespace korvel {
+namespace {
+
+constexpr int usual =
+    command_flag::transparent | command_flag::uses_pick_set | command_flag::redraw;
+constexpr int modal = 0;
+
+constexpr std::array<Command, 38> commands = {{
+    {L"KORVEL_PSEL", usual, L"asks for a point and selects the entities found around it", nullptr},
+    {L"KORVEL_CTL", usual, L"shows the command palette", nullptr},
+    {L"KORVEL_LOAD_DEFINITION", modal, L"loads table definitions from a drawing file", nullptr},
+    {L"KORVEL_HAS_DUPLICATE_OD", usual, L"selects entities with a table attached twice or more",
+     has_duplicate_od},
+    {L"KORVEL_HAS_OD", usual, L"selects entities with any object data", has_od},
+    {L"KORVEL_HAS_MULTIPLE_OD", usual, L"selects entities with more than one record",
+     has_multiple_od},
+    {L"KORVEL_HAS_SPECIFIC_OD", usual, L"selects entities with chosen tables", nullptr},
+    {L"KORVEL_REMOVE_DUPLICATE_OD", usual, L"removes duplicated records", nullptr},
+    {L"KORVEL_HAS_NO_OD", usual, L"selects entities without object data", has_no_od},
+    {L"KORVEL_HAS_SPECIFIC_VALUES", usual, L"selects entities by record values", nullptr},
+    {L"KORVEL_RM", usual, L"removes chosen tables from entities", nullptr},
+    {L"KORVEL_RM_ALL", usual, L"removes all records from entities", nullptr},
+    {L"KORVEL_COPY_OD", usual, L"copies records from a reference entity", nullptr},
+    {L"KORVEL_COPY_VALUE", usual, L"copies values from a reference entity", nullptr},
+    {L"KORVEL_COPY_OD_VALUE", usual, L"copies records and values", nullptr},
+    {L"KORVEL_COPY_ALL", usual, L"copies properties and records from a reference entity", nullptr},
+    {L"KORVEL_COPY_ALL_VALUE", usual, L"copies properties, records and values", nullptr},
+    {L"KORVEL_ADEATTACHDATA", usual, L"attaches and detaches records in a dialog", nullptr},
+    {L"KORVEL_SETTEXT", usual, L"sets values from text entities", nullptr},
+    {L"KORVEL_SETXYZ", usual, L"sets values from coordinates", nullptr},
+    {L"KORVEL_SETID", usual, L"generates identifiers", nullptr},
+    {L"KORVEL_SETPROP", usual, L"sets values from geometric properties", nullptr},
+    {L"KORVEL_REPLACE", usual, L"replaces values", nullptr},
+    {L"KORVEL_2POLY", usual, L"converts entities to 2D polylines", nullptr},
+    {L"KORVEL_ADDVAL", usual, L"adds the values of one field into another", nullptr},
+    {L"KORVEL_ADDVAL_OD2OD", usual, L"adds values of one table into another", nullptr},
+    {L"KORVEL_23DPOLY", usual, L"converts entities to 3D polylines", nullptr},
+    {L"KORVEL_RMUNUSED", usual, L"removes unused table definitions", nullptr},
+    {L"KORVEL_STAT", usual, L"shows statistics of the object data", nullptr},
+    {L"KORVEL_HAS_NO_SPECIFIC_OD", usual, L"selects entities without chosen tables", nullptr},
+    {L"KORVEL_TABLE", usual, L"shows the table editor", nullptr},
+    {L"KORVEL_BREAK", usual, L"breaks an entity; the pieces keep its object data", nullptr},
+    {L"KORVEL_ABOUT", usual, L"says what this program is", about},
+    {L"KORVEL_EXPL", usual, L"exports a grouped summary of the object data", nullptr},
+    {L"KORVEL_TRANSLATE", usual, L"renames tables, fields and values by alias files", nullptr},
+    {L"KORVEL_LOAD_ATTRS", usual, L"copies block attributes into object data", nullptr},
+    {L"KORVEL_STORE_ATTRS", usual, L"copies object data into block attributes", nullptr},
+    {L"KORVEL_ATTR_TEMPLATE", usual, L"writes a template of an attribute mapping file", nullptr},
+}};
+
+}  // namespace
+
+std::span<const Command> command_table() { return commands; }
+
+}  // namespace korvel

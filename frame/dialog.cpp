@@ -1,0 +1,48 @@
+#include "frame/dialog.h"
+
+#include <algorithm>
+
+namespace korvel {
+
+std::vector<std::wstring> CheckList::checked() const {
+  std::vector<std::wstring> texts;
+  for (const Item& item : items) {
+    if (item.checked) texts.push_back(item.text);
+  }
+  return texts;
+}
+
+void CheckList::check_all(bool on) {
+  for (Item& item : items)
+    item.checked = on;
+}
+
+void CheckList::fill(const std::vector<std::wstring>& texts) {
+  items.clear();
+  for (const std::wstring& text : texts)
+    items.push_back({text, false});
+}
+
+std::wstring ListBox::text() const { return selected ? items[*selected] : std::wstring{}; }
+
+void ListBox::select(std::wstring_view text) {
+  const auto found = std::ranges::find(items, text);
+  selected.reset();
+  if (found != items.end()) selected = static_cast<std::size_t>(found - items.begin());
+}
+
+bool Dialog::press(std::size_t button) {
+  const Button& chosen = buttons_.at(button);
+  if (chosen.role == ButtonRole::Act) {
+    act(chosen);
+    return false;
+  }
+  pressed_ = chosen.label;
+  return true;
+}
+
+Control& control_of(const ControlPointer& pointer) {
+  return std::visit([](auto* control) -> Control& { return *control; }, pointer);
+}
+
+}  // namespace korvel

@@ -1,0 +1,157 @@
+// The drawing and the person in front of it, as every command sees them.
+//
+// A host implements this class; a second host can be written from this header alone. No operation
+// throws. What cannot be done is answered by the result. Prompts, questions and dialogs always ask
+// somebody (a person, or the script that stands for one) and never answer by themselves.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/entity_geometry.h"
+#include "frame/entity_id.h"
+#include "frame/od_store.h"
+
+namespace korvel {
+
+class Dialog;
+
+struct Layer {
+  EntityId id;
+  std::wstring name;
+  bool frozen = false;
+  bool hidden = false;  // not shown in the host's own lists
+  bool locked = false;
+  bool off = false;
+};
+
+// Answer to a prompt that also takes Enter alone.
+template <class Value>
+struct Answer {
+  enum class Kind { Given, Enter, Cancelled };
+  Kind kind = Kind::Cancelled;
+  Value value{};
+};
+
+enum class BoxIcon { Information, Question, Exclamation };
+
+// What a file chooser shows. The filter is in the form "Text files (*.txt)|*.txt||": a label and
+// its patterns (separated by semicolons), again and again, and a closing bar.
+struct FileQuestion {
+  std::wstring_view filter;
+  std::wstring_view default_extension;  // without the full stop; empty: none is added
+  bool confirm_overwrite = false;       // saving only
+};
+
+class DrawingHost {
+ public:
+  DrawingHost() = default;
+  DrawingHost(const DrawingHost&) = delete;
+  DrawingHost& operator=(const DrawingHost&) = delete;
+  virtual ~DrawingHost() = default;
+
+  // --- Entities -------------------------------------------------------------------------------
+
+  // The entities of the block table record "*Model_Space", oldest first. Erased ones are left out.
+  [[nodiscard]] virtual EntityList model_space() const = 0;
+
+  // Whether the entity can be opened. An erased entity cannot; one on a locked layer opens for
+  // reading only.
+  [[nodiscard]] virtual bool opens(EntityId entity, OpenMode mode) const = 0;
+
+  // The null identifier for an entity that cannot be opened.
+  [[nodiscard]] virtual EntityId layer_of(EntityId entity) const = 0;
+
+  // Hexadecimal, upper case, no leading zeros; empty when the entity has none.
+  [[nodiscard]] virtual std::wstring handle_of(EntityId entity) const = 0;
+
+  // The shape in world coordinates; none for an entity that cannot be opened.
+  [[nodiscard]] virtual std::optional<EntityGeometry> geometry_of(EntityId entity) const = 0;
+
+  // None for entities without a size (rays, construction lines, empty blocks, unknown types).
+  [[nodiscard]] virtual std::optional<Extents> extents_of(EntityId entity) const = 0;
+
+  // Every layer of the drawing, in the layer table's order, also those that entities name but the
+  // table lacks (they are thawed, on and unlocked).
+  [[nodiscard]] virtual std::vector<Layer> layers() const = 0;
+
+  // --- Selection ------------------------------------------------------------------------------
+
+  // The pick-first set in the order of selection; empty if there is none. Whatever the host holds
+  // for it is freed before this returns.
+  [[nodiscard]] virtual EntityList pick_first() const = 0;
+
+  // Makes the entities, in this order, the pick-first set, gripped and highlighted; an empty list
+  // clears it. An entity that is not there any more is left out.
+  virtual void set_pick_first(const EntityList& entities) = 0;
+
+  // Asks for a selection with the host's own prompt. None: the user pressed Esc. An empty list:
+  // the user pressed Enter without selecting.
+  [[nodiscard]] virtual std::optional<EntityList> ask_selection() = 0;
+
+  // --- Command line ---------------------------------------------------------------------------
+
+  // Text as it stands; a message that ends its line ends in a line feed.
+  virtual void print(std::wstring_view text) = 0;
+
+  // A line of at most 132 characters, blanks allowed. Enter alone is Given with an empty text;
+  // none: Esc.
+  [[nodiscard]] virtual std::optional<std::wstring> ask_string(std::wstring_view prompt) = 0;
+
+  // The host itself asks again until the answer is a number.
+  [[nodiscard]] virtual Answer<std::int32_t> ask_integer(std::wstring_view prompt) = 0;
+
+  [[nodiscard]] virtual Answer<Point3> ask_point(std::wstring_view prompt) = 0;
+
+  // One entity picked; none for Esc, Enter, or a pick that hit nothing.
+  [[nodiscard]] virtual std::optional<EntityId> ask_entity(std::wstring_view prompt) = 0;
+
+  // --- Dialogs --------------------------------------------------------------------------------
+
+  // Shows the dialog until one of its buttons closes it. False: it was cancelled.
+  [[nodiscard]] virtual bool show(Dialog& dialog) = 0;
+
+  // A Yes/No box. Anything but Yes is false.
+  [[nodiscard]] virtual bool ask_yes_no(std::wstring_view caption, std::wstring_view text,
+                                        BoxIcon icon) = 0;
+
+  // A read-only text window of the given initial size in pixels; returns when it is closed.
+  virtual void show_text(std::wstring_view title, std::wstring_view text, int width,
+                         int height) = 0;
+
+  // None: cancelled.
+  [[nodiscard]] virtual std::optional<std::filesystem::path> choose_file_to_open(
+      const FileQuestion& question) = 0;
+  [[nodiscard]] virtual std::optional<std::filesystem::path> choose_file_to_save(
+      const FileQuestion& question) = 0;
+
+  // --- Progress meter -------------------------------------------------------------------------
+
+  // One meter at a time: started with its label and its range from 0, moved, and ended.
+  virtual void start_progress(std::wstring_view label, std::int64_t range) = 0;
+  virtual void move_progress(std::int64_t position) = 0;
+  virtual void end_progress() = 0;
+
+  // --- Document -------------------------------------------------------------------------------
+
+  // The pair brackets every change of entities and object data. In the stand-alone host what is
+  // done between them is one step of UNDO. Pairs nest.
+  virtual void lock() = 0;
+  virtual void unlock() = 0;
+
+  // Integer system variables, by a name without case. None / false: there is no such variable, or
+  // it is not an integer, or it refuses the value.
+  [[nodiscard]] virtual std::optional<int> variable(std::wstring_view name) const = 0;
+  virtual bool set_variable(std::wstring_view name, int value) = 0;
+
+  // Makes the module's resources current for texts and dialogs, and the host's again. A host whose
+  // module and program share their resources has nothing to do.
+  virtual void enter_resources() {}
+  virtual void leave_resources() {}
+};
+
+}  // namespace korvel

@@ -1,0 +1,165 @@
+// A host, a store and a record iterator that pass every call on to others: the ground on which a
+// special host is no more than the few operations in which it differs.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "frame/drawing_host.h"
+#include "frame/od_store.h"
+
+namespace korvel {
+
+// Owns the iterator that it passes its calls to.
+class ForwardingRecordIterator : public RecordIterator {
+ public:
+  explicit ForwardingRecordIterator(std::unique_ptr<RecordIterator> target)
+      : target_(std::move(target)) {}
+
+  bool open(EntityId entity, OpenMode mode) override { return target_->open(entity, mode); }
+  [[nodiscard]] int count() const override { return target_->count(); }
+  void start() override { target_->start(); }
+  [[nodiscard]] bool done() const override { return target_->done(); }
+  void next() override { target_->next(); }
+  [[nodiscard]] std::wstring_view table_name() const override { return target_->table_name(); }
+  [[nodiscard]] int value_count() const override { return target_->value_count(); }
+  [[nodiscard]] ODValueView value(int index) const override { return target_->value(index); }
+  void read(ODRecord& record) const override { target_->read(record); }
+  bool update(const ODRecord& record) override { return target_->update(record); }
+  bool remove() override { return target_->remove(); }
+
+ private:
+  std::unique_ptr<RecordIterator> target_;
+};
+
+// The store that it passes its calls to must outlive it.
+class ForwardingStore : public ODStore {
+ public:
+  explicit ForwardingStore(ODStore& target) : target_(target) {}
+
+  [[nodiscard]] std::vector<std::wstring> table_names() const override {
+    return target_.table_names();
+  }
+  [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override {
+    return target_.table(name);
+  }
+  TableChange define_table(const ODTableDef& definition) override {
+    return target_.define_table(definition);
+  }
+  TableChange delete_table(std::wstring_view name) override { return target_.delete_table(name); }
+  TableChange rename_table(std::wstring_view from, std::wstring_view to) override {
+    return target_.rename_table(from, to);
+  }
+  ColumnChange rename_column(std::wstring_view table_name, std::wstring_view from,
+                             std::wstring_view to) override {
+    return target_.rename_column(table_name, from, to);
+  }
+  ColumnChange add_column(std::wstring_view table_name, const ODColumnDef& column,
+                          int index) override {
+    return target_.add_column(table_name, column, index);
+  }
+  ColumnChange remove_column(std::wstring_view table_name, int index) override {
+    return target_.remove_column(table_name, index);
+  }
+  [[nodiscard]] std::unique_ptr<RecordIterator> records() override { return target_.records(); }
+  bool attach(EntityId entity, const ODRecord& record) override {
+    return target_.attach(entity, record);
+  }
+  [[nodiscard]] std::vector<std::wstring> feature_classes() const override {
+    return target_.feature_classes();
+  }
+  bool classify(EntityId entity, std::wstring_view feature_class) override {
+    return target_.classify(entity, feature_class);
+  }
+
+ private:
+  ODStore& target_;
+};
+
+// The host that it passes its calls to must outlive it.
+class ForwardingHost : public DrawingHost {
+ public:
+  explicit ForwardingHost(DrawingHost& target) : target_(target) {}
+
+  [[nodiscard]] EntityList model_space() const override { return target_.model_space(); }
+  [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override {
+    return target_.opens(entity, mode);
+  }
+  [[nodiscard]] EntityId layer_of(EntityId entity) const override {
+    return target_.layer_of(entity);
+  }
+  [[nodiscard]] std::wstring handle_of(EntityId entity) const override {
+    return target_.handle_of(entity);
+  }
+  [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
+    return target_.geometry_of(entity);
+  }
+  [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
+    return target_.extents_of(entity);
+  }
+  [[nodiscard]] std::vector<Layer> layers() const override { return target_.layers(); }
+
+  [[nodiscard]] EntityList pick_first() const override { return target_.pick_first(); }
+  void set_pick_first(const EntityList& entities) override { target_.set_pick_first(entities); }
+  [[nodiscard]] std::optional<EntityList> ask_selection() override {
+    return target_.ask_selection();
+  }
+
+  void print(std::wstring_view text) override { target_.print(text); }
+  [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override {
+    return target_.ask_string(prompt);
+  }
+  [[nodiscard]] Answer<std::int32_t> ask_integer(std::wstring_view prompt) override {
+    return target_.ask_integer(prompt);
+  }
+  [[nodiscard]] Answer<Point3> ask_point(std::wstring_view prompt) override {
+    return target_.ask_point(prompt);
+  }
+  [[nodiscard]] std::optional<EntityId> ask_entity(std::wstring_view prompt) override {
+    return target_.ask_entity(prompt);
+  }
+
+  [[nodiscard]] bool show(Dialog& dialog) override { return target_.show(dialog); }
+  [[nodiscard]] bool ask_yes_no(std::wstring_view caption, std::wstring_view text,
+                                BoxIcon icon) override {
+    return target_.ask_yes_no(caption, text, icon);
+  }
+  void show_text(std::wstring_view title, std::wstring_view text, int width, int height) override {
+    target_.show_text(title, text, width, height);
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_open(
+      const FileQuestion& question) override {
+    return target_.choose_file_to_open(question);
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_save(
+      const FileQuestion& question) override {
+    return target_.choose_file_to_save(question);
+  }
+
+  void start_progress(std::wstring_view label, std::int64_t range) override {
+    target_.start_progress(label, range);
+  }
+  void move_progress(std::int64_t position) override { target_.move_progress(position); }
+  void end_progress() override { target_.end_progress(); }
+
+  void lock() override { target_.lock(); }
+  void unlock() override { target_.unlock(); }
+  [[nodiscard]] std::optional<int> variable(std::wstring_view name) const override {
+    return target_.variable(name);
+  }
+  bool set_variable(std::wstring_view name, int value) override {
+    return target_.set_variable(name, value);
+  }
+  void enter_resources() override { target_.enter_resources(); }
+  void leave_resources() override { target_.leave_resources(); }
+
+ private:
+  DrawingHost& target_;
+};
+
+}  // namespace korvel

@@ -1,0 +1,76 @@
+// The plug-in's life inside a host: what it registers when it is loaded, what it takes away when it
+// goes.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "frame/command_table.h"
+
+namespace korvel {
+
+// The host's register of commands. A host that refuses a registration (a name already taken) does
+// so silently: the command is then simply absent.
+class CommandStack {
+ public:
+  CommandStack() = default;
+  CommandStack(const CommandStack&) = delete;
+  CommandStack& operator=(const CommandStack&) = delete;
+  virtual ~CommandStack() = default;
+
+  // The local name is the one in the host's language; all views stay valid until removal.
+  virtual void add_command(std::wstring_view group, std::wstring_view global_name,
+                           std::wstring_view local_name, int flags, CommandHandler handler) = 0;
+  virtual void remove_group(std::wstring_view group) = 0;
+
+  // A function for the host's scripting language: takes nothing, returns the host's status.
+  virtual void add_function(std::wstring_view name, int (*function)()) = 0;
+  virtual void remove_function(std::wstring_view name) = 0;
+};
+
+// A dockable container of palettes, drawn by the host. Destroying it takes it off the screen.
+class PaletteSet {
+ public:
+  PaletteSet() = default;
+  PaletteSet(const PaletteSet&) = delete;
+  PaletteSet& operator=(const PaletteSet&) = delete;
+  virtual ~PaletteSet() = default;
+  virtual void show() = 0;
+};
+
+// What every module of the host's framework does on the two notifications: it registers, and takes
+// away, the entries of its command-entry table (the group "MyGroup" and a scripting function).
+class ModuleApp {
+ public:
+  explicit ModuleApp(CommandStack& stack) : stack_(stack) {}
+  ModuleApp(const ModuleApp&) = delete;
+  ModuleApp& operator=(const ModuleApp&) = delete;
+  virtual ~ModuleApp() = default;
+
+  virtual void on_load();
+  virtual void on_unload();
+
+ protected:
+  [[nodiscard]] CommandStack& stack() { return stack_; }
+
+ private:
+  CommandStack& stack_;
+};
+
+class CkorvelApp final : public ModuleApp {
+ public:
+  using ModuleApp::ModuleApp;
+
+  void on_load() override;
+  void on_unload() override;
+
+  // Empty until the first run of KORVEL_CTL and of KORVEL_TABLE; nobody else deletes them.
+  std::unique_ptr<PaletteSet> command_palette;
+  std::unique_ptr<PaletteSet> table_editor;
+};
+
+// Runs a handler with the module's resources current, and the former ones again on every way out,
+// exceptions included. A null handler does nothing.
+void run_handler(CommandHandler handler, Session& session);
+
+}  // namespace korvel

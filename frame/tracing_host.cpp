@@ -1,0 +1,368 @@
+#include "frame/tracing_host.h"
+
+#include <algorithm>
+#include <array>
+
+#include "frame/dialog.h"
+#include "frame/format.h"
+#include "frame/forwarding_host.h"
+#include "frame/text_file.h"
+#include "frame/value_text.h"
+
+namespace korvel {
+namespace {
+
+constexpr std::size_t longest_text = 60;
+constexpr std::size_t longest_list = 8;
+
+// `name(argument, argument) = result`, put together from the left.
+class TraceLine {
+ public:
+  template <class... Args>
+  explicit TraceLine(std::wstring_view name, const Args&... args) : line_(name) {
+    std::wstring_view between = L"(";
+    ((line_ += between, append(args), between = L", "), ...);
+    if constexpr (sizeof...(args) == 0) line_ += between;
+  }
+
+  // Writes the line; what the call gave is handed on.
+  template <class Result>
+  const Result& returns(const TraceSink& sink, const Result& result) {
+    line_ += L") = ";
+    append(result);
+    sink(line_);
+    return result;
+  }
+  void ends(const TraceSink& sink) {
+    line_ += L')';
+    sink(line_);
+  }
+
+ private:
+  // A template, so that nothing else converts to a number or a truth value.
+  template <class Number>
+  requires FormatInteger<Number> || std::same_as<Number, bool>
+  void append(Number number) {
+    if constexpr (std::same_as<Number, bool>) {
+      line_ += number ? L"true" : L"false";
+    } else {
+      append_integer(number, line_);
+    }
+  }
+  void append(std::wstring_view text) {
+    line_ += L'"';
+    for (const wchar_t unit : text.substr(0, longest_text))
+      append_unit(unit);
+    line_ += L'"';
+    if (text.size() > longest_text) append_total(text.size());
+  }
+  void append(const std::wstring& text) { append(std::wstring_view(text)); }
+  void append_unit(wchar_t unit) {
+    if (static_cast<char32_t>(unit) >= 0x20) {
+      line_ += unit;
+      return;
+    }
+    constexpr std::wstring_view digits = L"0123456789ABCDEF";
+    line_ += L"\\x";
+    line_ += digits[static_cast<std::size_t>(unit) / 16];
+    line_ += digits[static_cast<std::size_t>(unit) % 16];
+  }
+  void append_total(std::size_t total) {
+    line_ += L"... (";
+    append_integer(total, line_);
+    line_ += L')';
+  }
+  void append(OpenMode mode) { line_ += mode == OpenMode::Read ? L"read" : L"write"; }
+  void append(EntityId id) {
+    line_ += L'#';
+    append_integer(id.value, line_);
+  }
+  void append(const ODValueView& value) {
+    if (const auto* const text = std::get_if<std::wstring_view>(&value)) return append(*text);
+    append_value_text(value, line_);
+  }
+  void append(const ODValue& value) { append(view_of(value)); }
+  void append(const Point3& point) { append_value_text(point, line_); }
+  void append(const ODRecord& record) {
+    append(record.table);
+    append(record.values);
+  }
+  void append(const ODColumnDef& column) { append(column.name); }
+  void append(const ODTableDef& definition) {
+    append(definition.name);
+    append(definition.columns);
+  }
+  void append(const Layer& layer) { append(layer.name); }
+  void append(const EntityGeometry&) { append_word(L"shape"); }
+  void append(const Extents& extents) {
+    append(extents.min);
+    append_word(L" to ");
+    append(extents.max);
+  }
+  void append(const std::filesystem::path& path) { append(path_text(path)); }
+  void append(TableChange change) {
+    static constexpr std::array<std::wstring_view, 4> names = {L"Done", L"Failed", L"TableExists",
+                                                               L"TableMissing"};
+    line_ += names[static_cast<std::size_t>(change)];
+  }
+  void append(ColumnChange change) {
+    static constexpr std::array<std::wstring_view, 5> names = {L"Done", L"Failed", L"DuplicateName",
+                                                               L"ColumnMissing", L"TableMissing"};
+    line_ += names[static_cast<std::size_t>(change)];
+  }
+  template <class Value>
+  void append(const std::optional<Value>& value) {
+    value ? append(*value) : append_word(L"none");
+  }
+  template <class Value>
+  void append(const Answer<Value>& answer) {
+    switch (answer.kind) {
+      case Answer<Value>::Kind::Given:
+        return append(answer.value);
+      case Answer<Value>::Kind::Enter:
+        return append_word(L"Enter");
+      case Answer<Value>::Kind::Cancelled:
+        return append_word(L"Esc");
+    }
+  }
+  template <class Value>
+  void append(const std::vector<Value>& list) {
+    std::wstring_view between = L"[";
+    for (std::size_t i = 0; i < std::min(list.size(), longest_list); ++i) {
+      line_ += between;
+      append(list[i]);
+      between = L", ";
+    }
+    line_ += list.empty() ? L"[]" : L"]";
+    if (list.size() > longest_list) append_total(list.size());
+  }
+  void append_word(std::wstring_view word) { line_ += word; }
+
+  std::wstring line_;
+};
+
+class TracingRecordIterator final : public ForwardingRecordIterator {
+ public:
+  TracingRecordIterator(std::unique_ptr<RecordIterator> target, const TraceSink& sink)
+      : ForwardingRecordIterator(std::move(target)), sink_(sink) {}
+  ~TracingRecordIterator() override { TraceLine(L"  end").ends(sink_); }
+
+  bool open(EntityId entity, OpenMode mode) override {
+    return TraceLine(L"  open", entity, mode).returns(sink_, Base::open(entity, mode));
+  }
+  [[nodiscard]] int count() const override {
+    return TraceLine(L"  count").returns(sink_, Base::count());
+  }
+  void start() override {
+    TraceLine(L"  start").ends(sink_);
+    Base::start();
+  }
+  [[nodiscard]] bool done() const override {
+    return TraceLine(L"  done").returns(sink_, Base::done());
+  }
+  void next() override {
+    TraceLine(L"  next").ends(sink_);
+    Base::next();
+  }
+  [[nodiscard]] std::wstring_view table_name() const override {
+    const std::wstring_view name = Base::table_name();
+    TraceLine(L"  table_name").returns(sink_, name);
+    return name;
+  }
+  [[nodiscard]] int value_count() const override {
+    return TraceLine(L"  value_count").returns(sink_, Base::value_count());
+  }
+  [[nodiscard]] ODValueView value(int index) const override {
+    return TraceLine(L"  value", index).returns(sink_, Base::value(index));
+  }
+  void read(ODRecord& record) const override {
+    Base::read(record);
+    TraceLine(L"  read").returns(sink_, record);
+  }
+  bool update(const ODRecord& record) override {
+    return TraceLine(L"  update", record).returns(sink_, Base::update(record));
+  }
+  bool remove() override { return TraceLine(L"  remove").returns(sink_, Base::remove()); }
+
+ private:
+  using Base = ForwardingRecordIterator;
+  const TraceSink& sink_;
+};
+
+class TracingStore final : public ForwardingStore {
+ public:
+  TracingStore(ODStore& target, TraceSink sink) : Base(target), sink_(std::move(sink)) {}
+
+  [[nodiscard]] std::vector<std::wstring> table_names() const override {
+    return TraceLine(L"table_names").returns(sink_, Base::table_names());
+  }
+  [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override {
+    return TraceLine(L"table", name).returns(sink_, Base::table(name));
+  }
+  TableChange define_table(const ODTableDef& definition) override {
+    return TraceLine(L"define_table", definition).returns(sink_, Base::define_table(definition));
+  }
+  TableChange delete_table(std::wstring_view name) override {
+    return TraceLine(L"delete_table", name).returns(sink_, Base::delete_table(name));
+  }
+  TableChange rename_table(std::wstring_view from, std::wstring_view to) override {
+    return TraceLine(L"rename_table", from, to).returns(sink_, Base::rename_table(from, to));
+  }
+  ColumnChange rename_column(std::wstring_view table_name, std::wstring_view from,
+                             std::wstring_view to) override {
+    return TraceLine(L"rename_column", table_name, from, to)
+        .returns(sink_, Base::rename_column(table_name, from, to));
+  }
+  ColumnChange add_column(std::wstring_view table_name, const ODColumnDef& column,
+                          int index) override {
+    return TraceLine(L"add_column", table_name, column, index)
+        .returns(sink_, Base::add_column(table_name, column, index));
+  }
+  ColumnChange remove_column(std::wstring_view table_name, int index) override {
+    return TraceLine(L"remove_column", table_name, index)
+        .returns(sink_, Base::remove_column(table_name, index));
+  }
+  [[nodiscard]] std::unique_ptr<RecordIterator> records() override {
+    TraceLine(L"records").ends(sink_);
+    return std::make_unique<TracingRecordIterator>(Base::records(), sink_);
+  }
+  bool attach(EntityId entity, const ODRecord& record) override {
+    return TraceLine(L"attach", entity, record).returns(sink_, Base::attach(entity, record));
+  }
+  [[nodiscard]] std::vector<std::wstring> feature_classes() const override {
+    return TraceLine(L"feature_classes").returns(sink_, Base::feature_classes());
+  }
+  bool classify(EntityId entity, std::wstring_view feature_class) override {
+    return TraceLine(L"classify", entity, feature_class)
+        .returns(sink_, Base::classify(entity, feature_class));
+  }
+
+ private:
+  using Base = ForwardingStore;
+  TraceSink sink_;
+};
+
+class TracingHost final : public ForwardingHost {
+ public:
+  TracingHost(DrawingHost& target, TraceSink sink) : Base(target), sink_(std::move(sink)) {}
+
+  [[nodiscard]] EntityList model_space() const override {
+    return TraceLine(L"model_space").returns(sink_, Base::model_space());
+  }
+  [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override {
+    return TraceLine(L"opens", entity, mode).returns(sink_, Base::opens(entity, mode));
+  }
+  [[nodiscard]] EntityId layer_of(EntityId entity) const override {
+    return TraceLine(L"layer_of", entity).returns(sink_, Base::layer_of(entity));
+  }
+  [[nodiscard]] std::wstring handle_of(EntityId entity) const override {
+    return TraceLine(L"handle_of", entity).returns(sink_, Base::handle_of(entity));
+  }
+  [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
+    return TraceLine(L"geometry_of", entity).returns(sink_, Base::geometry_of(entity));
+  }
+  [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
+    return TraceLine(L"extents_of", entity).returns(sink_, Base::extents_of(entity));
+  }
+  [[nodiscard]] std::vector<Layer> layers() const override {
+    return TraceLine(L"layers").returns(sink_, Base::layers());
+  }
+  [[nodiscard]] EntityList pick_first() const override {
+    return TraceLine(L"pick_first").returns(sink_, Base::pick_first());
+  }
+  void set_pick_first(const EntityList& entities) override {
+    TraceLine(L"set_pick_first", entities).ends(sink_);
+    Base::set_pick_first(entities);
+  }
+  [[nodiscard]] std::optional<EntityList> ask_selection() override {
+    return TraceLine(L"ask_selection").returns(sink_, Base::ask_selection());
+  }
+  void print(std::wstring_view text) override {
+    TraceLine(L"print", text).ends(sink_);
+    Base::print(text);
+  }
+  [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override {
+    return TraceLine(L"ask_string", prompt).returns(sink_, Base::ask_string(prompt));
+  }
+  [[nodiscard]] Answer<std::int32_t> ask_integer(std::wstring_view prompt) override {
+    return TraceLine(L"ask_integer", prompt).returns(sink_, Base::ask_integer(prompt));
+  }
+  [[nodiscard]] Answer<Point3> ask_point(std::wstring_view prompt) override {
+    return TraceLine(L"ask_point", prompt).returns(sink_, Base::ask_point(prompt));
+  }
+  [[nodiscard]] std::optional<EntityId> ask_entity(std::wstring_view prompt) override {
+    return TraceLine(L"ask_entity", prompt).returns(sink_, Base::ask_entity(prompt));
+  }
+  [[nodiscard]] bool show(Dialog& dialog) override {
+    return TraceLine(L"show", dialog.title()).returns(sink_, Base::show(dialog));
+  }
+  [[nodiscard]] bool ask_yes_no(std::wstring_view caption, std::wstring_view text,
+                                BoxIcon icon) override {
+    return TraceLine(L"ask_yes_no", caption, text)
+        .returns(sink_, Base::ask_yes_no(caption, text, icon));
+  }
+  void show_text(std::wstring_view title, std::wstring_view text, int width, int height) override {
+    TraceLine(L"show_text", title, text, width, height).ends(sink_);
+    Base::show_text(title, text, width, height);
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_open(
+      const FileQuestion& question) override {
+    return TraceLine(L"choose_file_to_open", question.filter)
+        .returns(sink_, Base::choose_file_to_open(question));
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_save(
+      const FileQuestion& question) override {
+    return TraceLine(L"choose_file_to_save", question.filter)
+        .returns(sink_, Base::choose_file_to_save(question));
+  }
+  void start_progress(std::wstring_view label, std::int64_t range) override {
+    TraceLine(L"start_progress", label, range).ends(sink_);
+    Base::start_progress(label, range);
+  }
+  void move_progress(std::int64_t position) override {
+    TraceLine(L"move_progress", position).ends(sink_);
+    Base::move_progress(position);
+  }
+  void end_progress() override {
+    TraceLine(L"end_progress").ends(sink_);
+    Base::end_progress();
+  }
+  void lock() override {
+    TraceLine(L"lock").ends(sink_);
+    Base::lock();
+  }
+  void unlock() override {
+    TraceLine(L"unlock").ends(sink_);
+    Base::unlock();
+  }
+  [[nodiscard]] std::optional<int> variable(std::wstring_view name) const override {
+    return TraceLine(L"variable", name).returns(sink_, Base::variable(name));
+  }
+  bool set_variable(std::wstring_view name, int value) override {
+    return TraceLine(L"set_variable", name, value).returns(sink_, Base::set_variable(name, value));
+  }
+  void enter_resources() override {
+    TraceLine(L"enter_resources").ends(sink_);
+    Base::enter_resources();
+  }
+  void leave_resources() override {
+    TraceLine(L"leave_resources").ends(sink_);
+    Base::leave_resources();
+  }
+
+ private:
+  using Base = ForwardingHost;
+  TraceSink sink_;
+};
+
+}  // namespace
+
+std::unique_ptr<ODStore> tracing_store(ODStore& target, TraceSink sink) {
+  return std::make_unique<TracingStore>(target, std::move(sink));
+}
+
+std::unique_ptr<DrawingHost> tracing_host(DrawingHost& target, TraceSink sink) {
+  return std::make_unique<TracingHost>(target, std::move(sink));
+}
+
+}  // namespace korvel

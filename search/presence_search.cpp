@@ -1,0 +1,66 @@
+#include "search/presence_search.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "frame/command_frame.h"
+#include "frame/command_handlers.h"
+#include "frame/session.h"
+
+namespace korvel {
+namespace {
+
+// Names compare exactly. Entities carry a handful of records, so the names seen are searched one by
+// one up to the first that comes again.
+bool has_duplicate_table(RecordIterator& records, EntityId entity) {
+  if (!records.open(entity, OpenMode::Read) || records.count() < 2) return false;
+  std::vector<std::wstring> seen;
+  for (; !records.done(); records.next()) {
+    const std::wstring_view name = records.table_name();
+    if (std::ranges::find(seen, name) != seen.end()) return true;
+    seen.emplace_back(name);
+  }
+  return false;
+}
+
+void search(Session& session, Presence criterion) {
+  const EntityList gathered = gather(session.host).entities;
+  const EntityList found = find_by_presence(criterion, session.store, gathered);
+  leave_selected(session.host, found);
+  report<Message::Selected>(session.host, found.size());
+}
+
+}  // namespace
+
+bool meets(Presence criterion, RecordIterator& records, EntityId entity) {
+  switch (criterion) {
+    case Presence::None:
+      return !has_user_tables(records, entity, 1);
+    case Presence::Any:
+      return has_user_tables(records, entity, 1);
+    case Presence::Multiple:
+      return has_user_tables(records, entity, 2);
+    case Presence::Duplicated:
+      return has_duplicate_table(records, entity);
+  }
+  return false;
+}
+
+EntityList find_by_presence(Presence criterion, ODStore& store, const EntityList& entities) {
+  const std::unique_ptr<RecordIterator> records = store.records();
+  EntityList found;
+  std::ranges::copy_if(entities, std::back_inserter(found),
+                       [&](EntityId entity) { return meets(criterion, *records, entity); });
+  return found;
+}
+
+void has_no_od(Session& session) { search(session, Presence::None); }
+
+void has_od(Session& session) { search(session, Presence::Any); }
+
+void has_multiple_od(Session& session) { search(session, Presence::Multiple); }
+
+void has_duplicate_od(Session& session) { search(session, Presence::Duplicated); }
+
+}  // namespace korvel
