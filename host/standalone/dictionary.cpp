@@ -1,0 +1,122 @@
+#include "host/standalone/dictionary.h"
+
+#include <algorithm>
+
+namespace korvel {
+namespace {
+
+constexpr std::string_view first_version_with_merge_style = "AC1015";
+constexpr std::string_view first_version_with_owner_flag = "AC1014";
+
+bool equal_ignoring_case(std::string_view left, std::string_view right) {
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
+  return std::ranges::equal(left, right, {}, upper, upper);
+}
+
+// Calls visit(key, value) for the two groups of every entry; an answer of false ends the walk.
+template <class Visit>
+void for_each_entry(const dxf::Document& document, std::string_view dictionary, Visit visit) {
+  dxf::GroupReader reader(dictionary, document.manner().framing);
+  dxf::Group key;
+  dxf::Group value;
+  bool marked = false;
+  while (reader.next(key)) {
+    if (key.code == 100) marked = true;
+    if (!marked || key.code != 3) continue;
+    if (!reader.next(value)) return;
+    if ((value.code == 350 || value.code == 360) && !visit(key, value)) return;
+  }
+}
+
+}  // namespace
+
+std::vector<DictionaryEntry> entries_of(const dxf::Document& document, dxf::ItemIndex dictionary) {
+  std::vector<DictionaryEntry> entries;
+  const std::string_view bytes = document.bytes(dictionary);
+  for_each_entry(document, bytes, [&entries](const dxf::Group& key, const dxf::Group& value) {
+    entries.push_back({std::string(key.value), value.handle()});
+    return true;
+  });
+  return entries;
+}
+
+std::optional<DictionaryEntry> find_entry(const dxf::Document& document, dxf::ItemIndex dictionary,
+                                          std::string_view key) {
+  std::optional<DictionaryEntry> found;
+  const std::string_view bytes = document.bytes(dictionary);
+  for_each_entry(document, bytes, [&](const dxf::Group& entry, const dxf::Group& value) {
+    if (!equal_ignoring_case(entry.value, key)) return true;
+    found = {std::string(entry.value), value.handle()};
+    return false;
+  });
+  return found;
+}
+
+std::string with_entry(const dxf::Document& document, std::string_view dictionary,
+                       const DictionaryEntry& entry) {
+  constexpr int hard_owner_flag = 280;
+  constexpr int soft_entry = 350;
+  constexpr int hard_entry = 360;
+  dxf::GroupReader reader(dictionary, document.manner().framing);
+  dxf::Group group;
+  std::size_t place = dictionary.size();
+  int entry_code = document.at_least(first_version_with_owner_flag) ? soft_entry : hard_entry;
+  while (reader.next(group)) {
+    constexpr int first_extended_data = 1000;
+    if (group.code == hard_owner_flag && group.integer() == 1) entry_code = hard_entry;
+    if (group.code >= first_extended_data) {
+      place = group.begin;
+      break;
+    }
+  }
+  std::string added;
+  dxf::GroupWriter writer(document.manner(), document.codec(), added);
+  writer.raw(3, entry.key);
+  writer.handle(entry_code, entry.handle);
+  return std::string(dictionary).insert(place, added);
+}
+
+std::string without_entries(const dxf::Document& document, std::string_view dictionary,
+                            const std::vector<std::uint64_t>& handles) {
+  std::string kept;
+  std::size_t from = 0;
+  for_each_entry(document, dictionary, [&](const dxf::Group& key, const dxf::Group& value) {
+    if (std::ranges::find(handles, value.handle()) != handles.end()) {
+      kept += dictionary.substr(from, key.begin - from);
+      from = value.end;
+    }
+    return true;
+  });
+  kept += dictionary.substr(from);
+  return kept;
+}
+
+void begin_dictionary(dxf::GroupWriter& writer, const dxf::Document& document, std::uint64_t handle,
+                      std::uint64_t owner, std::uint64_t reactor) {
+  writer.raw(0, "DICTIONARY");
+  writer.handle(5, handle);
+  if (reactor != 0) {
+    writer.raw(102, "{ACAD_REACTORS");
+    writer.handle(330, reactor);
+    writer.raw(102, "}");
+  }
+  writer.handle(330, owner);
+  writer.raw(100, "AcDbDictionary");
+  if (document.at_least(first_version_with_owner_flag)) writer.integer(280, 1);
+  if (document.at_least(first_version_with_merge_style)) writer.integer(281, 1);
+}
+
+void begin_xrecord(dxf::GroupWriter& writer, const dxf::Document& document, std::uint64_t handle,
+                   std::uint64_t dictionary) {
+  constexpr std::string_view first_version_with_cloning_flag = "AC1015";
+  writer.raw(0, "XRECORD");
+  writer.handle(5, handle);
+  writer.raw(102, "{ACAD_REACTORS");
+  writer.handle(330, dictionary);
+  writer.raw(102, "}");
+  writer.handle(330, dictionary);
+  writer.raw(100, "AcDbXrecord");
+  if (document.at_least(first_version_with_cloning_flag)) writer.integer(280, 1);
+}
+
+}  // namespace korvel

@@ -1,0 +1,46 @@
+// Entries of a DICTIONARY object.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/standalone/dxf/document.h"
+
+namespace korvel {
+
+struct DictionaryEntry {
+  std::string key;  // as it stands in the file
+  std::uint64_t handle = 0;
+};
+
+// In the order of the file.
+[[nodiscard]] std::vector<DictionaryEntry> entries_of(const dxf::Document& document,
+                                                      dxf::ItemIndex dictionary);
+
+// Keys compare without case.
+[[nodiscard]] std::optional<DictionaryEntry> find_entry(const dxf::Document& document,
+                                                        dxf::ItemIndex dictionary,
+                                                        std::string_view key);
+
+// The bytes of a dictionary with an entry more, behind those it has.
+[[nodiscard]] std::string with_entry(const dxf::Document& document, std::string_view dictionary,
+                                     const DictionaryEntry& entry);
+
+// The bytes without the entries of these handles.
+[[nodiscard]] std::string without_entries(const dxf::Document& document,
+                                          std::string_view dictionary,
+                                          const std::vector<std::uint64_t>& handles);
+
+// Groups of a new dictionary that owns its entries, up to its first entry, in the manner of the
+// drawing's version. `reactor` is the dictionary it is an entry of; 0: it is an extension
+// dictionary.
+void begin_dictionary(dxf::GroupWriter& writer, const dxf::Document& document, std::uint64_t handle,
+                      std::uint64_t owner, std::uint64_t reactor);
+
+// Groups of a new XRECORD up to its data.
+void begin_xrecord(dxf::GroupWriter& writer, const dxf::Document& document, std::uint64_t handle,
+                   std::uint64_t dictionary);
+
+}  // namespace korvel

@@ -1,0 +1,248 @@
+#include "host/standalone/drawing.h"
+
+#include <algorithm>
+#include <ranges>
+
+#include "frame/case_mapping.h"
+#include "host/standalone/blank_drawing.h"
+#include "host/standalone/drawing_reader.h"
+#include "host/standalone/entity_reader.h"
+#include "host/standalone/file_save.h"
+#include "host/standalone/od_writing.h"
+
+namespace korvel {
+namespace {
+
+// Layers and entities share the identifiers of the host interface.
+constexpr std::uint64_t layer_mark = std::uint64_t{1} << 63;
+
+constexpr std::string_view first_version_with_objects = "AC1012";
+
+}  // namespace
+
+std::unique_ptr<Drawing> Drawing::blank() {
+  return std::move(*read(std::string(blank_drawing), "blank drawing"));
+}
+
+Result<std::unique_ptr<Drawing>> Drawing::open(const std::filesystem::path& path) {
+  Result<std::string> bytes = read_file(path);
+  if (!bytes) return bytes.failure();
+  return read(std::move(*bytes), path.string());
+}
+
+Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::string& name) {
+  return DrawingReader().read(std::move(bytes), name);
+}
+
+void Drawing::start_recording() {
+  od_.set_recorder([this](OdChange change) { journal_.add(std::move(change)); });
+}
+
+// --- Saving -------------------------------------------------------------------------------------
+
+std::optional<Failure> Drawing::save(const std::filesystem::path& path) {
+  const OdWriting writing(*this);
+  std::optional<Failure> failed =
+      replace_file(path, [&](const ByteWriter& sink) { return document_.write(sink, writing); });
+  if (!failed) {
+    saved_state_ = journal_.state();
+    saved_header_ = document_.header_span();
+  }
+  return failed;
+}
+
+std::string Drawing::to_bytes() {
+  std::string bytes;
+  const OdWriting writing(*this);
+  (void)document_.write(
+      [&bytes](std::string_view piece) {
+        bytes += piece;
+        return true;
+      },
+      writing);
+  return bytes;
+}
+
+bool Drawing::changed() const {
+  return journal_.state() != saved_state_ || document_.header_span().offset != saved_header_.offset;
+}
+
+std::optional<std::string> Drawing::why_no_object_data() const {
+  if (document_.at_least(first_version_with_objects) && definition_items_.root != dxf::no_index) {
+    return std::nullopt;
+  }
+  const std::string known = version().empty() ? "an early version" : version();
+  return "This drawing (" + known +
+         ") has no place for object data. Save it as DXF of R2000 or later in a CAD program and "
+         "open that.";
+}
+
+bool Drawing::has_readable_records(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known != nullptr && !known->od_unreadable;
+}
+
+bool Drawing::takes_records(EntityId id) const {
+  return has_readable_records(id) && handle_of(id) != 0 && !why_no_object_data();
+}
+
+// --- Entities -----------------------------------------------------------------------------------
+
+const Drawing::Entity* Drawing::entity(EntityId id) const {
+  if (id.is_null() || id.value > entities_.size()) return nullptr;
+  const Entity& known = entities_[index_of(id)];
+  return known.erased ? nullptr : &known;
+}
+
+EntityList Drawing::entities(Space space) const {
+  EntityList list;
+  list.reserve(entities_.size());
+  for (std::uint32_t i = 0; i < entities_.size(); ++i) {
+    if (!entities_[i].erased && blocks_[entities_[i].block].space == space) {
+      list.push_back(id_of(i));
+    }
+  }
+  return list;
+}
+
+bool Drawing::exists(EntityId id) const { return entity(id) != nullptr; }
+
+Space Drawing::space_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known == nullptr ? Space::Model : blocks_[known->block].space;
+}
+
+std::wstring Drawing::block_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known == nullptr || blocks_[known->block].space != Space::Block
+             ? std::wstring{}
+             : blocks_[known->block].name;
+}
+
+std::string_view Drawing::type_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known == nullptr ? std::string_view{} : document_.type_of(known->item);
+}
+
+std::uint64_t Drawing::handle_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known == nullptr ? 0 : document_.item(known->item).handle;
+}
+
+std::optional<EntityId> Drawing::by_handle(std::uint64_t handle) const {
+  const std::optional<dxf::ItemIndex> item = document_.by_handle(handle);
+  if (!item) return std::nullopt;
+  const std::uint32_t slot = document_.item(*item).slot;
+  if (slot >= entities_.size() || entities_[slot].item != *item) return std::nullopt;
+  return exists(id_of(slot)) ? std::optional(id_of(slot)) : std::nullopt;
+}
+
+EntityId Drawing::layer_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known == nullptr ? EntityId{} : layers_[known->layer].id;
+}
+
+bool Drawing::on_locked_layer(EntityId id) const {
+  const Entity* const known = entity(id);
+  return known != nullptr && layers_[known->layer].locked;
+}
+
+EntityProperties Drawing::properties_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  if (known == nullptr) return {};
+  return read_properties(document_.groups(known->item), document_.codec());
+}
+
+EntityGeometry Drawing::geometry_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  if (known == nullptr) return {};
+  return read_geometry(document_.groups(known->item), document_.codec());
+}
+
+std::vector<AttributeText> Drawing::attributes_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  if (known == nullptr) return {};
+  return read_attributes(document_.groups(known->item), document_.codec());
+}
+
+// --- Layers -------------------------------------------------------------------------------------
+
+std::uint32_t Drawing::layer_index(std::wstring_view name) {
+  const auto [found, is_new] =
+      layers_by_name_.try_emplace(lower(name), static_cast<std::uint32_t>(layers_.size()));
+  if (is_new) {
+    layers_.push_back({{layer_mark | layers_.size()}, std::wstring(name)});
+    layer_items_.push_back(dxf::no_index);
+    named_by_entity_.push_back(false);
+  }
+  return found->second;
+}
+
+// An entity without the name of a layer is on "0".
+std::uint32_t Drawing::layer_of_entity(std::wstring_view name) {
+  const std::uint32_t index = layer_index(name.empty() ? L"0" : name);
+  named_by_entity_[index] = true;
+  return index;
+}
+
+// False for a layer whose making was undone.
+bool Drawing::is_there(std::size_t layer) const {
+  const dxf::ItemIndex item = layer_items_[layer];
+  return named_by_entity_[layer] || (item != dxf::no_index && !document_.item(item).span.erased);
+}
+
+std::vector<Layer> Drawing::layers() const {
+  std::vector<Layer> there;
+  for (std::size_t i = 0; i < layers_.size(); ++i) {
+    if (is_there(i)) there.push_back(layers_[i]);
+  }
+  return there;
+}
+
+const Layer& Drawing::layer(EntityId id) const { return layers_[id.value & ~layer_mark]; }
+
+std::optional<EntityId> Drawing::layer_named(std::wstring_view name) const {
+  const auto found = layers_by_name_.find(lower(name));
+  if (found == layers_by_name_.end() || !is_there(found->second)) return std::nullopt;
+  return layers_[found->second].id;
+}
+
+EntityId Drawing::current_layer() const {
+  const std::optional<dxf::Group> variable = document_.variable("$CLAYER");
+  const std::wstring name = variable ? document_.codec().decode(variable->value) : L"0";
+  return layer_named(name).value_or(layers_.empty() ? EntityId{} : layers_.front().id);
+}
+
+// --- Undo ---------------------------------------------------------------------------------------
+
+std::optional<std::wstring> Drawing::undo() {
+  std::optional<Journal::Step> step = journal_.take_undo();
+  if (!step) return std::nullopt;
+  for (Change& change : step->changes | std::views::reverse)
+    apply(change);
+  std::wstring name = step->name;
+  journal_.undone(std::move(*step));
+  return name;
+}
+
+std::optional<std::wstring> Drawing::redo() {
+  std::optional<Journal::Step> step = journal_.take_redo();
+  if (!step) return std::nullopt;
+  for (Change& change : step->changes)
+    apply(change);
+  std::wstring name = step->name;
+  journal_.redone(std::move(*step));
+  return name;
+}
+
+void Drawing::apply(Change& change) {
+  if (auto* const od = std::get_if<OdChange>(&change)) {
+    od_.exchange(*od);
+    return;
+  }
+  auto& item = std::get<ItemChange>(change);
+  std::swap(document_.item(item.item).span, item.span);
+  refresh(item.item);
+}
+
+}  // namespace korvel

@@ -1,0 +1,231 @@
+// A drawing in memory: its entities, layers and blocks over the DXF document they came from, and
+// its object data.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "frame/drawing_host.h"
+#include "frame/entity_geometry.h"
+#include "frame/entity_id.h"
+#include "host/standalone/dxf/document.h"
+#include "host/standalone/journal.h"
+#include "host/standalone/od_tables.h"
+#include "host/standalone/result.h"
+
+namespace korvel {
+
+// Where the definitions of the object data stand in the document.
+struct OdDefinitionItems {
+  dxf::ItemIndex root = dxf::no_index;        // the named object dictionary
+  dxf::ItemIndex dictionary = dxf::no_index;  // KORVEL_OBJECT_DATA, when the file has it
+  std::vector<dxf::ItemIndex> records;        // XRECORDs of the tables that the file has
+  std::uint64_t new_dictionary = 0;           // handles given out for what it lacks; 0: none yet
+  std::vector<std::uint64_t> new_handles;     // by table
+};
+
+// Properties that every entity has; an absent group means the default given here.
+struct EntityProperties {
+  std::wstring layer = L"0";
+  std::wstring linetype = L"ByLayer";
+  int color = 256;                         // index; 0 by block, 256 by layer
+  std::optional<std::int32_t> true_color;  // 0x00RRGGBB
+  double linetype_scale = 1;
+  int lineweight = -1;  // hundredths of a millimetre; -1 by layer, -2 by block, -3 default
+};
+
+struct AttributeText {
+  std::wstring tag;
+  std::wstring text;
+};
+
+// Where an entity stands.
+enum class Space : std::uint8_t { Model, Paper, Block };
+
+class Drawing {
+ public:
+  // A new, complete and empty R2018 drawing.
+  [[nodiscard]] static std::unique_ptr<Drawing> blank();
+
+  // Reads a DXF file. The failure names the file and the line or byte.
+  [[nodiscard]] static Result<std::unique_ptr<Drawing>> open(const std::filesystem::path& path);
+
+  // The same from bytes already in memory; `name` stands for the file in messages.
+  [[nodiscard]] static Result<std::unique_ptr<Drawing>> read(std::string bytes,
+                                                             const std::string& name);
+
+  Drawing(const Drawing&) = delete;
+  Drawing& operator=(const Drawing&) = delete;
+  ~Drawing() = default;
+
+  // What a person should know about the file just opened, a sentence each.
+  [[nodiscard]] const std::vector<std::string>& notices() const { return notices_; }
+
+  // Writes the drawing: to a new file beside `path`, which then takes its place while the old one
+  // is kept as `.bak`. A failure at any point leaves the old file whole.
+  [[nodiscard]] std::optional<Failure> save(const std::filesystem::path& path);
+
+  // The drawing as the bytes of a DXF file; equal to the file read if nothing was changed.
+  [[nodiscard]] std::string to_bytes();
+
+  // Changed since it was opened or last saved; undoing the changes makes it unchanged again.
+  [[nodiscard]] bool changed() const;
+
+  // "AC1032" and the like; empty when the file does not say.
+  [[nodiscard]] const std::string& version() const { return document_.version(); }
+
+  // Why the drawing cannot hold object data, for the user; none: it can.
+  [[nodiscard]] std::optional<std::string> why_no_object_data() const;
+
+  // --- Entities: those of all spaces and block definitions, in file order -----------------------
+
+  // Entities that were not erased, of one space (Block: of all block definitions together).
+  [[nodiscard]] EntityList entities(Space space) const;
+  [[nodiscard]] bool exists(EntityId id) const;  // is an entity and not erased
+  [[nodiscard]] Space space_of(EntityId id) const;
+  // Block whose definition the entity is part of; empty in model and paper space.
+  [[nodiscard]] std::wstring block_of(EntityId id) const;
+  [[nodiscard]] std::string_view type_of(EntityId id) const;  // "LINE", "LWPOLYLINE", ...
+  [[nodiscard]] std::uint64_t handle_of(EntityId id) const;   // 0: none
+  [[nodiscard]] std::optional<EntityId> by_handle(std::uint64_t handle) const;
+  [[nodiscard]] EntityId layer_of(EntityId id) const;
+  [[nodiscard]] bool on_locked_layer(EntityId id) const;
+  [[nodiscard]] EntityProperties properties_of(EntityId id) const;
+  [[nodiscard]] EntityGeometry geometry_of(EntityId id) const;
+  // Block references are expanded; none for entities without a size.
+  [[nodiscard]] std::optional<Extents> extents_of(EntityId id) const;
+  // Attributes of a block reference, in order.
+  [[nodiscard]] std::vector<AttributeText> attributes_of(EntityId id) const;
+
+  // --- Changes; each is recorded in the journal --------------------------------------------------
+
+  // Adds an entity to model space: POINT, LINE, CIRCLE or ARC, LWPOLYLINE, 3D POLYLINE or TEXT
+  // after its shape. None when the drawing has no place for it (no ENTITIES section).
+  std::optional<EntityId> add_entity(const EntityGeometry& geometry,
+                                     const EntityProperties& properties);
+  // Erases the entity with what it owns; false when it does not exist or its layer is locked.
+  bool erase(EntityId id);
+
+  // --- Layers ------------------------------------------------------------------------------------
+
+  // Those of the layer table, and those that entities name though the table lacks them.
+  [[nodiscard]] std::vector<Layer> layers() const;
+  [[nodiscard]] const Layer& layer(EntityId id) const;  // of an identifier that it gave out
+  [[nodiscard]] std::optional<EntityId> layer_named(std::wstring_view name) const;  // without case
+  // None when the name is no valid layer name or the drawing has no layer table.
+  std::optional<EntityId> add_layer(std::wstring_view name);
+  // Sets frozen, locked and off as in `state`; false for a layer without a record in the table.
+  bool change_layer(const Layer& state);
+  [[nodiscard]] EntityId current_layer() const;
+  bool set_current_layer(EntityId layer);
+
+  // --- Header variables
+  // ---------------------------------------------------------------------------
+
+  // Text of a header variable of one value ("LUPREC"), without case; none if there is none such.
+  [[nodiscard]] std::optional<std::string> variable(std::string_view name) const;
+  // The same of a variable whose type is a whole number.
+  [[nodiscard]] std::optional<std::int64_t> integer_variable(std::string_view name) const;
+  // False when the header has no such variable of one value or the text does not fit its type.
+  bool set_variable(std::string_view name, std::string_view value);
+
+  // --- Object data, undo
+  // --------------------------------------------------------------------------
+
+  [[nodiscard]] OdTables& od() { return od_; }
+  [[nodiscard]] const OdTables& od() const { return od_; }
+  [[nodiscard]] Journal& journal() { return journal_; }
+  // One step back or forward; the step's name, or none when there is none.
+  std::optional<std::wstring> undo();
+  std::optional<std::wstring> redo();
+
+  // --- For the reading and writing of the object data
+  // ---------------------------------------------
+
+  [[nodiscard]] const dxf::Document& document() const { return document_; }
+  // Number by which the object data know the entity; the identifier minus one.
+  [[nodiscard]] static std::uint32_t index_of(EntityId id) {
+    return static_cast<std::uint32_t>(id.value - 1);
+  }
+  [[nodiscard]] static EntityId id_of(std::uint32_t index) { return {index + std::uint64_t{1}}; }
+  // False when the file's own object data of the entity could not be read.
+  [[nodiscard]] bool has_readable_records(EntityId id) const;
+  // Whether records can be attached: false when the file's own object data of the entity could not
+  // be read (they are kept as they stand), or the entity has no handle.
+  [[nodiscard]] bool takes_records(EntityId id) const;
+
+ private:
+  friend class DrawingReader;
+  friend class OdReader;
+  friend class OdWriting;
+
+  struct Entity {
+    dxf::ItemIndex item = dxf::no_index;
+    std::uint32_t layer = 0;  // index into layers_
+    std::uint32_t block = 0;  // index into blocks_
+    dxf::ItemIndex extension_dictionary = dxf::no_index;
+    dxf::ItemIndex od_record = dxf::no_index;  // its XRECORD of object data, as in the file
+    bool erased = false;
+    bool od_unreadable = false;
+  };
+  struct BlockDefinition {
+    std::wstring name;
+    Space space = Space::Block;
+    Point3 base;
+    std::vector<std::uint32_t> entities;  // of a block definition only
+  };
+  // The contents of a block definition in its own coordinates, worked out when first asked for.
+  struct BlockOutline {
+    std::optional<Extents> box;
+    std::vector<Point3> points;  // whose box is the same
+  };
+  // Handles given to an entity's extension dictionary and XRECORD when they were first saved.
+  struct OdHandles {
+    std::uint64_t dictionary = 0;
+    std::uint64_t record = 0;
+  };
+
+  Drawing() = default;
+
+  [[nodiscard]] const Entity* entity(EntityId id) const;
+  [[nodiscard]] std::uint32_t layer_index(std::wstring_view name);  // made if it is not there
+  [[nodiscard]] std::uint32_t layer_of_entity(std::wstring_view name);
+  [[nodiscard]] bool is_there(std::size_t layer) const;
+  void replace_item(dxf::ItemIndex item, std::string_view bytes);
+  void erase_item(dxf::ItemIndex item);
+  void erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited);
+  void refresh(dxf::ItemIndex item);
+  void start_recording();
+  void place_block(const BlockReferenceShape& reference, int depth,
+                   const std::function<void(const Point3&)>& visit) const;
+  [[nodiscard]] const BlockOutline& outline_of_block(std::uint32_t block, int depth) const;
+  void apply(Change& change);
+
+  dxf::Document document_;
+  Journal journal_;
+  OdTables od_;
+  std::vector<Entity> entities_;
+  std::vector<Layer> layers_;
+  std::vector<dxf::ItemIndex> layer_items_;  // no_index: the table has no record of the layer
+  std::vector<bool> named_by_entity_;        // by layer: an entity has or had it
+  std::unordered_map<std::wstring, std::uint32_t> layers_by_name_;  // lower-cased
+  std::vector<BlockDefinition> blocks_;
+  std::unordered_map<std::wstring, std::uint32_t> blocks_by_name_;  // lower-cased
+  std::uint64_t model_space_owner_ = 0;                             // handle of the BLOCK_RECORD
+  OdDefinitionItems definition_items_;
+  std::unordered_map<std::uint32_t, OdHandles> od_handles_;
+  mutable std::unordered_map<std::uint32_t, BlockOutline> block_outlines_;
+  std::vector<std::string> notices_;
+  std::uint64_t saved_state_ = 0;
+  dxf::Span saved_header_;
+};
+
+}  // namespace korvel

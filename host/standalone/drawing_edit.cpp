@@ -1,0 +1,233 @@
+// The changes of a drawing: entities, layers and header variables.
+#include <algorithm>
+#include <utility>
+
+#include "frame/case_mapping.h"
+#include "host/standalone/dictionary.h"
+#include "host/standalone/drawing.h"
+#include "host/standalone/dxf/number_text.h"
+#include "host/standalone/entity_writer.h"
+#include "host/standalone/layer_record.h"
+
+namespace korvel {
+namespace {
+
+constexpr std::string_view first_version_with_markers = "AC1012";
+constexpr std::string_view first_version_with_light_polylines = "AC1014";
+
+// Characters that no CAD program accepts in the name of a layer.
+constexpr std::wstring_view forbidden_in_names = L"<>/\\\":;?*|,=`";
+
+// Groups by which an object owns another: it goes with its owner.
+bool owns(int code) { return code == 350 || code == 360; }
+
+}  // namespace
+
+void Drawing::replace_item(dxf::ItemIndex item, std::string_view bytes) {
+  dxf::Span fresh = document_.store(bytes);
+  std::swap(document_.item(item).span, fresh);
+  journal_.add(ItemChange{item, fresh});
+  refresh(item);
+}
+
+void Drawing::erase_item(dxf::ItemIndex item) {
+  dxf::Span& span = document_.item(item).span;
+  if (span.erased) return;
+  journal_.add(ItemChange{item, span});
+  span.erased = true;
+  refresh(item);
+}
+
+// What the drawing knows of an item follows the item's bytes.
+void Drawing::refresh(dxf::ItemIndex item) {
+  block_outlines_.clear();
+  const dxf::Item& changed = document_.item(item);
+  const std::uint32_t slot = changed.slot;
+  if (slot == dxf::no_index) return;
+  if (slot < entities_.size() && entities_[slot].item == item) {
+    entities_[slot].erased = changed.span.erased;
+    entities_[slot].layer =
+        layer_of_entity(document_.codec().decode(document_.facts_of(item).layer));
+  } else if (slot < layers_.size() && layer_items_[slot] == item) {
+    if (!changed.span.erased) read_layer_state(document_, item, layers_[slot]);
+  }
+}
+
+std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
+                                            const EntityProperties& properties) {
+  const std::optional<dxf::ItemIndex> end = document_.end_of(dxf::Section::Entities);
+  if (!end) return std::nullopt;
+  const NewEntityPlace place{
+      .manner = document_.manner(),
+      .codec = document_.codec(),
+      .subclass_markers = document_.at_least(first_version_with_markers),
+      .lightweight_polylines = document_.at_least(first_version_with_light_polylines),
+      .owner = model_space_owner_,
+      .new_handle = [this] { return document_.new_handle(); },
+  };
+  const std::optional<NewEntity> written = write_entity(geometry, properties, place);
+  if (!written) return std::nullopt;
+
+  const dxf::ItemIndex item = document_.add_before(*end, written->bytes, written->handle);
+  const auto index = static_cast<std::uint32_t>(entities_.size());
+  document_.item(item).slot = index;
+  Entity added;
+  added.item = item;
+  added.layer = layer_of_entity(properties.layer);
+  entities_.push_back(added);
+  od_.set_entity_count(entities_.size());
+  dxf::Span absent = document_.item(item).span;
+  absent.erased = true;
+  journal_.add(ItemChange{item, absent});
+  return id_of(index);
+}
+
+bool Drawing::erase(EntityId id) {
+  const Entity* const known = entity(id);
+  if (known == nullptr || on_locked_layer(id)) return false;
+  std::unordered_set<std::uint64_t> visited;
+  if (known->extension_dictionary != dxf::no_index) {
+    erase_owned(document_.item(known->extension_dictionary).handle, visited);
+  }
+  erase_item(known->item);
+  return true;
+}
+
+// Extension dictionaries and what they own, and what those own; loops end at what was visited.
+void Drawing::erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) {
+  std::vector<std::uint64_t> pending{handle};
+  while (!pending.empty()) {
+    const std::uint64_t next = pending.back();
+    pending.pop_back();
+    const std::optional<dxf::ItemIndex> item = document_.by_handle(next);
+    if (!item || document_.item(*item).section != dxf::Section::Objects) continue;
+    if (*item == definition_items_.root || *item == definition_items_.dictionary) continue;
+    if (!visited.insert(next).second) continue;
+    dxf::GroupReader reader = document_.groups(*item);
+    dxf::Group group;
+    while (reader.next(group)) {
+      if (owns(group.code)) pending.push_back(group.handle());
+    }
+    erase_item(*item);
+  }
+}
+
+std::optional<EntityId> Drawing::add_layer(std::wstring_view name) {
+  if (name.empty() || name.size() > 255 ||
+      name.find_first_of(forbidden_in_names) != std::wstring_view::npos) {
+    return std::nullopt;
+  }
+  if (const auto known = layer_named(name)) return known;
+  const std::optional<dxf::ItemIndex> end = document_.end_of_table("LAYER");
+  const auto model = std::ranges::find_if(layer_items_, [this](dxf::ItemIndex item) {
+    return item != dxf::no_index && !document_.item(item).span.erased;
+  });
+  if (!end || model == layer_items_.end()) return std::nullopt;
+
+  // R12 records have no handle to replace.
+  const std::uint64_t handle =
+      document_.item(*model).handle != 0 ? document_.new_handle() : std::uint64_t{0};
+  const dxf::ItemIndex item =
+      document_.add_before(*end, new_layer_record(document_, *model, name, handle), handle);
+  const std::uint32_t index = layer_index(name);
+  layer_items_[index] = item;
+  document_.item(item).slot = index;
+  dxf::Span absent = document_.item(item).span;
+  absent.erased = true;
+  journal_.add(ItemChange{item, absent});
+  return layers_[index].id;
+}
+
+bool Drawing::change_layer(const Layer& state) {
+  const auto known = std::ranges::find(layers_, state.id, &Layer::id);
+  if (known == layers_.end()) return false;
+  const dxf::ItemIndex item = layer_items_[static_cast<std::size_t>(known - layers_.begin())];
+  if (item == dxf::no_index || document_.item(item).span.erased) return false;
+  const std::string bytes = with_layer_state(document_, item, state);
+  if (bytes != document_.bytes(item)) replace_item(item, bytes);
+  return true;
+}
+
+bool Drawing::set_current_layer(EntityId layer) {
+  const auto known = std::ranges::find(layers_, layer, &Layer::id);
+  return known != layers_.end() &&
+         document_.set_variable("$CLAYER", document_.codec().encode(known->name));
+}
+
+// --- Header variables ---------------------------------------------------------------------------
+
+namespace {
+
+std::string header_name(std::string_view name) {
+  std::string upper = "$";
+  for (const char c : name)
+    upper += c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+  return upper;
+}
+
+bool fits(std::int64_t number, dxf::ValueKind kind) {
+  switch (kind) {
+    case dxf::ValueKind::Boolean:
+      return number == 0 || number == 1;
+    case dxf::ValueKind::Int16:
+      return std::in_range<std::int16_t>(number);
+    case dxf::ValueKind::Int32:
+      return std::in_range<std::int32_t>(number);
+    default:
+      return true;
+  }
+}
+
+bool is_integer(dxf::ValueKind kind) {
+  return kind == dxf::ValueKind::Int16 || kind == dxf::ValueKind::Int32 ||
+         kind == dxf::ValueKind::Int64 || kind == dxf::ValueKind::Boolean;
+}
+
+}  // namespace
+
+std::optional<std::string> Drawing::variable(std::string_view name) const {
+  const std::optional<dxf::Group> group = document_.variable(header_name(name));
+  if (!group) return std::nullopt;
+  const dxf::ValueKind kind = dxf::value_kind(group->code);
+  if (is_integer(kind)) return std::to_string(group->integer());
+  if (kind != dxf::ValueKind::Real) return std::string(group->value);
+  std::string digits;
+  dxf::append_real(digits, group->real());
+  return digits;
+}
+
+std::optional<std::int64_t> Drawing::integer_variable(std::string_view name) const {
+  const std::optional<dxf::Group> group = document_.variable(header_name(name));
+  if (!group || !is_integer(dxf::value_kind(group->code))) return std::nullopt;
+  return group->integer();
+}
+
+bool Drawing::set_variable(std::string_view name, std::string_view value) {
+  const std::string header = header_name(name);
+  const std::optional<dxf::Group> group = document_.variable(header);
+  if (!group || header == "$HANDSEED" || header == "$ACADVER" || header == "$DWGCODEPAGE") {
+    return false;
+  }
+  // Written as a group of its own, so that the value is framed as the file wants it.
+  std::string bytes;
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), bytes);
+  const dxf::ValueKind kind = dxf::value_kind(group->code);
+  if (is_integer(kind)) {
+    std::int64_t number = 0;
+    if (!dxf::read_integer(value, number) || !fits(number, kind)) return false;
+    if (number == group->integer()) return true;
+    writer.integer(group->code, number);
+  } else if (kind == dxf::ValueKind::Real) {
+    double number = 0;
+    if (!dxf::read_real(value, number)) return false;
+    if (number == group->real()) return true;
+    writer.real(group->code, number);
+  } else {
+    writer.raw(group->code, value);
+  }
+  dxf::GroupReader reader(bytes, document_.manner().framing);
+  dxf::Group framed;
+  return reader.next(framed) && document_.set_variable(header, framed.value);
+}
+
+}  // namespace korvel

@@ -1,0 +1,31 @@
+// What the groups of an entity say: its shape, its properties, the attributes of a block reference.
+//
+// The groups given are those of one entity: the head record from its group 0 on, then the VERTEX or
+// ATTRIB records that belong to it. Nothing in them is trusted: counts are not used, unreadable
+// numbers are 0, what is missing has its default.
+#pragma once
+
+#include <vector>
+
+#include "frame/entity_geometry.h"
+#include "host/standalone/drawing.h"
+#include "host/standalone/dxf/group.h"
+#include "host/standalone/dxf/text_codec.h"
+
+namespace korvel {
+
+// The shape in world coordinates. Dimensions and tables are references to the block that pictures
+// them, leaders and meshes the 3D polyline of their vertices. Rays, construction lines, proxies and
+// types that are not known have no shape.
+[[nodiscard]] EntityGeometry read_geometry(dxf::GroupReader groups, const dxf::TextCodec& codec);
+
+// The properties of the head record.
+[[nodiscard]] EntityProperties read_properties(dxf::GroupReader groups,
+                                               const dxf::TextCodec& codec);
+
+// The attributes of a block reference, in file order. The text of a multi-line attribute is the
+// whole text where the entity holds it, with its formatting codes.
+[[nodiscard]] std::vector<AttributeText> read_attributes(dxf::GroupReader groups,
+                                                         const dxf::TextCodec& codec);
+
+}  // namespace korvel

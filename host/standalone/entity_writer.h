@@ -1,0 +1,51 @@
+// Writes new entities, and changed properties of existing ones, as the bytes of a drawing file.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "frame/entity_geometry.h"
+#include "host/standalone/drawing.h"
+#include "host/standalone/dxf/group_writer.h"
+#include "host/standalone/dxf/text_codec.h"
+
+namespace korvel {
+
+// What a new entity needs to know of the drawing it goes into.
+struct NewEntityPlace {
+  const dxf::Manner& manner;
+  const dxf::TextCodec& codec;
+  bool subclass_markers = true;       // R13 and later
+  bool lightweight_polylines = true;  // R14 and later; else plane polylines are old-style ones
+  std::uint64_t owner = 0;            // BLOCK_RECORD of the space; 0: none is written
+  std::function<std::uint64_t()> new_handle;  // answers 0 where the file's objects have none
+};
+
+struct NewEntity {
+  std::string bytes;  // the entity with its parts
+  std::uint64_t handle = 0;
+};
+
+// The entity whose type suits the shape: POINT, LINE, CIRCLE or ARC, LWPOLYLINE or POLYLINE, TEXT,
+// INSERT. None for the other shapes and for a polyline without vertices. The vertices of a plane
+// polyline are taken to lie in the plane of the first. Without subclass markers there are no
+// linetype scale, lineweight and true colour either, as those versions have none.
+[[nodiscard]] std::optional<NewEntity> write_entity(const EntityGeometry& geometry,
+                                                    const EntityProperties& properties,
+                                                    const NewEntityPlace& place);
+
+// The entity with other properties. Only the head record changes, and in it only the groups of
+// properties whose values change; names are compared without case. A property that becomes the
+// default loses its group, a missing group is put where its place is.
+[[nodiscard]] std::string with_properties(std::string_view entity_bytes,
+                                          const EntityProperties& properties,
+                                          const dxf::Manner& manner, const dxf::TextCodec& codec);
+
+// Writes the group of one property (8, 6, 62, 48, 420, 370); nothing for the default, which only
+// the layer has none of.
+void write_property(int code, const EntityProperties& properties, dxf::GroupWriter& writer);
+
+}  // namespace korvel

@@ -1,0 +1,65 @@
+// What undo and redo remember.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "host/standalone/dxf/document.h"
+#include "host/standalone/od_tables.h"
+
+namespace korvel {
+
+// An item's former bytes.
+struct ItemChange {
+  dxf::ItemIndex item;
+  dxf::Span span;
+};
+
+// Every change holds what stood there before; undoing swaps it with what stands there now, so the
+// same change then serves redo.
+using Change = std::variant<ItemChange, OdChange>;
+
+class Journal {
+ public:
+  struct Step {
+    std::uint64_t number = 0;
+    std::wstring name;
+    std::vector<Change> changes;
+  };
+
+  // Brackets a step; pairs nest and the outermost counts. A step without changes is none.
+  void open();
+  void close();
+  // Names the steps that are closed from now on, after the command that makes them.
+  void name_steps(std::wstring name) { name_ = std::move(name); }
+
+  // Outside a step the change is a step of its own.
+  void add(Change change);
+
+  // Takes the newest step off; the caller swaps its changes, newest first, and hands it back with
+  // `undone` (or the other way round for redo).
+  [[nodiscard]] std::optional<Step> take_undo();
+  [[nodiscard]] std::optional<Step> take_redo();
+  void undone(Step step) { redo_.push_back(std::move(step)); }
+  void redone(Step step) { undo_.push_back(std::move(step)); }
+
+  // Names the state that the changes so far have led to; undoing and redoing lead back to the same
+  // names. The first state is 0.
+  [[nodiscard]] std::uint64_t state() const { return undo_.empty() ? 0 : undo_.back().number; }
+
+ private:
+  static std::optional<Step> take(std::vector<Step>& steps);
+
+  std::wstring name_;
+  Step current_;
+  int depth_ = 0;
+  std::vector<Step> undo_;
+  std::vector<Step> redo_;
+  std::uint64_t steps_made_ = 0;
+};
+
+}  // namespace korvel

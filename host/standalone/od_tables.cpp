@@ -1,0 +1,275 @@
+#include "host/standalone/od_tables.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace korvel {
+namespace {
+
+CellVector cells_for(ODType type) {
+  switch (type) {
+    case ODType::Integer:
+      return std::vector<std::int32_t>{};
+    case ODType::Real:
+      return std::vector<double>{};
+    case ODType::Character:
+      return std::vector<TextPool::Id>{};
+    case ODType::Point:
+      return std::vector<Point3>{};
+    case ODType::Unknown:
+      break;
+  }
+  return {};
+}
+
+Cell cell_for(const ODValueView& value, TextPool& texts) {
+  struct Convert {
+    TextPool& pool;
+    Cell operator()(std::monostate none) const { return none; }
+    Cell operator()(std::int32_t number) const { return number; }
+    Cell operator()(double number) const { return number; }
+    Cell operator()(std::wstring_view text) const { return pool.intern(text); }
+    Cell operator()(const Point3& point) const { return point; }
+  };
+  return std::visit(Convert{texts}, value);
+}
+
+void append(CellVector& cells, const Cell& cell) {
+  std::visit(
+      [&cell](auto& typed) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) {
+          typed.push_back(std::get<typename std::decay_t<decltype(typed)>::value_type>(cell));
+        }
+      },
+      cells);
+}
+
+// Brings a column that was out of its table while rows were added to the others' length.
+void fill_up(CellVector& cells, std::uint32_t rows) {
+  std::visit(
+      [rows](auto& typed) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) {
+          typed.resize(rows);
+        }
+      },
+      cells);
+}
+
+Cell put(CellVector& cells, std::uint32_t row, const Cell& cell) {
+  return std::visit(
+      [&cell, row](auto& typed) -> Cell {
+        if constexpr (std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) {
+          return {};
+        } else {
+          return std::exchange(typed[row],
+                               std::get<typename std::decay_t<decltype(typed)>::value_type>(cell));
+        }
+      },
+      cells);
+}
+
+// Bitwise for reals: a negative zero put in place of a zero is a change.
+bool same(const Cell& left, const Cell& right) {
+  const auto* const number = std::get_if<double>(&left);
+  const auto* const other = std::get_if<double>(&right);
+  if (number != nullptr && other != nullptr) {
+    return *number == *other && std::signbit(*number) == std::signbit(*other);
+  }
+  return left == right;
+}
+
+}  // namespace
+
+ODTableDef OdTable::definition() const {
+  ODTableDef copy{name, {}};
+  copy.columns.reserve(columns.size());
+  for (const OdColumn& column : columns)
+    copy.columns.push_back(column.definition);
+  return copy;
+}
+
+void OdTables::note(OdChange change) {
+  if (record_) record_(std::move(change));
+}
+
+void OdTables::touch(std::uint32_t entity) {
+  if (!record_) return;  // being read
+  if (touched_.size() <= entity)
+    touched_.resize(std::max(records_.size(), entity + std::size_t{1}));
+  touched_[entity] = true;
+  any_touched_ = true;
+}
+
+bool OdTables::touched(std::uint32_t entity) const {
+  return entity < touched_.size() && touched_[entity];
+}
+
+std::optional<std::uint32_t> OdTables::find(std::wstring_view name) const {
+  for (std::uint32_t i = 0; i < tables_.size(); ++i) {
+    if (!tables_[i].deleted && tables_[i].name == name) return i;
+  }
+  return std::nullopt;
+}
+
+std::uint32_t OdTables::add_table(const ODTableDef& definition) {
+  OdTable table{definition.name, {}, 0, false};
+  for (const ODColumnDef& column : definition.columns) {
+    table.columns.push_back({column, cells_for(column.type)});
+  }
+  tables_.push_back(std::move(table));
+  const auto index = static_cast<std::uint32_t>(tables_.size() - 1);
+  note({OdChange::TablePresence{index}});
+  return index;
+}
+
+void OdTables::delete_table(std::uint32_t table) {
+  for (std::uint32_t entity = 0; entity < records_.size(); ++entity) {
+    const RecordSpan span = records_[entity];
+    for (std::uint32_t i = span.count; i-- > 0;) {
+      if (references_[span.first + i].table == table) remove_record(entity, i);
+    }
+  }
+  tables_[table].deleted = true;
+  note({OdChange::TablePresence{table}});
+}
+
+void OdTables::rename_table(std::uint32_t table, std::wstring name) {
+  touch_carriers(table);
+  std::swap(tables_[table].name, name);
+  note({OdChange::TableName{table, std::move(name)}});
+}
+
+void OdTables::rename_column(std::uint32_t table, std::uint32_t column, std::wstring name) {
+  std::swap(tables_[table].columns[column].definition.name, name);
+  note({OdChange::ColumnName{table, column, std::move(name)}});
+}
+
+void OdTables::insert_column(std::uint32_t table, std::uint32_t column,
+                             const ODColumnDef& definition) {
+  touch_carriers(table);
+  OdTable& owner = tables_[table];
+  OdColumn inserted{definition, cells_for(definition.type)};
+  const Cell initial = cell_for(view_of(definition.default_value), texts_);
+  for (std::uint32_t row = 0; row < owner.rows; ++row)
+    append(inserted.cells, initial);
+  owner.columns.insert(owner.columns.begin() + column, std::move(inserted));
+  note({OdChange::ColumnPresence{table, column, std::nullopt}});
+}
+
+void OdTables::remove_column(std::uint32_t table, std::uint32_t column) {
+  touch_carriers(table);
+  OdTable& owner = tables_[table];
+  OdColumn taken_out = std::move(owner.columns[column]);
+  owner.columns.erase(owner.columns.begin() + column);
+  note({OdChange::ColumnPresence{table, column, std::move(taken_out)}});
+}
+
+void OdTables::touch_carriers(std::uint32_t table) {
+  for (std::uint32_t entity = 0; entity < records_.size(); ++entity) {
+    const RecordSpan span = records_[entity];
+    for (std::uint32_t i = 0; i < span.count; ++i) {
+      if (references_[span.first + i].table == table) touch(entity);
+    }
+  }
+}
+
+ODValueView OdTables::value(RecordRef record, std::uint32_t column) const {
+  struct Read {
+    const TextPool& pool;
+    std::uint32_t row;
+    ODValueView operator()(std::monostate none) const { return none; }
+    ODValueView operator()(const std::vector<std::int32_t>& cells) const { return cells[row]; }
+    ODValueView operator()(const std::vector<double>& cells) const { return cells[row]; }
+    ODValueView operator()(const std::vector<TextPool::Id>& cells) const {
+      return pool.at(cells[row]);
+    }
+    ODValueView operator()(const std::vector<Point3>& cells) const { return cells[row]; }
+  };
+  const OdTable& table = tables_[record.table];
+  if (column >= table.columns.size()) return {};
+  return std::visit(Read{texts_, record.row}, table.columns[column].cells);
+}
+
+RecordRef OdTables::add_row(std::uint32_t table, std::span<const ODValueView> values) {
+  OdTable& owner = tables_[table];
+  for (std::size_t i = 0; i < owner.columns.size(); ++i) {
+    append(owner.columns[i].cells, cell_for(values[i], texts_));
+  }
+  return {table, owner.rows++};
+}
+
+void OdTables::set_records(std::uint32_t entity, RecordSpan span) {
+  touch(entity);
+  note({OdChange::Records{entity, std::exchange(records_[entity], span)}});
+}
+
+void OdTables::append_record(std::uint32_t entity, RecordRef record) {
+  if (entity >= records_.size()) records_.resize(entity + std::size_t{1});
+  RecordSpan span = records_[entity];
+  const auto end = static_cast<std::uint32_t>(references_.size());
+  if (span.first + span.count != end) {  // the list moves to the end, where it can grow
+    for (std::uint32_t i = 0; i < span.count; ++i) {
+      references_.push_back(references_[span.first + i]);
+    }
+    span.first = end;
+  }
+  references_.push_back(record);
+  ++span.count;
+  set_records(entity, span);
+}
+
+void OdTables::remove_record(std::uint32_t entity, std::uint32_t index) {
+  const RecordSpan span = records_[entity];
+  if (index == 0) return set_records(entity, {span.first + 1, span.count - 1});
+  if (index == span.count - 1) return set_records(entity, {span.first, span.count - 1});
+  const auto first = static_cast<std::uint32_t>(references_.size());
+  for (std::uint32_t i = 0; i < span.count; ++i) {
+    if (i != index) references_.push_back(references_[span.first + i]);
+  }
+  set_records(entity, {first, span.count - 1});
+}
+
+void OdTables::set_value(std::uint32_t entity, RecordRef record, std::uint32_t column,
+                         const ODValueView& value) {
+  Cell cell = cell_for(value, texts_);
+  CellVector& cells = tables_[record.table].columns[column].cells;
+  Cell former = put(cells, record.row, cell);
+  if (same(former, cell)) return;
+  touch(entity);
+  note({OdChange::Value{record.table, column, record.row, former}});
+}
+
+void OdTables::exchange(OdChange& change) {
+  struct Swap {
+    OdTables& od;
+    void operator()(OdChange::Records& was) const { std::swap(od.records_[was.entity], was.span); }
+    void operator()(OdChange::Value& was) const {
+      was.cell = put(od.tables_[was.table].columns[was.column].cells, was.row, was.cell);
+    }
+    void operator()(OdChange::TableName& was) const {
+      std::swap(od.tables_[was.table].name, was.name);
+    }
+    void operator()(OdChange::ColumnName& was) const {
+      std::swap(od.tables_[was.table].columns[was.column].definition.name, was.name);
+    }
+    void operator()(OdChange::ColumnPresence& was) const {
+      std::vector<OdColumn>& columns = od.tables_[was.table].columns;
+      const auto place = columns.begin() + was.column;
+      if (was.taken_out) {
+        fill_up(was.taken_out->cells, od.tables_[was.table].rows);
+        columns.insert(place, std::move(*was.taken_out));
+        was.taken_out.reset();
+      } else {
+        was.taken_out = std::move(*place);
+        columns.erase(place);
+      }
+    }
+    void operator()(OdChange::TablePresence& was) const {
+      od.tables_[was.table].deleted = !od.tables_[was.table].deleted;
+    }
+  };
+  std::visit(Swap{*this}, change.what);
+}
+
+}  // namespace korvel

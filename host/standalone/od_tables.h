@@ -1,0 +1,142 @@
+// The object data of a drawing in memory: tables of typed columns, and for every entity the ordered
+// list of its rows.
+//
+// Rows are only ever added; what an entity no longer carries stays where it is, so that undoing
+// costs nothing but putting the entity's list back.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "frame/od_table.h"
+#include "host/standalone/text_pool.h"
+
+namespace korvel {
+
+using CellVector = std::variant<std::monostate, std::vector<std::int32_t>, std::vector<double>,
+                                std::vector<TextPool::Id>, std::vector<Point3>>;
+using Cell = std::variant<std::monostate, std::int32_t, double, TextPool::Id, Point3>;
+
+struct OdColumn {
+  ODColumnDef definition;
+  CellVector cells;  // by row; of the definition's type
+};
+
+struct OdTable {
+  std::wstring name;
+  std::vector<OdColumn> columns;
+  std::uint32_t rows = 0;
+  bool deleted = false;
+
+  [[nodiscard]] ODTableDef definition() const;
+};
+
+// A record: a row of a table.
+struct RecordRef {
+  std::uint32_t table;
+  std::uint32_t row;
+};
+
+// An entity's records: a stretch of the common list of references.
+struct RecordSpan {
+  std::uint32_t first = 0;
+  std::uint32_t count = 0;
+};
+
+struct OdChange {
+  struct Records {
+    std::uint32_t entity;
+    RecordSpan span;
+  };
+  struct Value {
+    std::uint32_t table;
+    std::uint32_t column;
+    std::uint32_t row;
+    Cell cell;
+  };
+  struct TableName {
+    std::uint32_t table;
+    std::wstring name;
+  };
+  struct ColumnName {
+    std::uint32_t table;
+    std::uint32_t column;
+    std::wstring name;
+  };
+  // A column taken out (then it is held here) or put in.
+  struct ColumnPresence {
+    std::uint32_t table;
+    std::uint32_t column;
+    std::optional<OdColumn> taken_out;
+  };
+  struct TablePresence {
+    std::uint32_t table;
+  };
+  std::variant<Records, Value, TableName, ColumnName, ColumnPresence, TablePresence> what;
+};
+
+class OdTables {
+ public:
+  // Where changes are recorded; null while the drawing is being read.
+  using Recorder = std::function<void(OdChange)>;
+  void set_recorder(Recorder recorder) { record_ = std::move(recorder); }
+
+  // --- Definitions. Indexes are stable; deleted tables keep theirs. ---
+
+  [[nodiscard]] const std::vector<OdTable>& tables() const { return tables_; }
+  [[nodiscard]] std::optional<std::uint32_t> find(std::wstring_view name) const;
+  std::uint32_t add_table(const ODTableDef& definition);
+  void delete_table(std::uint32_t table);  // with its records on every entity
+  void rename_table(std::uint32_t table, std::wstring name);
+  void rename_column(std::uint32_t table, std::uint32_t column, std::wstring name);
+  void insert_column(std::uint32_t table, std::uint32_t column, const ODColumnDef& definition);
+  void remove_column(std::uint32_t table, std::uint32_t column);
+
+  // --- Records. `entity` is the drawing's index of the entity. ---
+
+  void set_entity_count(std::size_t count) { records_.resize(count); }
+  [[nodiscard]] std::size_t entity_count() const { return records_.size(); }
+  [[nodiscard]] RecordSpan records_of(std::uint32_t entity) const {
+    return entity < records_.size() ? records_[entity] : RecordSpan{};
+  }
+  [[nodiscard]] RecordRef record(std::uint32_t position) const { return references_[position]; }
+  [[nodiscard]] ODValueView value(RecordRef record, std::uint32_t column) const;
+
+  // Adds a row; the values must be of the columns' types and number.
+  RecordRef add_row(std::uint32_t table, std::span<const ODValueView> values);
+  void append_record(std::uint32_t entity, RecordRef record);
+  void remove_record(std::uint32_t entity, std::uint32_t index);
+  // `record` is one of the entity's. Nothing is recorded when the value is what it was.
+  void set_value(std::uint32_t entity, RecordRef record, std::uint32_t column,
+                 const ODValueView& value);
+
+  // Whether records or values of the entity were touched since the drawing was read. Touched does
+  // not mean different.
+  [[nodiscard]] bool touched(std::uint32_t entity) const;
+  [[nodiscard]] bool any_touched() const { return any_touched_; }
+
+  // Exchanges what the change holds with what stands there.
+  void exchange(OdChange& change);
+
+ private:
+  void note(OdChange change);
+  void touch(std::uint32_t entity);
+  void touch_carriers(std::uint32_t table);
+  void set_records(std::uint32_t entity, RecordSpan span);
+
+  std::vector<OdTable> tables_;
+  TextPool texts_;
+  std::vector<RecordRef> references_;
+  std::vector<RecordSpan> records_;
+  std::vector<bool> touched_;
+  bool any_touched_ = false;
+  Recorder record_;
+};
+
+}  // namespace korvel

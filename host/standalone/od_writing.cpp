@@ -1,0 +1,266 @@
+#include "host/standalone/od_writing.h"
+
+#include <algorithm>
+#include <array>
+
+#include "frame/case_mapping.h"
+#include "host/standalone/dictionary.h"
+#include "host/standalone/od_format.h"
+
+namespace korvel {
+namespace {
+
+// Keys of a dictionary compare without case, names of tables do not: a table whose name differs
+// from another's in case alone gets a key of its own.
+std::wstring key_for(std::wstring_view name, const std::vector<DictionaryEntry>& taken,
+                     const dxf::TextCodec& codec) {
+  std::wstring key(name);
+  const auto is_taken = [&](std::wstring_view wanted) {
+    return std::ranges::any_of(taken, [&](const DictionaryEntry& entry) {
+      return equal_ignoring_case(codec.decode(entry.key), wanted);
+    });
+  };
+  for (int number = 2; is_taken(key); ++number) {
+    key = std::wstring(name) + L"$" + std::to_wstring(number);
+  }
+  return key;
+}
+
+}  // namespace
+
+OdWriting::OdWriting(Drawing& drawing) : drawing_(drawing), document_(drawing.document_) {
+  if (drawing_.journal_.state() == 0) return;  // as the file was
+  plan_definitions();
+  plan_entities();
+  anything_ = drawing_.od_.any_touched() || !definitions_.empty() || !new_definitions_.empty();
+}
+
+bool OdWriting::is_live(std::uint32_t entity) const {
+  return !drawing_.entities_[entity].erased && !drawing_.entities_[entity].od_unreadable;
+}
+
+void OdWriting::plan_entities() {
+  if (!drawing_.od_.any_touched()) return;
+  for (std::uint32_t entity = 0; entity < drawing_.entities_.size(); ++entity) {
+    if (!drawing_.od_.touched(entity) || !is_live(entity)) continue;
+    const Drawing::Entity& known = drawing_.entities_[entity];
+    if (known.od_record != dxf::no_index || drawing_.od_.records_of(entity).count == 0) continue;
+    Drawing::OdHandles& handles = drawing_.od_handles_[entity];
+    if (handles.record == 0) handles.record = drawing_.document_.new_handle();
+    if (handles.dictionary == 0 && known.extension_dictionary == dxf::no_index) {
+      handles.dictionary = drawing_.document_.new_handle();
+    }
+    new_records_.push_back(entity);
+  }
+}
+
+void OdWriting::plan_definitions() {
+  OdDefinitionItems& items = drawing_.definition_items_;
+  const std::vector<OdTable>& tables = drawing_.od_.tables();
+  items.new_handles.resize(tables.size());
+
+  std::vector<std::uint64_t> dropped;
+  for (std::uint32_t table = 0; table < tables.size(); ++table) {
+    const bool in_file = table < items.records.size();
+    if (in_file && tables[table].deleted) {
+      definitions_.emplace(items.records[table], std::string{});
+      dropped.push_back(document_.item(items.records[table]).handle);
+    } else if (in_file) {
+      std::string bytes(head_of(items.records[table]));
+      write_definition(table, bytes);
+      if (bytes != document_.bytes(items.records[table])) {
+        definitions_.emplace(items.records[table], std::move(bytes));
+      }
+    } else if (!tables[table].deleted) {
+      new_definitions_.push_back(table);
+      if (items.new_handles[table] == 0) {
+        items.new_handles[table] = drawing_.document_.new_handle();
+      }
+    }
+  }
+
+  const bool has_dictionary = items.dictionary != dxf::no_index;
+  if (has_dictionary && !(dropped.empty() && new_definitions_.empty())) {
+    std::string bytes = without_entries(document_, document_.bytes(items.dictionary), dropped);
+    append_entries(bytes);
+    definitions_.emplace(items.dictionary, std::move(bytes));
+  }
+  if (!has_dictionary && !new_definitions_.empty()) {
+    if (items.new_dictionary == 0) items.new_dictionary = drawing_.document_.new_handle();
+    definitions_.emplace(items.root, root_with_dictionary());
+  }
+}
+
+// An entry that leads to nothing makes way.
+std::string OdWriting::root_with_dictionary() const {
+  const OdDefinitionItems& items = drawing_.definition_items_;
+  std::string root(document_.bytes(items.root));
+  if (const auto stale = find_entry(document_, items.root, od_format::definitions_key)) {
+    root = without_entries(document_, root, {stale->handle});
+  }
+  return with_entry(document_, root,
+                    {std::string(od_format::definitions_key), items.new_dictionary});
+}
+
+void OdWriting::append_entries(std::string& dictionary) const {
+  const OdDefinitionItems& items = drawing_.definition_items_;
+  std::vector<DictionaryEntry> taken;
+  if (items.dictionary != dxf::no_index) taken = entries_of(document_, items.dictionary);
+  for (const std::uint32_t table : new_definitions_) {
+    const std::wstring key = key_for(drawing_.od_.tables()[table].name, taken, document_.codec());
+    DictionaryEntry entry{document_.codec().encode(key), items.new_handles[table]};
+    dxf::GroupWriter writer(document_.manner(), document_.codec(), dictionary);
+    writer.raw(3, entry.key);
+    writer.handle(360, entry.handle);
+    taken.push_back(std::move(entry));
+  }
+}
+
+std::string_view OdWriting::head_of(dxf::ItemIndex record) const {
+  dxf::GroupReader reader = document_.groups(record);
+  dxf::Group group;
+  const std::string_view bytes = document_.bytes(record);
+  return od_format::skip_to_data(reader, group, document_) ? bytes.substr(0, group.begin) : bytes;
+}
+
+std::uint64_t OdWriting::dictionary_of(std::uint32_t entity) const {
+  const dxf::ItemIndex in_file = drawing_.entities_[entity].extension_dictionary;
+  if (in_file != dxf::no_index) return document_.item(in_file).handle;
+  return drawing_.od_handles_.at(entity).dictionary;
+}
+
+bool OdWriting::concerns(dxf::ItemIndex item) const {
+  if (!anything_) return false;
+  const std::uint32_t slot = document_.item(item).slot;
+  const dxf::Section section = document_.item(item).section;
+  if (section == dxf::Section::Entities || section == dxf::Section::Blocks ||
+      (section == dxf::Section::Objects && slot != dxf::no_index)) {
+    return slot != dxf::no_index && drawing_.od_.touched(slot) && is_live(slot);
+  }
+  return definitions_.contains(item);
+}
+
+void OdWriting::substitute(dxf::ItemIndex item, std::string& out) const {
+  if (const auto definition = definitions_.find(item); definition != definitions_.end()) {
+    out = definition->second;
+    return;
+  }
+  const std::uint32_t entity = document_.item(item).slot;
+  const Drawing::Entity& known = drawing_.entities_[entity];
+  if (item == known.item) {
+    substitute_entity(entity, out);
+  } else if (item == known.extension_dictionary) {
+    substitute_dictionary(entity, out);
+  } else if (drawing_.od_.records_of(entity).count > 0) {
+    out = head_of(item);
+    write_records(entity, out);
+  }
+}
+
+void OdWriting::substitute_entity(std::uint32_t entity, std::string& out) const {
+  const Drawing::Entity& known = drawing_.entities_[entity];
+  out = document_.bytes(known.item);
+  const bool new_dictionary =
+      known.extension_dictionary == dxf::no_index && drawing_.od_.records_of(entity).count > 0;
+  if (!new_dictionary) return;
+
+  constexpr int handle_code = 5;
+  dxf::GroupReader reader = document_.groups(known.item);
+  dxf::Group group;
+  std::size_t place = 0;
+  std::size_t end = 0;
+  while (reader.next(group) && group.code != 100) {
+    if (group.code == handle_code && place == 0) place = end = group.end;
+    if (group.code != 102 || group.value != "{ACAD_XDICTIONARY") continue;
+    place = end = group.begin;  // a reference to no dictionary makes way
+    while (reader.next(group) && group.code != 102) {
+    }
+    end = group.end;
+    break;
+  }
+  std::string reference;
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), reference);
+  writer.raw(102, "{ACAD_XDICTIONARY");
+  writer.handle(360, dictionary_of(entity));
+  writer.raw(102, "}");
+  out.replace(place, end - place, reference);
+}
+
+void OdWriting::substitute_dictionary(std::uint32_t entity, std::string& out) const {
+  const Drawing::Entity& known = drawing_.entities_[entity];
+  const bool has_records = drawing_.od_.records_of(entity).count > 0;
+  if (known.od_record != dxf::no_index && !has_records) {
+    out = without_entries(document_, document_.bytes(known.extension_dictionary),
+                          {document_.item(known.od_record).handle});
+  } else if (known.od_record == dxf::no_index && has_records) {
+    out = with_entry(document_, document_.bytes(known.extension_dictionary),
+                     {std::string(od_format::records_key), drawing_.od_handles_.at(entity).record});
+  } else {
+    out = document_.bytes(known.extension_dictionary);
+  }
+}
+
+void OdWriting::write_records(std::uint32_t entity, std::string& out) const {
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), out);
+  const RecordSpan span = drawing_.od_.records_of(entity);
+  for (std::uint32_t i = 0; i < span.count; ++i) {
+    const RecordRef record = drawing_.od_.record(span.first + i);
+    const OdTable& table = drawing_.od_.tables()[record.table];
+    writer.text(od_format::table_code, table.name);
+    for (std::uint32_t column = 0; column < table.columns.size(); ++column) {
+      od_format::write_value(writer, drawing_.od_.value(record, column));
+    }
+  }
+}
+
+void OdWriting::write_definition(std::uint32_t table, std::string& out) const {
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), out);
+  od_format::write_definition(writer, drawing_.od_.tables()[table].definition());
+}
+
+bool OdWriting::write_new_objects(const dxf::Document::ByteSink& sink) const {
+  std::string bytes;
+  append_new_definitions(bytes);
+  for (const std::uint32_t entity : new_records_) {
+    constexpr std::size_t piece = std::size_t{1} << 16;
+    append_new_objects(entity, bytes);
+    if (bytes.size() < piece) continue;
+    if (!sink(bytes)) return false;
+    bytes.clear();
+  }
+  return bytes.empty() || sink(bytes);
+}
+
+void OdWriting::append_new_definitions(std::string& out) const {
+  const OdDefinitionItems& items = drawing_.definition_items_;
+  if (new_definitions_.empty()) return;
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), out);
+  const bool in_file = items.dictionary != dxf::no_index;
+  const std::uint64_t dictionary =
+      in_file ? document_.item(items.dictionary).handle : items.new_dictionary;
+  if (!in_file) {
+    const std::uint64_t root = document_.item(items.root).handle;
+    begin_dictionary(writer, document_, dictionary, root, root);
+    append_entries(out);
+  }
+  for (const std::uint32_t table : new_definitions_) {
+    begin_xrecord(writer, document_, items.new_handles[table], dictionary);
+    write_definition(table, out);
+  }
+}
+
+void OdWriting::append_new_objects(std::uint32_t entity, std::string& out) const {
+  const Drawing::Entity& known = drawing_.entities_[entity];
+  const Drawing::OdHandles& handles = drawing_.od_handles_.at(entity);
+  const std::uint64_t dictionary = dictionary_of(entity);
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), out);
+  if (known.extension_dictionary == dxf::no_index) {
+    begin_dictionary(writer, document_, dictionary, document_.item(known.item).handle, 0);
+    writer.raw(3, od_format::records_key);
+    writer.handle(360, handles.record);
+  }
+  begin_xrecord(writer, document_, handles.record, dictionary);
+  write_records(entity, out);
+}
+
+}  // namespace korvel

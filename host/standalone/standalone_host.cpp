@@ -1,0 +1,78 @@
+#include "host/standalone/standalone_host.h"
+
+#include <utility>
+
+#include "frame/utf.h"
+#include "host/standalone/dxf/number_text.h"
+
+namespace korvel {
+namespace {
+
+// What was erased since it was selected is no longer there.
+EntityList existing(const Drawing& drawing, const EntityList& entities) {
+  EntityList there;
+  there.reserve(entities.size());
+  for (const EntityId id : entities) {
+    if (drawing.exists(id)) there.push_back(id);
+  }
+  return there;
+}
+
+}  // namespace
+
+void StandaloneHost::replace_drawing(std::unique_ptr<Drawing> drawing) {
+  pick_first_.clear();
+  previous_.clear();
+  drawing_ = std::move(drawing);
+}
+
+EntityList StandaloneHost::model_space() const { return drawing_->entities(Space::Model); }
+
+bool StandaloneHost::opens(EntityId entity, OpenMode mode) const {
+  return drawing_->exists(entity) &&
+         !(mode == OpenMode::Write && drawing_->on_locked_layer(entity));
+}
+
+EntityId StandaloneHost::layer_of(EntityId entity) const { return drawing_->layer_of(entity); }
+
+std::wstring StandaloneHost::handle_of(EntityId entity) const {
+  const std::uint64_t handle = drawing_->handle_of(entity);
+  if (handle == 0) return {};
+  std::string digits;
+  dxf::append_handle(digits, handle);
+  return {digits.begin(), digits.end()};
+}
+
+std::optional<EntityGeometry> StandaloneHost::geometry_of(EntityId entity) const {
+  if (!drawing_->exists(entity)) return std::nullopt;
+  return drawing_->geometry_of(entity);
+}
+
+std::optional<Extents> StandaloneHost::extents_of(EntityId entity) const {
+  return drawing_->extents_of(entity);
+}
+
+std::vector<Layer> StandaloneHost::layers() const { return drawing_->layers(); }
+
+EntityList StandaloneHost::pick_first() const { return existing(*drawing_, pick_first_); }
+
+void StandaloneHost::set_pick_first(const EntityList& entities) {
+  pick_first_ = existing(*drawing_, entities);
+  if (!pick_first_.empty()) previous_ = pick_first_;
+}
+
+void StandaloneHost::lock() { drawing_->journal().open(); }
+
+void StandaloneHost::unlock() { drawing_->journal().close(); }
+
+std::optional<int> StandaloneHost::variable(std::wstring_view name) const {
+  const std::optional<std::int64_t> number = drawing_->integer_variable(to_utf8(name));
+  if (!number || !std::in_range<int>(*number)) return std::nullopt;
+  return static_cast<int>(*number);
+}
+
+bool StandaloneHost::set_variable(std::wstring_view name, int value) {
+  return variable(name) && drawing_->set_variable(to_utf8(name), std::to_string(value));
+}
+
+}  // namespace korvel

@@ -1,0 +1,46 @@
+// DrawingHost over a drawing in memory. What asks a person (prompts, dialogs, progress) is left to
+// the front end that derives from this.
+#pragma once
+
+#include <memory>
+
+#include "frame/drawing_host.h"
+#include "host/standalone/drawing.h"
+#include "host/standalone/standalone_store.h"
+
+namespace korvel {
+
+class StandaloneHost : public DrawingHost {
+ public:
+  explicit StandaloneHost(std::unique_ptr<Drawing> drawing) : drawing_(std::move(drawing)) {}
+
+  [[nodiscard]] Drawing& drawing() { return *drawing_; }
+  [[nodiscard]] const Drawing& drawing() const { return *drawing_; }
+  // Another drawing becomes the active one; selections of the old one are forgotten.
+  void replace_drawing(std::unique_ptr<Drawing> drawing);
+
+  // The last selection made, for "Previous".
+  [[nodiscard]] const EntityList& previous_selection() const { return previous_; }
+  void set_previous_selection(EntityList entities) { previous_ = std::move(entities); }
+
+  [[nodiscard]] EntityList model_space() const override;
+  [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override;
+  [[nodiscard]] EntityId layer_of(EntityId entity) const override;
+  [[nodiscard]] std::wstring handle_of(EntityId entity) const override;
+  [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override;
+  [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override;
+  [[nodiscard]] std::vector<Layer> layers() const override;
+  [[nodiscard]] EntityList pick_first() const override;
+  void set_pick_first(const EntityList& entities) override;
+  void lock() override;
+  void unlock() override;
+  [[nodiscard]] std::optional<int> variable(std::wstring_view name) const override;
+  bool set_variable(std::wstring_view name, int value) override;
+
+ private:
+  std::unique_ptr<Drawing> drawing_;
+  EntityList pick_first_;
+  EntityList previous_;
+};
+
+}  // namespace korvel

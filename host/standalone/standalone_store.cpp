@@ -1,0 +1,213 @@
+#include "host/standalone/standalone_store.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "geometry/vector.h"
+
+namespace korvel {
+namespace {
+
+// Numbers that are not finite have no form in a drawing file.
+bool fits(const ODValue& value, ODType type) {
+  if (const auto* const real = std::get_if<double>(&value); real != nullptr) {
+    if (!std::isfinite(*real)) return false;
+  }
+  if (const auto* const point = std::get_if<Point3>(&value); point != nullptr) {
+    if (!is_finite(*point)) return false;
+  }
+  return type != ODType::Unknown && type_of(value) == type;
+}
+
+bool is_sound(const ODTableDef& definition) {
+  std::set<std::wstring_view> names;
+  return !definition.name.empty() &&
+         std::ranges::all_of(definition.columns, [&names](const ODColumnDef& column) {
+           return !column.name.empty() && names.insert(column.name).second &&
+                  fits(column.default_value, column.type);
+         });
+}
+
+// Whether the record has a fitting value for every column of the table.
+bool fits(const ODRecord& record, const OdTable& table) {
+  return record.table == table.name &&
+         std::ranges::equal(record.values, table.columns,
+                            [](const ODValue& value, const OdColumn& column) {
+                              return fits(value, column.definition.type);
+                            });
+}
+
+std::optional<std::uint32_t> column_named(const OdTable& table, std::wstring_view name) {
+  for (std::uint32_t i = 0; i < table.columns.size(); ++i) {
+    if (table.columns[i].definition.name == name) return i;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+class StandaloneStore::Iterator final : public RecordIterator {
+ public:
+  explicit Iterator(StandaloneStore& store)
+      : store_(store), drawing_(store.drawing_), od_(store.drawing_.od()) {
+    store_.iterators_.push_back(this);
+  }
+  ~Iterator() override { std::erase(store_.iterators_, this); }
+
+  bool open(EntityId entity, OpenMode mode) override {
+    opened_ = drawing_.exists(entity) && drawing_.has_readable_records(entity) &&
+              !(mode == OpenMode::Write && drawing_.on_locked_layer(entity));
+    writing_ = mode == OpenMode::Write;
+    entity_ = entity;
+    start();
+    return opened_;
+  }
+  [[nodiscard]] int count() const override { return static_cast<int>(current_span().count); }
+  void start() override {
+    span_ = current_span();
+    position_ = 0;
+  }
+  [[nodiscard]] bool done() const override { return position_ >= span_.count; }
+  void next() override { ++position_; }
+
+  [[nodiscard]] std::wstring_view table_name() const override { return table().name; }
+  [[nodiscard]] int value_count() const override {
+    return static_cast<int>(table().columns.size());
+  }
+  [[nodiscard]] ODValueView value(int index) const override {
+    if (index < 0) return {};
+    return od_.value(record(), static_cast<std::uint32_t>(index));
+  }
+  bool update(const ODRecord& changed) override {
+    if (!writing_ || done() || !fits(changed, table())) return false;
+    for (std::uint32_t i = 0; i < changed.values.size(); ++i) {
+      od_.set_value(Drawing::index_of(entity_), record(), i, view_of(changed.values[i]));
+    }
+    return true;
+  }
+  bool remove() override {
+    if (!writing_ || done()) return false;
+    od_.remove_record(Drawing::index_of(entity_), position_);
+    span_ = {};
+    return true;
+  }
+
+  [[nodiscard]] bool stands_on(EntityId entity) const {
+    return opened_ && entity_ == entity && !done();
+  }
+
+ private:
+  [[nodiscard]] RecordSpan current_span() const {
+    return opened_ ? od_.records_of(Drawing::index_of(entity_)) : RecordSpan{};
+  }
+  [[nodiscard]] RecordRef record() const { return od_.record(span_.first + position_); }
+  [[nodiscard]] const OdTable& table() const { return od_.tables()[record().table]; }
+
+  StandaloneStore& store_;
+  Drawing& drawing_;
+  OdTables& od_;
+  EntityId entity_;
+  bool opened_ = false;
+  bool writing_ = false;
+  RecordSpan span_;
+  std::uint32_t position_ = 0;
+};
+
+std::vector<std::wstring> StandaloneStore::table_names() const {
+  std::vector<std::wstring> names;
+  for (const OdTable& table : drawing_.od().tables()) {
+    if (!table.deleted) names.push_back(table.name);
+  }
+  return names;
+}
+
+std::optional<ODTableDef> StandaloneStore::table(std::wstring_view name) const {
+  const std::optional<std::uint32_t> index = drawing_.od().find(name);
+  if (!index) return std::nullopt;
+  return drawing_.od().tables()[*index].definition();
+}
+
+TableChange StandaloneStore::define_table(const ODTableDef& definition) {
+  if (drawing_.od().find(definition.name)) return TableChange::TableExists;
+  if (!is_sound(definition) || drawing_.why_no_object_data()) return TableChange::Failed;
+  (void)drawing_.od().add_table(definition);
+  return TableChange::Done;
+}
+
+TableChange StandaloneStore::delete_table(std::wstring_view name) {
+  const std::optional<std::uint32_t> index = drawing_.od().find(name);
+  if (!index) return TableChange::TableMissing;
+  drawing_.od().delete_table(*index);
+  return TableChange::Done;
+}
+
+TableChange StandaloneStore::rename_table(std::wstring_view from, std::wstring_view to) {
+  const std::optional<std::uint32_t> index = drawing_.od().find(from);
+  if (!index) return TableChange::TableMissing;
+  if (from == to) return TableChange::Done;
+  if (to.empty()) return TableChange::Failed;
+  if (drawing_.od().find(to)) return TableChange::TableExists;
+  drawing_.od().rename_table(*index, std::wstring(to));
+  return TableChange::Done;
+}
+
+ColumnChange StandaloneStore::rename_column(std::wstring_view table, std::wstring_view from,
+                                            std::wstring_view to) {
+  const std::optional<std::uint32_t> index = drawing_.od().find(table);
+  if (!index) return ColumnChange::TableMissing;
+  const OdTable& owner = drawing_.od().tables()[*index];
+  const std::optional<std::uint32_t> column = column_named(owner, from);
+  if (!column) return ColumnChange::ColumnMissing;
+  if (from == to) return ColumnChange::Done;
+  if (to.empty()) return ColumnChange::Failed;
+  if (column_named(owner, to)) return ColumnChange::DuplicateName;
+  drawing_.od().rename_column(*index, *column, std::wstring(to));
+  return ColumnChange::Done;
+}
+
+ColumnChange StandaloneStore::add_column(std::wstring_view table, const ODColumnDef& column,
+                                         int index) {
+  const std::optional<std::uint32_t> found = drawing_.od().find(table);
+  if (!found) return ColumnChange::TableMissing;
+  const OdTable& owner = drawing_.od().tables()[*found];
+  if (column_named(owner, column.name)) return ColumnChange::DuplicateName;
+  const bool in_range = index >= 0 && index <= static_cast<int>(owner.columns.size());
+  if (column.name.empty() || !in_range || !fits(column.default_value, column.type)) {
+    return ColumnChange::Failed;
+  }
+  drawing_.od().insert_column(*found, static_cast<std::uint32_t>(index), column);
+  return ColumnChange::Done;
+}
+
+ColumnChange StandaloneStore::remove_column(std::wstring_view table, int index) {
+  const std::optional<std::uint32_t> found = drawing_.od().find(table);
+  if (!found) return ColumnChange::TableMissing;
+  const auto columns = static_cast<int>(drawing_.od().tables()[*found].columns.size());
+  if (index < 0 || index >= columns) return ColumnChange::ColumnMissing;
+  drawing_.od().remove_column(*found, static_cast<std::uint32_t>(index));
+  return ColumnChange::Done;
+}
+
+std::unique_ptr<RecordIterator> StandaloneStore::records() {
+  return std::make_unique<Iterator>(*this);
+}
+
+bool StandaloneStore::attach(EntityId entity, const ODRecord& record) {
+  if (!drawing_.takes_records(entity) || drawing_.on_locked_layer(entity)) return false;
+  const std::optional<std::uint32_t> table = drawing_.od().find(record.table);
+  if (!table || !fits(record, drawing_.od().tables()[*table])) return false;
+  if (std::ranges::any_of(
+          iterators_, [entity](const Iterator* iterator) { return iterator->stands_on(entity); })) {
+    return false;
+  }
+  std::vector<ODValueView> values;
+  values.reserve(record.values.size());
+  for (const ODValue& value : record.values)
+    values.push_back(view_of(value));
+  OdTables& od = drawing_.od();
+  od.append_record(Drawing::index_of(entity), od.add_row(*table, values));
+  return true;
+}
+
+}  // namespace korvel

@@ -1,0 +1,30 @@
+// Texts of the object data, each distinct one kept once.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string_view>
+#include <vector>
+
+namespace korvel {
+
+// Views handed out stay valid as long as the pool; texts are never removed.
+class TextPool {
+ public:
+  enum class Id : std::uint32_t {};
+
+  Id intern(std::wstring_view text);
+  [[nodiscard]] std::wstring_view at(Id id) const { return texts_[static_cast<std::size_t>(id)]; }
+
+ private:
+  [[nodiscard]] wchar_t* room_for(std::size_t characters);
+  void grow();
+
+  std::vector<std::wstring_view> texts_;
+  std::vector<std::uint32_t> slots_;  // open addressing; 0 is free, else the id plus one
+  std::deque<std::vector<wchar_t>> blocks_;
+  wchar_t* free_ = nullptr;
+  std::size_t left_ = 0;
+};
+
+}  // namespace korvel

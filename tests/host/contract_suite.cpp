@@ -1,0 +1,422 @@
+#include "tests/host/contract_suite.h"
+
+#include <cmath>
+#include <limits>
+
+namespace korvel::test {
+namespace {
+
+const std::vector<LayerSpec> layers = {{L"0"},
+                                       {L"Roads"},
+                                       {L"Locked", false, true},
+                                       {L"Frozen", true},
+                                       {L"Off", false, false, true},
+                                       {L"*Hidden"}};
+const std::vector<EntitySpec> entities = {{L"Roads"},    {L"0"},           {L"Locked"},
+                                          {L"Unlisted"}, {L"Roads", true}, {L"Roads"}};
+
+const ODTableDef roads = {L"ROADS",
+                          {{L"NAME", ODType::Character, L"none"},
+                           {L"LANES", ODType::Integer, std::int32_t{2}},
+                           {L"WIDTH", ODType::Real, 3.5},
+                           {L"START", ODType::Point, Point3{1, 2, 3}}}};
+const ODTableDef parcels = {L"PARCELS", {{L"NUMBER", ODType::Integer, std::int32_t{0}}}};
+
+ODRecord road(std::wstring name) {
+  return {L"ROADS", {std::move(name), std::int32_t{1}, 2.5, Point3{4, 5, 6}}};
+}
+ODRecord parcel(std::int32_t number) { return {L"PARCELS", {number}}; }
+
+}  // namespace
+
+HostContract::HostContract()
+    : under_test_(GetParam()(layers, entities)),
+      host_(under_test_->host()),
+      store_(under_test_->store()) {
+  const EntityList ids = under_test_->entities();
+  plain_ = ids[0], other_ = ids[1], locked_ = ids[2], unlisted_ = ids[3], paper_ = ids[4];
+  erased_ = ids[5];
+  host_.lock();
+  EXPECT_EQ(store_.define_table(roads), TableChange::Done);
+  EXPECT_EQ(store_.define_table(parcels), TableChange::Done);
+  EXPECT_TRUE(store_.attach(erased_, road(L"gone")));
+  under_test_->erase(erased_);
+}
+
+HostContract::~HostContract() { host_.unlock(); }
+
+std::vector<ODRecord> HostContract::records_of(EntityId entity) const {
+  std::vector<ODRecord> found;
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  for (records->open(entity, OpenMode::Read); !records->done(); records->next())
+    records->read(found.emplace_back());
+  return found;
+}
+
+HostContract::Everything HostContract::everything() const {
+  Everything all;
+  for (const std::wstring& name : store_.table_names())
+    all.first.push_back(store_.table(name).value());
+  for (const EntityId id : under_test_->entities())
+    all.second.push_back(records_of(id));
+  return all;
+}
+
+using Records = std::vector<ODRecord>;
+
+TEST_P(HostContract, RecordsComeInTheOrderOfAttachment) {
+  const Records attached = {road(L"a"), parcel(7), road(L"b"), road(L"a")};
+  for (const ODRecord& record : attached)
+    ASSERT_TRUE(store_.attach(plain_, record));
+  ASSERT_TRUE(store_.attach(other_, parcel(8)));
+  ASSERT_TRUE(store_.attach(plain_, parcel(9)));
+
+  EXPECT_EQ(records_of(plain_),
+            (Records{road(L"a"), parcel(7), road(L"b"), road(L"a"), parcel(9)}));
+  EXPECT_EQ(records_of(other_), Records{parcel(8)});
+}
+
+TEST_P(HostContract, ValuesComeBackAsTheyWereAttached) {
+  std::wstring all_unicode;
+  for (char32_t c = 0; c <= 0x10FFFF; c = c == 0xD7FF ? 0xE000 : c + 1)
+    append_code_point(c, all_unicode);
+  const Records cases = {
+      {L"ROADS", {L"", std::numeric_limits<std::int32_t>::min(), 5e-324, Point3{-1e300, 0, 0.1}}},
+      {L"ROADS",
+       {std::wstring(100000, L'x'), std::numeric_limits<std::int32_t>::max(), 1e308, Point3{}}},
+      {L"ROADS", {all_unicode, std::int32_t{0}, 0.1 + 0.2, Point3{1, 2, 3}}}};
+  for (const ODRecord& record : cases)
+    ASSERT_TRUE(store_.attach(plain_, record));
+  EXPECT_TRUE(records_of(plain_) == cases);
+
+  ASSERT_TRUE(store_.attach(other_, {L"ROADS", {L"", std::int32_t{0}, 0.0, Point3{}}}));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  ASSERT_TRUE(records->open(other_, OpenMode::Write));
+  ASSERT_TRUE(records->update({L"ROADS", {L"", std::int32_t{0}, -0.0, Point3{}}}));
+  EXPECT_TRUE(std::signbit(std::get<double>(records->value(2)))) << "zero became negative zero";
+}
+
+TEST_P(HostContract, CurrentRecordIsReadInPlace) {
+  ASSERT_TRUE(attach_default(store_, plain_, L"ROADS"));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  ASSERT_TRUE(records->open(plain_, OpenMode::Read));
+  EXPECT_EQ(records->count(), 1);
+  EXPECT_EQ(records->table_name(), L"ROADS");
+  ASSERT_EQ(records->value_count(), 4);
+  EXPECT_EQ(records->value(0), ODValueView(std::wstring_view(L"none")));
+  EXPECT_EQ(records->value(3), ODValueView(Point3{1, 2, 3}));
+  EXPECT_EQ(records->value(4), ODValueView());
+  ODRecord reused = {L"OLD", std::vector<ODValue>(9, L"old")};
+  records->read(reused);
+  EXPECT_EQ(reused, default_record(roads));
+  records->next();
+  EXPECT_TRUE(records->done());
+  EXPECT_EQ(records->count(), 1);
+  records->start();
+  EXPECT_FALSE(records->done());
+}
+
+TEST_P(HostContract, IteratorOnNothingWalksNothing) {
+  const struct {
+    const char* name;
+    EntityId entity;
+    OpenMode mode;
+  } cases[] = {{"null", {}, OpenMode::Read},
+               {"erased", erased_, OpenMode::Read},
+               {"locked layer", locked_, OpenMode::Write}};
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  EXPECT_EQ(records->count(), 0);
+  EXPECT_TRUE(records->done());
+  for (const auto& test : cases) {
+    ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+    EXPECT_FALSE(records->open(test.entity, test.mode)) << test.name;
+    EXPECT_EQ(records->count(), 0) << test.name;
+    records->start();
+    EXPECT_TRUE(records->done()) << test.name;
+    EXPECT_FALSE(records->update(road(L"b"))) << test.name;
+    EXPECT_FALSE(records->remove()) << test.name;
+  }
+  EXPECT_TRUE(records->open(locked_, OpenMode::Read));
+  EXPECT_EQ(records_of(plain_), Records{road(L"a")});
+}
+
+TEST_P(HostContract, UpdateWritesTheCurrentRecordOnly) {
+  for (const auto* name : {L"a", L"b", L"c"})
+    ASSERT_TRUE(store_.attach(plain_, road(name)));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+  records->next();
+  const ODRecord changed = {L"ROADS", {L"new", std::int32_t{9}, 9.5, Point3{9, 9, 9}}};
+  EXPECT_TRUE(records->update(changed));
+  records->next();
+  EXPECT_EQ(std::get<std::wstring_view>(records->value(0)), L"c");
+  EXPECT_EQ(records_of(plain_), (Records{road(L"a"), changed, road(L"c")}));
+}
+
+TEST_P(HostContract, RefusedUpdatesChangeNothing) {
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  const std::int32_t one = 1;
+  const struct {
+    const char* name;
+    ODRecord record;
+    OpenMode mode = OpenMode::Write;
+  } cases[] = {
+      {"opened for reading", road(L"b"), OpenMode::Read},
+      {"another table", parcel(1)},
+      {"another table's name", {L"PARCELS", road(L"b").values}},
+      {"name in another case", {L"roads", road(L"b").values}},
+      {"no values", {L"ROADS", {}}},
+      {"a value too few", {L"ROADS", {L"b", one, 1.0}}},
+      {"a value too many", {L"ROADS", {L"b", one, 1.0, Point3{}, one}}},
+      {"last value of a wrong type", {L"ROADS", {L"b", one, 1.0, L"c"}}},
+      {"integer for a real", {L"ROADS", {L"b", one, one, Point3{}}}},
+      {"no value", {L"ROADS", {L"b", ODValue{}, 1.0, Point3{}}}},
+  };
+  for (const auto& test : cases) {
+    const std::unique_ptr<RecordIterator> records = store_.records();
+    ASSERT_TRUE(records->open(plain_, test.mode));
+    EXPECT_FALSE(records->update(test.record)) << test.name;
+    EXPECT_EQ(records_of(plain_), Records{road(L"a")}) << test.name;
+  }
+}
+
+TEST_P(HostContract, RemovalLeavesTheIteratorOnNothing) {
+  for (const auto* name : {L"a", L"b", L"c"})
+    ASSERT_TRUE(store_.attach(plain_, road(name)));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  ASSERT_TRUE(records->open(plain_, OpenMode::Read));
+  EXPECT_FALSE(records->remove());
+
+  ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+  records->next();
+  EXPECT_TRUE(records->remove());
+  EXPECT_TRUE(records->done());
+  EXPECT_FALSE(records->remove());
+  EXPECT_EQ(records_of(plain_), (Records{road(L"a"), road(L"c")}));
+
+  records->start();
+  EXPECT_EQ(records->count(), 2);
+  for (; !records->done(); records->start())
+    ASSERT_TRUE(records->remove());
+  EXPECT_EQ(records_of(plain_), Records{});
+}
+
+TEST_P(HostContract, NothingIsAttachedWhereAnIteratorStands) {
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  ASSERT_TRUE(store_.attach(other_, road(L"b")));
+  std::unique_ptr<RecordIterator> records = store_.records();
+  const std::unique_ptr<RecordIterator> elsewhere = store_.records();
+  ASSERT_TRUE(elsewhere->open(other_, OpenMode::Read));
+  ASSERT_TRUE(records->open(plain_, OpenMode::Read));
+  EXPECT_FALSE(store_.attach(plain_, parcel(1)));
+  EXPECT_EQ(records->count(), 1);
+  EXPECT_FALSE(store_.attach(other_, parcel(1)));
+  records->next();
+  EXPECT_TRUE(store_.attach(plain_, parcel(2))) << "ended";
+  records->start();
+  EXPECT_FALSE(store_.attach(plain_, parcel(1)));
+  ASSERT_TRUE(records->open(other_, OpenMode::Write));
+  EXPECT_TRUE(store_.attach(plain_, parcel(3))) << "gone elsewhere";
+  ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+  ASSERT_TRUE(records->remove());
+  EXPECT_TRUE(store_.attach(plain_, parcel(4))) << "stands on nothing";
+  records->start();
+  EXPECT_FALSE(store_.attach(plain_, parcel(1)));
+  records.reset();
+  EXPECT_TRUE(store_.attach(plain_, parcel(5))) << "destroyed";
+  EXPECT_EQ(records_of(plain_), (Records{parcel(2), parcel(3), parcel(4), parcel(5)}));
+  EXPECT_EQ(records_of(other_), Records{road(L"b")});
+}
+
+TEST_P(HostContract, RefusedAttachingChangesNothing) {
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  const Everything before = everything();
+  const struct {
+    const char* name;
+    EntityId entity;
+    ODRecord record;
+  } cases[] = {{"null entity", {}, road(L"b")},
+               {"erased entity", erased_, road(L"b")},
+               {"locked layer", locked_, road(L"b")},
+               {"no such table", plain_, {L"RIVERS", {}}},
+               {"name in another case", plain_, {L"Parcels", {std::int32_t{1}}}},
+               {"no values", plain_, {L"PARCELS", {}}},
+               {"too many values", plain_, {L"PARCELS", {std::int32_t{1}, std::int32_t{1}}}},
+               {"wrong type", plain_, {L"PARCELS", {1.0}}}};
+  for (const auto& test : cases) {
+    EXPECT_FALSE(store_.attach(test.entity, test.record)) << test.name;
+    EXPECT_EQ(everything(), before) << test.name;
+  }
+  EXPECT_FALSE(attach_default(store_, plain_, L"Roads"));
+}
+
+TEST_P(HostContract, TablesAreDefinedUnlessUnsound) {
+  const ODColumnDef number = {L"N", ODType::Integer, std::int32_t{5}};
+  const struct {
+    const char* name;
+    ODTableDef table;
+    TableChange change;
+  } cases[] = {
+      {"one that exists", {L"ROADS", {number}}, TableChange::TableExists},
+      {"empty name", {L"", {number}}, TableChange::Failed},
+      {"empty column name",
+       {L"NEW", {{L"", ODType::Integer, std::int32_t{5}}}},
+       TableChange::Failed},
+      {"column twice", {L"NEW", {number, number}}, TableChange::Failed},
+      {"default of another type",
+       {L"NEW", {{L"N", ODType::Real, std::int32_t{5}}}},
+       TableChange::Failed},
+      {"no default", {L"NEW", {{L"N", ODType::Character, {}}}}, TableChange::Failed},
+  };
+  const Everything before = everything();
+  for (const auto& test : cases) {
+    EXPECT_EQ(store_.define_table(test.table), test.change) << test.name;
+    EXPECT_EQ(everything(), before) << test.name;
+  }
+  const ODTableDef in_other_case = {L"Roads", {number}};
+  EXPECT_EQ(store_.define_table(in_other_case), TableChange::Done);
+  EXPECT_EQ(store_.table(L"Roads"), in_other_case);
+  EXPECT_EQ(store_.table(L"ROADS"), roads);
+  EXPECT_EQ(store_.table(L"roads"), std::nullopt);
+  EXPECT_EQ(store_.table_names(), (std::vector<std::wstring>{L"ROADS", L"PARCELS", L"Roads"}));
+}
+
+TEST_P(HostContract, DeletingATableDeletesItsRecordsEverywhere) {
+  for (const EntityId id : {plain_, other_, unlisted_, paper_}) {
+    for (const ODRecord& record : {road(L"a"), parcel(1), road(L"b"), parcel(2), road(L"c")})
+      ASSERT_TRUE(store_.attach(id, record));
+  }
+  EXPECT_EQ(store_.delete_table(L"Roads"), TableChange::TableMissing);
+  EXPECT_EQ(store_.delete_table(L"ROADS"), TableChange::Done);
+  EXPECT_EQ(store_.table_names(), std::vector<std::wstring>{L"PARCELS"});
+  for (const EntityId id : {plain_, other_, unlisted_, paper_})
+    EXPECT_EQ(records_of(id), (Records{parcel(1), parcel(2)}));
+  EXPECT_FALSE(store_.attach(plain_, road(L"a")));
+
+  ASSERT_EQ(store_.define_table({L"ROADS", parcels.columns}), TableChange::Done);
+  EXPECT_EQ(records_of(plain_), (Records{parcel(1), parcel(2)}));
+}
+
+TEST_P(HostContract, RecordsFollowARenamedTable) {
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  const Everything before = everything();
+  const struct {
+    const wchar_t *from, *to;
+    TableChange change;
+  } cases[] = {{L"RIVERS", L"NEW", TableChange::TableMissing},
+               {L"roads", L"NEW", TableChange::TableMissing},
+               {L"ROADS", L"PARCELS", TableChange::TableExists},
+               {L"ROADS", L"ROADS", TableChange::Done}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(store_.rename_table(test.from, test.to), test.change) << to_utf8(test.from);
+    EXPECT_EQ(everything(), before);
+  }
+  EXPECT_EQ(store_.rename_table(L"ROADS", L"Roads"), TableChange::Done);
+  EXPECT_EQ(store_.table(L"ROADS"), std::nullopt);
+  EXPECT_EQ(records_of(plain_), (Records{{L"Roads", road(L"a").values}}));
+}
+
+TEST_P(HostContract, ColumnsAreRenamedAddedAndRemoved) {
+  ASSERT_TRUE(store_.attach(plain_, parcel(7)));
+  ASSERT_TRUE(store_.attach(other_, parcel(8)));
+  const auto text = [](const wchar_t* name) { return ODColumnDef{name, ODType::Character, L"*"}; };
+  const ODColumnDef unsound = {L"NEW", ODType::Integer, L"*"};
+  const Everything before = everything();
+  const std::pair<ColumnChange, ColumnChange> refusals[] = {
+      {store_.rename_column(L"parcels", L"NUMBER", L"NEW"), ColumnChange::TableMissing},
+      {store_.rename_column(L"PARCELS", L"number", L"NEW"), ColumnChange::ColumnMissing},
+      {store_.rename_column(L"ROADS", L"NAME", L"WIDTH"), ColumnChange::DuplicateName},
+      {store_.add_column(L"parcels", text(L"NEW"), 0), ColumnChange::TableMissing},
+      {store_.add_column(L"PARCELS", text(L"NUMBER"), 0), ColumnChange::DuplicateName},
+      {store_.add_column(L"PARCELS", text(L"NEW"), 2), ColumnChange::Failed},
+      {store_.add_column(L"PARCELS", text(L"NEW"), -1), ColumnChange::Failed},
+      {store_.add_column(L"PARCELS", unsound, 0), ColumnChange::Failed},
+      {store_.remove_column(L"parcels", 0), ColumnChange::TableMissing},
+      {store_.remove_column(L"PARCELS", 1), ColumnChange::ColumnMissing},
+      {store_.remove_column(L"PARCELS", -1), ColumnChange::ColumnMissing}};
+  for (const auto& [change, expected] : refusals)
+    EXPECT_EQ(change, expected) << "refusal " << &change - &refusals[0].first;
+  EXPECT_EQ(everything(), before);
+
+  EXPECT_EQ(store_.rename_column(L"PARCELS", L"NUMBER", L"Number"), ColumnChange::Done);
+  EXPECT_EQ(store_.add_column(L"PARCELS", text(L"FIRST"), 0), ColumnChange::Done);
+  EXPECT_EQ(store_.add_column(L"PARCELS", text(L"LAST"), 2), ColumnChange::Done);
+  EXPECT_EQ(
+      store_.table(L"PARCELS"),
+      (ODTableDef{L"PARCELS",
+                  {text(L"FIRST"), {L"Number", ODType::Integer, std::int32_t{0}}, text(L"LAST")}}));
+  EXPECT_EQ(records_of(plain_), (Records{{L"PARCELS", {L"*", std::int32_t{7}, L"*"}}}));
+  EXPECT_EQ(store_.remove_column(L"PARCELS", 0), ColumnChange::Done);
+  EXPECT_EQ(records_of(other_), (Records{{L"PARCELS", {std::int32_t{8}, L"*"}}}));
+  EXPECT_FALSE(store_.attach(plain_, parcel(9)));
+  EXPECT_TRUE(store_.attach(plain_, {L"PARCELS", {std::int32_t{9}, L"end"}}));
+}
+
+TEST_P(HostContract, EntitiesOpenUnlessErasedAndForWritingUnlessLocked) {
+  const struct {
+    const char* name;
+    EntityId entity;
+    bool read, write;
+  } cases[] = {
+      {"plain", plain_, true, true},       {"locked", locked_, true, false},
+      {"unlisted", unlisted_, true, true}, {"erased", erased_, false, false},
+      {"null", {}, false, false},          {"a layer", host_.layer_of(plain_), false, false}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(host_.opens(test.entity, OpenMode::Read), test.read) << test.name;
+    EXPECT_EQ(host_.opens(test.entity, OpenMode::Write), test.write) << test.name;
+    EXPECT_EQ(host_.geometry_of(test.entity).has_value(), test.read) << test.name;
+    EXPECT_EQ(host_.layer_of(test.entity).is_null(), !test.read) << test.name;
+  }
+  EXPECT_EQ(host_.extents_of(plain_), (Extents{{1, 2, 3}, {1, 2, 3}}));
+  EXPECT_EQ(host_.handle_of(plain_), L"2A");
+}
+
+TEST_P(HostContract, ModelSpaceIsOldestFirst) {
+  EXPECT_EQ(host_.model_space(), (EntityList{plain_, other_, locked_, unlisted_}));
+}
+
+TEST_P(HostContract, PickFirstSetKeepsTheOrderOfSelection) {
+  EXPECT_EQ(host_.pick_first(), EntityList{});
+  host_.set_pick_first({unlisted_, erased_, plain_, locked_});
+  EXPECT_EQ(host_.pick_first(), (EntityList{unlisted_, plain_, locked_}));
+  EXPECT_EQ(host_.pick_first(), (EntityList{unlisted_, plain_, locked_})) << "asking takes nothing";
+  host_.set_pick_first({other_, plain_});
+  under_test_->erase(plain_);
+  EXPECT_EQ(host_.pick_first(), EntityList{other_});
+  host_.set_pick_first({});
+  EXPECT_EQ(host_.pick_first(), EntityList{});
+}
+
+TEST_P(HostContract, LayersHaveTheirFlagsAlsoWithoutARecord) {
+  std::vector<std::wstring> found;
+  for (const Layer& layer : host_.layers()) {
+    found.push_back(layer.name + (layer.frozen ? L" frozen" : L"") +
+                    (layer.hidden ? L" hidden" : L"") + (layer.locked ? L" locked" : L"") +
+                    (layer.off ? L" off" : L""));
+    EXPECT_EQ(host_.layer_of(locked_) == layer.id, layer.name == L"Locked");
+    EXPECT_EQ(host_.layer_of(unlisted_) == layer.id, layer.name == L"Unlisted");
+  }
+  EXPECT_EQ(found, (std::vector<std::wstring>{L"0", L"Roads", L"Locked locked", L"Frozen frozen",
+                                              L"Off off", L"*Hidden hidden", L"Unlisted"}));
+}
+
+TEST_P(HostContract, IntegerVariablesAreNamedWithoutCase) {
+  EXPECT_EQ(host_.variable(L"LUPREC"), 4);
+  EXPECT_TRUE(host_.set_variable(L"luprec", 7));
+  EXPECT_EQ(host_.variable(L"LuPrec"), 7);
+  for (const wchar_t* name : {L"LTSCALE", L"CLAYER", L"NOSUCH", L""}) {
+    EXPECT_EQ(host_.variable(name), std::nullopt) << to_utf8(name);
+    EXPECT_FALSE(host_.set_variable(name, 1)) << to_utf8(name);
+  }
+}
+
+TEST_P(HostContract, LockingNests) {
+  host_.lock();
+  EXPECT_TRUE(store_.attach(plain_, road(L"a")));
+  host_.unlock();
+  EXPECT_TRUE(store_.attach(plain_, road(L"b")));
+  EXPECT_EQ(records_of(plain_), (Records{road(L"a"), road(L"b")}));
+}
+
+}  // namespace korvel::test

@@ -1,0 +1,108 @@
+// The stand-alone host with a script in the place of the person.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <gtest/gtest.h>
+
+#include "frame/utf.h"
+#include "host/standalone/standalone_host.h"
+
+namespace korvel::test {
+
+// Every question takes the next answer of its kind. A question without an answer fails the test
+// (and is answered by Esc), so does an answer that was never asked for.
+class ScriptedHost : public StandaloneHost {
+ public:
+  using StandaloneHost::StandaloneHost;
+  ~ScriptedHost() override {
+    EXPECT_TRUE(selections.empty() && strings.empty() && integers.empty() && points.empty() &&
+                picks.empty() && dialogs.empty() && boxes.empty() && files.empty())
+        << "answers are left over";
+    EXPECT_EQ(locks, 0) << "the document was left locked";
+    EXPECT_FALSE(progress_runs) << "the progress meter was left running";
+  }
+
+  std::deque<std::optional<EntityList>> selections;
+  std::deque<std::optional<std::wstring>> strings;
+  std::deque<Answer<std::int32_t>> integers;
+  std::deque<Answer<Point3>> points;
+  std::deque<std::optional<EntityId>> picks;
+  std::deque<std::function<bool(Dialog&)>> dialogs;  // changes controls, presses a button
+  std::deque<bool> boxes;
+  std::deque<std::optional<std::filesystem::path>> files;
+
+  std::wstring printed;
+  std::vector<std::wstring> asked;  // prompts, box texts and file filters, in order
+  std::vector<std::wstring> text_windows;
+  std::vector<std::int64_t> progress;  // range, then positions, of the last meter
+  bool progress_runs = false;
+  int locks = 0;
+
+  [[nodiscard]] std::optional<EntityList> ask_selection() override {
+    return take(selections, L"Select objects: ");
+  }
+  void print(std::wstring_view text) override { printed += text; }
+  [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override {
+    return take(strings, prompt);
+  }
+  [[nodiscard]] Answer<std::int32_t> ask_integer(std::wstring_view prompt) override {
+    return take(integers, prompt);
+  }
+  [[nodiscard]] Answer<Point3> ask_point(std::wstring_view prompt) override {
+    return take(points, prompt);
+  }
+  [[nodiscard]] std::optional<EntityId> ask_entity(std::wstring_view prompt) override {
+    return take(picks, prompt);
+  }
+  [[nodiscard]] bool show(Dialog& dialog) override {
+    const std::function<bool(Dialog&)> answer = take(dialogs, L"a dialog");
+    return answer && answer(dialog);
+  }
+  [[nodiscard]] bool ask_yes_no(std::wstring_view /*caption*/, std::wstring_view text,
+                                BoxIcon /*icon*/) override {
+    return take(boxes, text);
+  }
+  void show_text(std::wstring_view title, std::wstring_view text, int /*width*/,
+                 int /*height*/) override {
+    text_windows.push_back(std::wstring(title) + L"\n" + std::wstring(text));
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_open(
+      const FileQuestion& question) override {
+    return take(files, question.filter);
+  }
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_save(
+      const FileQuestion& question) override {
+    return take(files, question.filter);
+  }
+  void start_progress(std::wstring_view /*label*/, std::int64_t range) override {
+    EXPECT_FALSE(progress_runs) << "a second progress meter";
+    progress = {range};
+    progress_runs = true;
+  }
+  void move_progress(std::int64_t position) override { progress.push_back(position); }
+  void end_progress() override { progress_runs = false; }
+  void lock() override {
+    ++locks;
+    StandaloneHost::lock();
+  }
+  void unlock() override {
+    --locks;
+    StandaloneHost::unlock();
+  }
+
+ private:
+  template <class Value>
+  Value take(std::deque<Value>& answers, std::wstring_view question) {
+    asked.emplace_back(question);
+    if (answers.empty()) {
+      ADD_FAILURE() << "nobody expected the question: " << to_utf8(question);
+      return {};
+    }
+    const Value answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+};
+
+}  // namespace korvel::test

@@ -1,0 +1,123 @@
+// Drawings that CAD programs wrote, where a folder of them is at hand: kept byte for byte, and
+// object data put into them and taken out again.
+//
+// The folder is KORVEL_SHARED_DRAWINGS, else ../shared/drawings beside the sources. With
+// KORVEL_SAVED_DRAWINGS set to a folder, the drawings with records are left there for other
+// programs to judge.
+#include <algorithm>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+#include "host/standalone/drawing_dump.h"
+#include "host/standalone/file_save.h"
+#include "tests/standalone/drawing_bytes.h"
+
+namespace korvel {
+namespace {
+
+namespace fs = std::filesystem;
+using test::difference;
+
+std::vector<fs::path> shared_drawings() {
+  const char* const given = std::getenv("KORVEL_SHARED_DRAWINGS");
+  const fs::path folder =
+      given != nullptr ? fs::path(given) : fs::path(KORVEL_SOURCE_DIR) / "../shared/drawings";
+  std::vector<fs::path> drawings;
+  if (!fs::is_directory(folder)) return drawings;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    if (entry.path().extension() == ".dxf") drawings.push_back(entry.path());
+  }
+  std::sort(drawings.begin(), drawings.end());
+  return drawings;
+}
+
+fs::path saved_as(const fs::path& drawing) {
+  const char* const given = std::getenv("KORVEL_SAVED_DRAWINGS");
+  return fs::path(given != nullptr ? given : testing::TempDir()) / drawing.filename();
+}
+
+std::vector<std::wstring> lines_of(const Drawing& drawing) {
+  std::vector<std::wstring> lines;
+  dump(drawing, [&lines](std::wstring_view line) { lines.emplace_back(line); });
+  return lines;
+}
+
+class SharedDrawings : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (drawings_.empty()) GTEST_SKIP() << "no folder of shared drawings is at hand";
+  }
+  const std::vector<fs::path> drawings_ = shared_drawings();
+};
+
+TEST_F(SharedDrawings, AreWrittenBackByteForByte) {
+  for (const fs::path& path : drawings_) {
+    const Result<std::unique_ptr<Drawing>> drawing = Drawing::open(path);
+    ASSERT_TRUE(drawing) << drawing.reason();
+    const Result<std::string> file = read_file(path);
+    EXPECT_TRUE((*drawing)->to_bytes() == *file) << path;
+    EXPECT_FALSE((*drawing)->entities(Space::Model).empty()) << path;
+  }
+}
+
+TEST_F(SharedDrawings, CarryObjectDataAndLoseThemAgain) {
+  const ODTableDef table{L"Korvel Test",
+                         {{L"NAME", ODType::Character, std::wstring(L"none")},
+                          {L"COUNT", ODType::Integer, std::int32_t{0}},
+                          {L"SIZE", ODType::Real, 0.0},
+                          {L"AT", ODType::Point, Point3{}}}};
+  const ODRecord record{table.name,
+                        {L"Stra\u00DFe \u4E2D\n^J \"x\"" + std::wstring(600, L'y'),
+                         std::int32_t{-7}, 0.1, Point3{1, 2, 1.0 / 3}}};
+  std::size_t carriers = 0;
+  for (const fs::path& path : drawings_) {
+    SCOPED_TRACE(path);
+    const std::string file = *read_file(path);
+    const auto drawing = test::read(file);
+    ASSERT_TRUE(drawing);
+    if (drawing->why_no_object_data()) continue;
+    const std::vector<std::wstring> before = lines_of(*drawing);
+    StandaloneStore store(*drawing);
+    drawing->journal().open();
+    ASSERT_EQ(store.define_table(table), TableChange::Done);
+    EntityList attached;
+    for (const EntityId id : drawing->entities(Space::Model)) {
+      if (attached.size() < 4 && store.attach(id, record)) attached.push_back(id);
+    }
+    drawing->journal().close();
+    ASSERT_EQ(attached.size(), std::min<std::size_t>(4, drawing->entities(Space::Model).size()));
+
+    const fs::path saved = saved_as(path);
+    const std::optional<Failure> failed = drawing->save(saved);
+    ASSERT_FALSE(failed) << failed->reason;
+    const auto reopened = Drawing::open(saved);
+    ASSERT_TRUE(reopened) << reopened.reason();
+    EXPECT_TRUE(lines_of(**reopened) == lines_of(*drawing));
+    for (const EntityId id : attached) {
+      EXPECT_TRUE(test::records_of(**reopened, drawing->handle_of(id)) == std::vector{record});
+    }
+
+    // What is neither a carrier nor a dictionary that got an entry is the same.
+    const std::string parts = " " + difference(file, *read_file(saved)) + " ";
+    EXPECT_EQ(parts.find(" -"), parts.npos) << parts;
+    EXPECT_EQ(parts.find("reordered"), parts.npos) << parts;
+    EXPECT_LE(std::ranges::count(parts, '~'), 2 + static_cast<int>(attached.size())) << parts;
+    EXPECT_LE(std::ranges::count(parts, '+'), 2 + 2 * static_cast<int>(attached.size())) << parts;
+
+    ASSERT_TRUE(drawing->undo());
+    EXPECT_EQ(difference(file, drawing->to_bytes()), "~$HANDSEED");
+    EXPECT_TRUE(lines_of(*drawing) == before);
+    const auto untouched = test::read(file);
+    ASSERT_EQ(StandaloneStore(*untouched).define_table(table), TableChange::Done);
+    ASSERT_TRUE(test::attach(*untouched, untouched->handle_of(attached[0]), record));
+    ASSERT_TRUE(untouched->undo());
+    ASSERT_TRUE(untouched->undo());
+    EXPECT_TRUE(untouched->to_bytes() == file);
+    if (std::getenv("KORVEL_SAVED_DRAWINGS") == nullptr) fs::remove(saved);
+    ++carriers;
+  }
+  EXPECT_GT(carriers, 0U);
+}
+
+}  // namespace
+}  // namespace korvel
