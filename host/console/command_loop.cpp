@@ -1,0 +1,108 @@
+#include "host/console/command_loop.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+
+#include "frame/case_mapping.h"
+#include "frame/utf.h"
+#include "host/console/typed_text.h"
+#include "host/standalone/standalone_store.h"
+
+namespace korvel {
+namespace {
+
+// A name is typed with these in front by people who want it untranslated, undisturbed or not
+// redefined; here it is all the same.
+constexpr std::wstring_view name_prefixes = L"_'.";
+
+std::wstring_view command_name(std::wstring_view line) {
+  std::wstring_view name = trimmed(line);
+  name.remove_prefix(std::min(name.find_first_not_of(name_prefixes), name.size()));
+  return name;
+}
+
+const HostCommand* find_host_command(std::wstring_view name) {
+  for (const HostCommand& command : host_commands()) {
+    if (equal_ignoring_case(command.name, name)) return &command;
+    for (const std::wstring_view alias : words_of(command.aliases)) {
+      if (equal_ignoring_case(alias, name)) return &command;
+    }
+  }
+  return nullptr;
+}
+
+std::vector<std::wstring> all_names(const ConsoleCommandStack& plugin) {
+  std::vector<std::wstring> names;
+  for (const auto& command : plugin.entries())
+    names.emplace_back(command.name);
+  for (const HostCommand& command : host_commands())
+    names.emplace_back(command.name);
+  return names;
+}
+
+}  // namespace
+
+void CommandLoop::run() {
+  lines_.set_words(all_names(plugin_));
+  while (const std::optional<std::wstring> line = host_.next_command())
+    run_line(*line);
+}
+
+void CommandLoop::run_line(std::wstring_view line) {
+  std::wstring name(command_name(line));
+  if (name.empty()) {
+    if (!lines_.is_terminal()) return;
+    name = last_command_;
+  }
+  if (equal_ignoring_case(name, L"ESC")) host_.set_pick_first({});  // lets the selection go
+  if (name.empty() || equal_ignoring_case(name, L"ESC")) return;
+  last_command_ = name;
+  if (const auto plugin_command = plugin_.find(name)) {
+    run_plugin_command(*plugin_command);
+  } else if (const HostCommand* const command = find_host_command(name)) {
+    run_guarded(command->name, [&] { command->run(host_); });
+  } else {
+    host_.refuse(L"Unknown command \"" + name + L"\". Press F1 for help.");
+  }
+}
+
+void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) {
+  if (command.handler == nullptr) {
+    host_.refuse(std::wstring(command.name) + L" is not built yet.");
+    return;
+  }
+  // As in the CAD host: a command that does not ask for the pick-first set finds none.
+  if ((command.flags & command_flag::uses_pick_set) == 0) host_.set_pick_first({});
+  run_guarded(command.name, [&] {
+    StandaloneStore store(host_.drawing());
+    if (trace_) {
+      run_traced(command.handler, store);
+    } else {
+      Session session{store, host_};
+      run_handler(command.handler, session);
+    }
+  });
+}
+
+void CommandLoop::run_traced(CommandHandler handler, ODStore& store) {
+  const std::unique_ptr<ODStore> traced_store = tracing_store(store, trace_);
+  const std::unique_ptr<DrawingHost> traced_host = tracing_host(host_, trace_);
+  Session session{*traced_store, *traced_host};
+  run_handler(handler, session);
+}
+
+void CommandLoop::run_guarded(std::wstring_view name, const auto& action) {
+  host_.drawing().journal().name_steps(std::wstring(name));
+  try {
+    action();
+  } catch (const std::bad_alloc&) {
+    host_.refuse(std::wstring(name) + L" was not finished: there is not enough memory.");
+  } catch (const std::exception& error) {
+    host_.refuse(std::wstring(name) + L" was not finished: " + from_utf8(error.what()) + L".");
+  }
+  host_.end_progress();
+  host_.release_locks();
+}
+
+}  // namespace korvel

@@ -1,0 +1,38 @@
+// Takes commands from the console, one after the other, and runs them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "frame/tracing_host.h"
+#include "host/console/command_stack.h"
+#include "host/console/terminal_host.h"
+
+namespace korvel {
+
+class CommandLoop {
+ public:
+  CommandLoop(TerminalHost& host, LineSource& lines, const ConsoleCommandStack& plugin)
+      : host_(host), lines_(lines), plugin_(plugin) {}
+
+  // From now on every call that the plug-in's commands make of their host goes to the sink.
+  void trace_to(TraceSink sink) { trace_ = std::move(sink); }
+
+  // Until the host takes no more commands.
+  void run();
+
+ private:
+  void run_line(std::wstring_view line);
+  void run_plugin_command(const ConsoleCommandStack::Entry& command);
+  void run_traced(CommandHandler handler, ODStore& store);
+  // Runs what a command does: whatever it throws ends it alone.
+  void run_guarded(std::wstring_view name, const auto& action);
+
+  TerminalHost& host_;
+  LineSource& lines_;
+  const ConsoleCommandStack& plugin_;
+  std::wstring last_command_;
+  TraceSink trace_;
+};
+
+}  // namespace korvel

@@ -1,0 +1,125 @@
+// NEW, OPEN, SAVE, SAVEAS, CLOSE, QUIT.
+#include "host/console/commands/file_commands.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <utility>
+
+#include "frame/case_mapping.h"
+#include "frame/format.h"
+#include "frame/text_file.h"
+#include "frame/utf.h"
+#include "host/console/commands/handlers.h"
+#include "host/console/commands/questions.h"
+
+namespace korvel {
+namespace {
+
+void refuse_failure(ConsoleHost& host, std::string_view reason) {
+  host.refuse(from_utf8(reason) + L".");
+}
+
+// True if nothing would be lost, or may be.
+bool may_leave_drawing(ConsoleHost& host) {
+  return !host.drawing().changed() ||
+         ask_yes(host, L"Discard all changes to drawing? [Yes/No] <No>: ");
+}
+
+void start_blank(ConsoleHost& host) {
+  host.replace_drawing(Drawing::blank());
+  host.file.clear();
+}
+
+bool is_same_file(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(a, b, error) && !error;
+}
+
+bool is_there(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+void save_to(ConsoleHost& host, const std::filesystem::path& path) {
+  if (const std::optional<Failure> failure = host.drawing().save(path)) {
+    refuse_failure(host, failure->reason);
+    return;
+  }
+  host.file = path;
+  host.print(format_text(L"Saved %s.\n", path_text(path)));
+}
+
+}  // namespace
+
+void print_notices(const Drawing& drawing) {
+  for (const std::string& notice : drawing.notices())
+    std::cerr << "korvel: " << notice << '\n';
+}
+
+std::wstring contents_of(const Drawing& drawing) {
+  const std::vector<OdTable>& tables = drawing.od().tables();
+  const auto table_count = static_cast<std::size_t>(
+      std::ranges::count_if(tables, [](const OdTable& table) { return !table.deleted; }));
+  return format_text(L"%s, %s, %s",
+                     counted(drawing.entities(Space::Model).size(), L"entity", L"entities"),
+                     counted(drawing.layers().size(), L"layer", L"layers"),
+                     counted(table_count, L"object-data table", L"object-data tables"));
+}
+
+namespace host_command {
+
+void new_drawing(ConsoleHost& host) {
+  if (may_leave_drawing(host)) start_blank(host);
+}
+
+void close(ConsoleHost& host) { new_drawing(host); }
+
+void quit(ConsoleHost& host) {
+  if (may_leave_drawing(host)) host.quit();
+}
+
+void open(ConsoleHost& host) {
+  if (!may_leave_drawing(host)) return;
+  const std::optional<std::wstring> answer = ask_word(host, L"Enter name of drawing to open: ");
+  if (!answer || answer->empty()) return;
+  const std::filesystem::path path = drawing_path(*answer);
+  Result<std::unique_ptr<Drawing>> opened = Drawing::open(path);
+  if (!opened) {
+    refuse_failure(host, opened.reason());
+    return;
+  }
+  host.replace_drawing(std::move(*opened));
+  host.file = path;
+  print_notices(host.drawing());
+  host.print(format_text(L"Opened %s: %s.\n", path_text(path), contents_of(host.drawing())));
+}
+
+void save(ConsoleHost& host) {
+  if (host.file.empty()) {
+    save_as(host);
+  } else {
+    save_to(host, host.file);
+  }
+}
+
+void save_as(ConsoleHost& host) {
+  const std::optional<std::wstring> answer = ask_word(host, L"Save drawing as: ");
+  if (!answer || answer->empty()) return;
+  const std::filesystem::path path = drawing_path(*answer);
+  if (!equal_ignoring_case(path_text(path.extension()), L".dxf")) {
+    host.refuse(L"Drawings are saved as .dxf files.");
+    return;
+  }
+  const bool replaces_another = is_there(path) && !is_same_file(path, host.file);
+  if (replaces_another &&
+      !ask_yes(host,
+               L"A drawing with this name already exists. Do you want to replace it? "
+               L"[Yes/No] <N>: ")) {
+    return;
+  }
+  save_to(host, path);
+}
+
+}  // namespace host_command
+}  // namespace korvel

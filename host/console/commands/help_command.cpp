@@ -1,0 +1,58 @@
+// HELP.
+#include <algorithm>
+
+#include "frame/case_mapping.h"
+#include "frame/command_table.h"
+#include "frame/format.h"
+#include "host/console/commands/handlers.h"
+#include "host/console/commands/questions.h"
+
+namespace korvel::host_command {
+namespace {
+
+constexpr std::size_t name_width = 28;
+
+void print_line(ConsoleHost& host, std::wstring_view name, std::wstring_view summary,
+                std::wstring_view remark) {
+  std::wstring line(name);
+  line.resize(std::max(line.size() + 1, name_width), L' ');
+  line += summary;
+  if (!remark.empty()) line += format_text(L" (%s)", remark);
+  host.print(line + L"\n");
+}
+
+bool has_word(std::wstring_view words, std::wstring_view wanted) {
+  while (!words.empty()) {
+    const std::size_t blank = words.find(L' ');
+    if (equal_ignoring_case(words.substr(0, blank), wanted)) return true;
+    words.remove_prefix(blank == std::wstring_view::npos ? words.size() : blank + 1);
+  }
+  return false;
+}
+
+}  // namespace
+
+void help(ConsoleHost& host) {
+  const auto answer = ask_word(host, L"Enter a command or Enter for all: ");
+  if (!answer) return;
+  std::wstring_view wanted = *answer;
+  wanted.remove_prefix(std::min(wanted.find_first_not_of(L"_'."), wanted.size()));
+  bool found = false;
+  for (const Command& command : command_table()) {
+    if (!wanted.empty() && !equal_ignoring_case(command.name, wanted)) continue;
+    print_line(host, command.name, command.summary,
+               command.handler == nullptr ? L"not built yet" : L"");
+    found = true;
+  }
+  for (const HostCommand& command : host_commands()) {
+    if (!wanted.empty() && !equal_ignoring_case(command.name, wanted) &&
+        !has_word(command.aliases, wanted)) {
+      continue;
+    }
+    print_line(host, command.name, command.summary, command.aliases);
+    found = true;
+  }
+  if (!found) host.refuse(format_text(L"There is no command \"%s\".", *answer));
+}
+
+}  // namespace korvel::host_command

@@ -1,0 +1,156 @@
+// Reading of answers.
+#include "host/console/commands/questions.h"
+
+#include <array>
+#include <limits>
+#include <utility>
+
+#include "frame/case_mapping.h"
+#include "frame/format.h"
+#include "frame/utf.h"
+#include "frame/value_text.h"
+#include "geometry/vector.h"
+#include "host/console/typed_text.h"
+#include "host/standalone/dxf/number_text.h"
+
+namespace korvel {
+namespace {
+
+// The number's characters; other letters become one that no number has.
+std::string ascii(std::wstring_view text) {
+  std::string out;
+  for (const wchar_t c : text)
+    out += c > 0 && c < 128 ? static_cast<char>(c) : '?';
+  return out;
+}
+
+std::size_t shortest_form(std::wstring_view keyword) {
+  std::size_t length = 0;
+  while (length < keyword.size() && !(keyword[length] >= L'a' && keyword[length] <= L'z'))
+    ++length;
+  return length;
+}
+
+}  // namespace
+
+std::optional<std::size_t> keyword_of(std::wstring_view answer, Keywords keywords) {
+  if (answer.starts_with(L'_')) answer.remove_prefix(1);  // as scripts for any language write it
+  for (std::size_t i = 0; i < keywords.size(); ++i) {
+    const std::wstring_view keyword = keywords[i];
+    if (answer.size() < shortest_form(keyword) || answer.size() > keyword.size()) continue;
+    if (equal_ignoring_case(answer, keyword.substr(0, answer.size()))) return i;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::wstring> ask_word(ConsoleHost& host, std::wstring_view prompt) {
+  std::optional<std::wstring> line = host.ask_line(prompt);
+  if (line) *line = std::wstring(trimmed(*line));
+  return line;
+}
+
+Answer<std::size_t> ask_option(ConsoleHost& host, std::wstring_view prompt, Keywords keywords) {
+  using Kind = Answer<std::size_t>::Kind;
+  while (const std::optional<std::wstring> answer = ask_word(host, prompt)) {
+    if (answer->empty()) return {Kind::Enter};
+    if (const auto keyword = keyword_of(*answer, keywords)) return {Kind::Given, *keyword};
+    host.refuse(L"Invalid option keyword.");
+  }
+  return {Kind::Cancelled};
+}
+
+std::optional<bool> ask_yes_or_no(ConsoleHost& host, std::wstring_view prompt) {
+  constexpr std::array<std::wstring_view, 2> keywords = {L"Yes", L"No"};
+  const Answer<std::size_t> answer = ask_option(host, prompt, keywords);
+  if (is_cancelled(answer)) return std::nullopt;
+  return is_given(answer) && answer.value == 0;
+}
+
+bool ask_yes(ConsoleHost& host, std::wstring_view prompt) {
+  return ask_yes_or_no(host, prompt).value_or(false);
+}
+
+std::optional<double> parse_number(std::wstring_view text) {
+  double number = 0;
+  if (!dxf::read_real(ascii(text), number)) return std::nullopt;
+  return number;
+}
+
+std::optional<std::int32_t> parse_integer(std::wstring_view text) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  std::int64_t number = 0;
+  if (!dxf::read_integer(ascii(text), number)) return std::nullopt;
+  if (number < Limits::min() || number > Limits::max()) return std::nullopt;
+  return static_cast<std::int32_t>(number);
+}
+
+std::optional<Point3> parse_point(std::wstring_view text, std::optional<Point3> last) {
+  if (!text.starts_with(L'@')) return point_of(text);
+  const std::optional<Point3> offset = point_of(text.substr(1));
+  if (!offset || !last) return std::nullopt;
+  const Point3 point{last->x + offset->x, last->y + offset->y, last->z + offset->z};
+  if (!is_finite(point)) return std::nullopt;
+  return point;
+}
+
+Answer<PointOrOption> ask_point_or_option(ConsoleHost& host, const PointQuestion& question) {
+  using Kind = Answer<PointOrOption>::Kind;
+  while (const std::optional<std::wstring> answer = ask_word(host, question.prompt)) {
+    if (answer->empty() && question.takes_enter) return {Kind::Enter};
+    if (const auto point = parse_point(*answer, question.last)) return {Kind::Given, *point};
+    if (const auto option = keyword_of(*answer, question.keywords)) return {Kind::Given, *option};
+    host.refuse(question.keywords.empty() ? L"Point required."
+                                          : L"Point or option keyword required.");
+  }
+  return {Kind::Cancelled};
+}
+
+std::optional<Point3> ask_required_point(ConsoleHost& host, std::wstring_view prompt) {
+  const Answer<PointOrOption> answer = ask_point_or_option(host, {prompt, std::nullopt});
+  if (!is_given(answer)) return std::nullopt;
+  return std::get<Point3>(answer.value);
+}
+
+std::filesystem::path drawing_path(std::wstring_view answer) {
+  const std::string bytes = to_utf8(unquoted(answer).value_or(std::wstring(answer)));
+  std::filesystem::path path(std::u8string(bytes.begin(), bytes.end()));
+  if (path.has_filename() && !path.has_extension()) path += ".dxf";
+  return path;
+}
+
+std::optional<EntityList> selected_entities(ConsoleHost& host) {
+  EntityList entities = host.pick_first();
+  if (!entities.empty()) {
+    std::erase_if(entities, [&host](EntityId id) { return !host.drawing().exists(id); });
+    host.set_pick_first({});
+    host.print(counted(entities.size(), L"found\n", L"found\n"));
+  } else {
+    std::optional<EntityList> asked = host.ask_selection_with(L"Select objects: ");
+    if (!asked) return std::nullopt;
+    entities = std::move(*asked);
+  }
+  if (!entities.empty()) host.set_previous_selection(entities);
+  return entities;
+}
+
+std::wstring value_in_line(const ODValueView& value) {
+  std::wstring line;
+  for (const wchar_t c : value_text(value)) {
+    if (c == L'\n') {
+      line += L"\\n";
+    } else if (c == L'\r') {
+      line += L"\\r";
+    } else if (c == L'\t') {
+      line += L"\\t";
+    } else {
+      line += c;
+    }
+  }
+  return line;
+}
+
+std::wstring counted(std::size_t count, std::wstring_view one, std::wstring_view many) {
+  return format_text(L"%i %s", count, count == 1 ? one : many);
+}
+
+}  // namespace korvel

@@ -1,0 +1,52 @@
+// U, UNDO, REDO.
+#include "frame/format.h"
+#include "host/console/commands/handlers.h"
+#include "host/console/commands/questions.h"
+
+namespace korvel::host_command {
+namespace {
+
+bool undo_step(ConsoleHost& host) {
+  const std::optional<std::wstring> name = host.drawing().undo();
+  if (name) host.print(format_text(L"Undone: %s\n", *name));
+  return name.has_value();
+}
+
+}  // namespace
+
+void undo_one(ConsoleHost& host) {
+  if (!undo_step(host)) host.refuse(L"Nothing to undo.");
+}
+
+void undo(ConsoleHost& host) {
+  std::int32_t count = 1;
+  for (;;) {
+    const auto answer = ask_word(host, L"Enter the number of operations to undo <1>: ");
+    if (!answer) return;
+    if (answer->empty()) break;
+    if (const auto number = parse_integer(*answer); number && *number > 0) {
+      count = *number;
+      break;
+    }
+    host.refuse(L"Requires a positive integer.");
+  }
+  for (std::int32_t done = 0; done < count; ++done) {
+    if (undo_step(host)) continue;
+    if (done == 0) {
+      host.refuse(L"Nothing to undo.");
+    } else {
+      host.print(L"Everything has been undone.\n");
+    }
+    return;
+  }
+}
+
+void redo(ConsoleHost& host) {
+  if (const std::optional<std::wstring> name = host.drawing().redo()) {
+    host.print(format_text(L"Redone: %s\n", *name));
+  } else {
+    host.refuse(L"Nothing to redo.");
+  }
+}
+
+}  // namespace korvel::host_command

@@ -1,0 +1,151 @@
+// What a line does to a form.
+#include "host/console/form.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "host/console/form_change.h"
+#include "host/console/form_line.h"
+#include "host/console/form_parts.h"
+#include "host/console/typed_text.h"
+
+namespace korvel {
+namespace {
+
+using Names = std::vector<std::wstring_view>;
+
+// --- Finding what is meant --------------------------------------------------------------------
+
+Names control_names(const Dialog& dialog) {
+  Names names;
+  for (const ControlPointer& control : dialog.controls()) {
+    names.push_back(label_name(control_of(control)));
+  }
+  return names;
+}
+
+Names button_names(const Dialog& dialog) {
+  Names names;
+  for (const Button& button : dialog.buttons())
+    names.emplace_back(button.label);
+  return names;
+}
+
+std::wstring what_there_is(const Dialog& dialog) {
+  Names names = control_names(dialog);
+  for (const ControlPointer& control : dialog.controls()) {
+    if (const auto* grid = std::get_if<Grid*>(&control)) {
+      for (const Grid::Column& column : (*grid)->columns) {
+        if (column.editable) names.emplace_back(column.heading);
+      }
+    }
+  }
+  return listed(names) + L"; buttons: " + listed(button_names(dialog)) + L".";
+}
+
+FormReply no_such_label(const Dialog& dialog, std::wstring_view typed, bool ambiguous) {
+  return {FormReply::Kind::Refused, (ambiguous ? L"There is more than one " : L"There is no ") +
+                                        in_quotes(typed) + L" here; there is: " +
+                                        what_there_is(dialog)};
+}
+
+// --- The whole line ---------------------------------------------------------------------------
+
+std::vector<std::wstring> control_texts(const Dialog& dialog) {
+  std::vector<std::wstring> texts;
+  for (const ControlPointer& control : dialog.controls())
+    texts.push_back(control_text(control));
+  return texts;
+}
+
+// The controls other than `own` that do not look as they did before.
+std::wstring changed_along(const Dialog& dialog, const std::vector<std::wstring>& before,
+                           std::optional<std::size_t> own) {
+  const std::vector<std::wstring> after = control_texts(dialog);
+  std::wstring text;
+  for (std::size_t i = 0; i < after.size(); ++i) {
+    if (i != own && after[i] != before[i]) text += after[i];
+  }
+  return text;
+}
+
+FormReply press(Dialog& dialog, std::size_t button) {
+  const std::vector<std::wstring> before = control_texts(dialog);
+  const ButtonRole role = dialog.buttons()[button].role;
+  if (!dialog.press(button)) {
+    return {FormReply::Kind::Done, changed_along(dialog, before, std::nullopt)};
+  }
+  return {role == ButtonRole::Cancel ? FormReply::Kind::Cancelled : FormReply::Kind::Accepted, {}};
+}
+
+FormReply set_control(Dialog& dialog, std::size_t index, const auto& make_change) {
+  const ControlPointer& pointer = dialog.controls()[index];
+  const std::vector<std::wstring> before = control_texts(dialog);
+  const FormChange outcome = make_change(pointer);
+  if (!outcome.refusal.empty()) return {FormReply::Kind::Refused, outcome.refusal};
+  if (!outcome.changed) return {};
+  dialog.changed(control_of(pointer));
+  return {FormReply::Kind::Done, changed_along(dialog, before, index)};
+}
+
+struct CellColumn {
+  std::size_t control = 0;
+  std::size_t column = 0;
+};
+
+FormReply set_cell(Dialog& dialog, const FormAssignment& assignment) {
+  Names headings;
+  std::vector<CellColumn> columns;
+  for (std::size_t control = 0; control < dialog.controls().size(); ++control) {
+    auto* const* grid = std::get_if<Grid*>(&dialog.controls()[control]);
+    if (grid == nullptr) continue;
+    for (std::size_t column = 0; column < (*grid)->columns.size(); ++column) {
+      headings.emplace_back((*grid)->columns[column].heading);
+      columns.push_back({control, column});
+    }
+  }
+  const NameMatch match = match_name(headings, assignment.label);
+  if (!match.index || match.ambiguous) {
+    return no_such_label(dialog, assignment.label, match.ambiguous);
+  }
+  const CellColumn cell = columns[*match.index];
+  return set_control(dialog, cell.control, [&](const ControlPointer& pointer) {
+    return change_cell(*std::get<Grid*>(pointer), cell.column, assignment);
+  });
+}
+
+}  // namespace
+
+FormReply apply_line(Dialog& dialog, std::wstring_view typed) {
+  const std::wstring_view line = trimmed(typed);
+  if (line.empty()) return {};
+  if (line == L"?") return {FormReply::Kind::Done, form_text(dialog)};
+
+  const Names buttons = button_names(dialog);
+  const NameMatch button = match_name(buttons, line);
+  const std::optional<FormAssignment> assignment = read_assignment(line);
+  const bool whole_label = button.index && buttons[*button.index].size() == line.size();
+  if (!assignment || whole_label) {
+    if (button.index && !button.ambiguous) return press(dialog, *button.index);
+    return no_such_label(dialog, line, button.ambiguous);
+  }
+
+  const NameMatch control = match_name(control_names(dialog), assignment->left);
+  if (control.index && !control.ambiguous) {
+    return set_control(dialog, *control.index, [&](const ControlPointer& pointer) {
+      return change_control(pointer, *assignment);
+    });
+  }
+  if (assignment->row) return set_cell(dialog, *assignment);
+  return no_such_label(dialog, assignment->left, control.ambiguous);
+}
+
+void cancel(Dialog& dialog) {
+  const auto button = std::ranges::find(dialog.buttons(), ButtonRole::Cancel, &Button::role);
+  if (button != dialog.buttons().end()) {
+    dialog.press(static_cast<std::size_t>(button - dialog.buttons().begin()));
+  }
+}
+
+}  // namespace korvel

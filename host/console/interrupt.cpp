@@ -1,0 +1,66 @@
+#include "host/console/interrupt.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include "host/console/exit_status.h"
+
+namespace korvel::interrupt {
+namespace {
+
+std::atomic<bool> pressed = false;
+std::atomic<bool> at_prompt = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "both are used in the signal handler");
+
+// Written by the handler, so that a key pressed just before the waiting began ends the waiting.
+std::array<int, 2> wake_pipe = {-1, -1};
+
+// Files are written under another name and renamed, so leaving at any moment is safe.
+void on_signal(int) {
+  const int former_errno = errno;
+  if (pressed.exchange(true) && !at_prompt) _exit(exit_status::interrupted);
+  const char byte = 0;
+  [[maybe_unused]] const auto written = write(wake_pipe[1], &byte, 1);
+  errno = former_errno;
+}
+
+void drain() {
+  std::array<char, 64> bytes;
+  while (read(wake_pipe[0], bytes.data(), bytes.size()) > 0) {
+  }
+}
+
+}  // namespace
+
+void install() {
+  if (pipe2(wake_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
+  struct sigaction action {};
+  action.sa_handler = on_signal;
+  sigemptyset(&action.sa_mask);
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGINT, &action, nullptr);
+}
+
+bool take() {
+  drain();
+  return pressed.exchange(false);
+}
+
+bool wait_for_input(int file) {
+  while (true) {
+    if (take()) return false;
+    std::array<pollfd, 2> files = {pollfd{file, POLLIN, 0}, pollfd{wake_pipe[0], POLLIN, 0}};
+    if (poll(files.data(), files.size(), -1) < 0 && errno != EINTR) return true;
+    if (files[0].revents != 0 && !pressed) return true;
+  }
+}
+
+AtPrompt::AtPrompt() { at_prompt = true; }
+AtPrompt::~AtPrompt() { at_prompt = false; }
+
+}  // namespace korvel::interrupt

@@ -1,0 +1,167 @@
+// korvel: the stand-alone host at a command line.
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <unistd.h>
+
+#include "frame/utf.h"
+#include "host/console/command_list.h"
+#include "host/console/command_loop.h"
+#include "host/console/commands/file_commands.h"
+#include "host/console/exit_status.h"
+#include "host/console/interrupt.h"
+#include "host/console/options.h"
+#include "host/console/output.h"
+#include "host/console/scripted_lines.h"
+#include "host/console/terminal_lines.h"
+
+namespace korvel {
+namespace {
+
+// Whether saving to `target` would replace a file other than the drawing's own.
+bool replaces_another(const std::filesystem::path& target, const std::filesystem::path& own) {
+  std::error_code error;
+  if (!std::filesystem::exists(target, error)) return false;
+  return own.empty() || !std::filesystem::equivalent(target, own, error);
+}
+
+bool may_write_output(const Options& options, const std::filesystem::path& own) {
+  if (!options.output || options.overwrite || !replaces_another(*options.output, own)) return true;
+  complain(options.output->string() + " exists and is not the drawing; --overwrite replaces it");
+  return false;
+}
+
+int status_of(TerminalHost::Ending ending) {
+  switch (ending) {
+    case TerminalHost::Ending::Refused:
+      complain("stopped at the first refused line");
+      return exit_status::stopped_by_strict;
+    case TerminalHost::Ending::Interrupted:
+      return exit_status::interrupted;
+    case TerminalHost::Ending::InputEndedInPrompt:
+      return exit_status::input_ended_in_prompt;
+    default:
+      return exit_status::done;
+  }
+}
+
+// What was stopped is not saved: the drawing may be in the middle of what was wanted.
+int save_output(const Options& options, TerminalHost& host, int status) {
+  const bool stopped =
+      status == exit_status::stopped_by_strict || status == exit_status::interrupted;
+  if (!options.output || stopped) return status;
+  if (!may_write_output(options, host.file)) return exit_status::output_not_written;
+  std::optional<Failure> failure;
+  try {
+    failure = host.drawing().save(*options.output);
+  } catch (const std::bad_alloc&) {
+    failure = Failure{options.output->string() + ": there is not enough memory"};
+  }
+  if (!failure) return status;
+  complain(failure->reason);
+  return exit_status::output_not_written;
+}
+
+// Where the input comes from: -c and -s, or standard input when there are neither.
+struct Input {
+  std::unique_ptr<LineReader> reader;
+  std::unique_ptr<LineSource> lines;
+};
+
+Result<Input> open_input(const Options& options) {
+  using Comments = ScriptedLines::Comments;
+  Input input;
+  const bool scripted = !options.commands.empty() || options.script;
+  if (!scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
+    using Style = TerminalLines::PromptStyle;
+    input.lines = std::make_unique<TerminalLines>(options.no_color ? Style::Plain : Style::Bold);
+    return input;
+  }
+  if (options.script) {
+    const Result<int> file = open_for_reading(*options.script);
+    if (!file) return file.failure();
+    input.reader = std::make_unique<LineReader>(*file);
+  } else if (!scripted) {
+    input.reader = std::make_unique<LineReader>(STDIN_FILENO);
+  }
+  input.lines = std::make_unique<ScriptedLines>(
+      options.commands, input.reader.get(), options.script ? Comments::Skip : Comments::AreLines);
+  return input;
+}
+
+Result<std::unique_ptr<Drawing>> open_drawing(const Options& options) {
+  if (!options.drawing) return Drawing::blank();
+  try {
+    return Drawing::open(*options.drawing);
+  } catch (const std::bad_alloc&) {
+    return Failure{options.drawing->string() + ": there is not enough memory"};
+  }
+}
+
+int run_console(const Options& options) {
+  const Result<Input> input = open_input(options);
+  if (!input) {
+    complain(input.reason());
+    return exit_status::input_not_read;
+  }
+  if (!may_write_output(options, options.drawing.value_or(std::filesystem::path()))) {
+    return exit_status::output_not_written;
+  }
+  Result<std::unique_ptr<Drawing>> drawing = open_drawing(options);
+  if (!drawing) {
+    complain(drawing.reason());
+    return exit_status::input_not_read;
+  }
+  print_notices(**drawing);
+
+  interrupt::install();
+  const bool progress = !options.no_progress && isatty(STDERR_FILENO) == 1;
+  TerminalHost host(std::move(*drawing), *input->lines, {options.strict, progress});
+  if (options.drawing) host.file = *options.drawing;
+  ConsoleCommandStack commands;
+  CkorvelApp plugin(commands);
+  plugin.on_load();
+  CommandLoop loop(host, *input->lines, commands);
+  std::ofstream trace;
+  if (const char* const path = std::getenv("KORVEL_TRACE"); path != nullptr && *path != '\0') {
+    trace.open(path, std::ios::binary);
+    if (!trace) {
+      complain(std::string(path) + ": the trace cannot be written");
+      return exit_status::output_not_written;
+    }
+    // Flushed line by line: what matters most is what stood there before a crash.
+    loop.trace_to([&trace](std::wstring_view call) { trace << to_utf8(call) << std::endl; });
+  }
+  loop.run();
+  plugin.on_unload();
+
+  if (input->reader && input->reader->failure()) {
+    complain("the input could not be read: " + *input->reader->failure());
+    return exit_status::input_not_read;
+  }
+  return save_output(options, host, status_of(host.ending()));
+}
+
+int run(int argc, char** argv) {
+  const std::variant<Options, int> read = read_options(argc, argv);
+  if (const int* const status = std::get_if<int>(&read)) return *status;
+  const Options& options = std::get<Options>(read);
+  if (!options.list_commands) return run_console(options);
+  write_output(command_list());
+  return exit_status::done;
+}
+
+bool output_was_written() { return std::fflush(stdout) == 0 && std::ferror(stdout) == 0; }
+
+}  // namespace
+}  // namespace korvel
+
+int main(int argc, char** argv) {
+  const int status = korvel::run(argc, argv);
+  if (korvel::output_was_written()) return status;
+  korvel::complain("standard output could not be written");
+  return korvel::exit_status::output_not_written;
+}

@@ -1,0 +1,72 @@
+#include "host/console/pick.h"
+
+#include <algorithm>
+#include <ranges>
+#include <unordered_set>
+
+#include "frame/case_mapping.h"
+#include "host/console/typed_text.h"
+#include "host/standalone/spatial_query.h"
+
+namespace korvel {
+namespace {
+
+constexpr double pick_box_pixels = 3;
+constexpr double picture_pixels = 1000;
+
+double size_of_model_space(const Drawing& drawing) {
+  std::optional<Extents> all;
+  for (const EntityId id : drawing.entities(Space::Model)) {
+    const std::optional<Extents> one = drawing.extents_of(id);
+    if (!one) continue;
+    if (!all) all = one;
+    all->min = {std::min(all->min.x, one->min.x), std::min(all->min.y, one->min.y), 0};
+    all->max = {std::max(all->max.x, one->max.x), std::max(all->max.y, one->max.y), 0};
+  }
+  if (!all) return 0;
+  return std::max(all->max.x - all->min.x, all->max.y - all->min.y);
+}
+
+}  // namespace
+
+std::optional<EntityId> last_entity(const Drawing& drawing) {
+  std::unordered_set<EntityId> unseen;
+  for (const Layer& layer : drawing.layers()) {
+    if (layer.frozen || layer.off) unseen.insert(layer.id);
+  }
+  const EntityList entities = drawing.entities(Space::Model);
+  for (const EntityId id : entities | std::views::reverse) {
+    if (!unseen.contains(drawing.layer_of(id))) return id;
+  }
+  return std::nullopt;
+}
+
+std::optional<EntityId> entity_with_handle(const Drawing& drawing, std::wstring_view digits) {
+  const std::optional<std::uint64_t> handle = handle_from(digits);
+  if (!handle) return std::nullopt;
+  const std::optional<EntityId> id = drawing.by_handle(*handle);
+  if (!id || !drawing.exists(*id) || drawing.space_of(*id) == Space::Block) return std::nullopt;
+  return id;
+}
+
+std::optional<EntityId> entity_at(const Drawing& drawing, Point3 at) {
+  const double reach = size_of_model_space(drawing) * pick_box_pixels / picture_pixels;
+  return nearest_entity(drawing, at, reach);
+}
+
+Pick pick_entity(const Drawing& drawing, std::wstring_view typed) {
+  const std::vector<std::wstring_view> words = words_of(typed);
+  if (words.size() == 1 &&
+      (equal_ignoring_case(words[0], L"LAST") || equal_ignoring_case(words[0], L"L"))) {
+    return {true, last_entity(drawing)};
+  }
+  if (words.size() == 2 && equal_ignoring_case(words[0], L"HANDLE")) {
+    return {true, entity_with_handle(drawing, words[1])};
+  }
+  if (const std::optional<Point3> point = point_of(typed)) {
+    return {true, entity_at(drawing, *point)};
+  }
+  return {};
+}
+
+}  // namespace korvel

@@ -1,0 +1,29 @@
+// Single entities by what a person types.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "host/standalone/drawing.h"
+
+namespace korvel {
+
+// The newest entity of model space that is neither on a frozen layer nor on one that is off.
+[[nodiscard]] std::optional<EntityId> last_entity(const Drawing& drawing);
+
+// The entity of model or paper space with this handle.
+[[nodiscard]] std::optional<EntityId> entity_with_handle(const Drawing& drawing,
+                                                         std::wstring_view digits);
+
+// The entity nearest to the point within the pick box. There is no screen: the box reaches three
+// pixels in a picture of the whole model space that is 1,000 pixels wide or high.
+[[nodiscard]] std::optional<EntityId> entity_at(const Drawing& drawing, Point3 at);
+
+struct Pick {
+  bool understood = false;
+  std::optional<EntityId> entity;  // none: it hit nothing
+};
+// LAST, HANDLE with a handle, or a point.
+[[nodiscard]] Pick pick_entity(const Drawing& drawing, std::wstring_view typed);
+
+}  // namespace korvel

@@ -1,0 +1,293 @@
+#include "host/console/terminal_host.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "frame/case_mapping.h"
+#include "frame/dialog.h"
+#include "frame/message.h"
+#include "frame/text_file.h"
+#include "frame/utf.h"
+#include "host/console/form.h"
+#include "host/console/output.h"
+#include "host/console/pick.h"
+#include "host/console/selection_prompt.h"
+#include "host/console/typed_text.h"
+
+namespace korvel {
+namespace {
+
+constexpr std::size_t longest_string = 132;
+
+std::optional<std::int32_t> integer_of(std::wstring_view typed) {
+  const std::string digits = to_utf8(typed.starts_with(L'+') ? typed.substr(1) : typed);
+  std::int32_t number = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, number);
+  if (error != std::errc{} || stop != end) return std::nullopt;
+  return number;
+}
+
+// "Text files (*.txt), All files (*.*)": the labels of a chooser's filter.
+std::wstring filter_labels(std::wstring_view filter) {
+  std::wstring labels;
+  while (!filter.empty() && !filter.starts_with(L'|')) {
+    const std::wstring_view label = filter.substr(0, filter.find(L'|'));
+    if (!labels.empty()) labels += L", ";
+    labels += label;
+    const std::size_t next = filter.find(L'|', std::min(label.size() + 1, filter.size()));
+    filter = next == std::wstring_view::npos ? std::wstring_view{} : filter.substr(next + 1);
+  }
+  return labels;
+}
+
+std::filesystem::path with_extension(std::filesystem::path path, std::wstring_view extension) {
+  if (!extension.empty() && !path.has_extension()) {
+    path += '.';
+    path += to_utf8(extension);
+  }
+  return path;
+}
+
+bool is_there(const std::filesystem::path& path) {
+  std::error_code ignored;
+  return std::filesystem::exists(path, ignored);
+}
+
+}  // namespace
+
+TerminalHost::TerminalHost(std::unique_ptr<Drawing> drawing, LineSource& lines, Manner manner)
+    : ConsoleHost(std::move(drawing)),
+      lines_(lines),
+      manner_(manner),
+      progress_(manner.show_progress) {}
+
+// --- Lines ------------------------------------------------------------------------------------
+
+void TerminalHost::start_line() {
+  if (!at_line_start_) print(L"\n");
+}
+
+std::optional<std::wstring> TerminalHost::read_line(std::wstring_view prompt) {
+  // The line editor redraws the last line alone, so what stands before it is printed here.
+  const std::size_t last_line = prompt.rfind(L'\n') + 1;
+  std::wstring line;
+  while (ending_ == Ending::None) {
+    print(prompt.substr(0, last_line));
+    const LineSource::Read read = lines_.next(prompt.substr(last_line), line);
+    at_line_start_ = true;
+    if (read == LineSource::Read::Interrupted) {
+      if (interrupted_before_) ending_ = Ending::Interrupted;
+      interrupted_before_ = true;
+      return std::nullopt;
+    }
+    interrupted_before_ = false;
+    if (read == LineSource::Read::Line) return line;
+    if (read == LineSource::Read::End) {
+      ending_ = Ending::InputEnded;
+    } else {
+      refuse(L"The line is longer than " + std::to_wstring(max_typed_bytes) +
+             L" bytes and is left out.");
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::wstring> TerminalHost::next_command() {
+  start_line();
+  while (ending_ == Ending::None) {
+    if (lines_.at_end()) {
+      ending_ = Ending::InputEnded;
+    } else if (std::optional<std::wstring> line = read_line(command_prompt)) {
+      return line;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::wstring> TerminalHost::answer(std::wstring_view prompt,
+                                                 std::wstring_view place) {
+  const bool asked = ending_ == Ending::None;
+  std::optional<std::wstring> line = read_line(prompt);
+  if (asked && ending_ == Ending::InputEnded) {
+    ending_ = Ending::InputEndedInPrompt;
+    complain("the input ended " + to_utf8(place));
+  }
+  if (line && trimmed(*line) == L"ESC") line.reset();
+  return line;
+}
+
+std::optional<std::wstring> TerminalHost::ask_line(std::wstring_view prompt) {
+  return answer(prompt, L"at the prompt \"" + std::wstring(trimmed(prompt)) + L'"');
+}
+
+void TerminalHost::print(std::wstring_view text) {
+  if (text.empty()) return;
+  write_output(text);
+  at_line_start_ = text.ends_with(L'\n');
+}
+
+void TerminalHost::refuse(std::wstring_view sentence) {
+  start_line();
+  print(std::wstring(sentence) + L'\n');
+  if (manner_.strict && ending_ == Ending::None) ending_ = Ending::Refused;
+}
+
+void TerminalHost::quit() {
+  if (ending_ == Ending::None) ending_ = Ending::Quit;
+}
+
+// --- Prompts ----------------------------------------------------------------------------------
+
+std::optional<std::wstring> TerminalHost::ask_string(std::wstring_view prompt) {
+  std::optional<std::wstring> line = ask_line(prompt);
+  if (line && line->size() > longest_string) line->resize(longest_string);
+  return line;
+}
+
+Answer<std::int32_t> TerminalHost::ask_integer(std::wstring_view prompt) {
+  while (const std::optional<std::wstring> line = ask_line(prompt)) {
+    const std::wstring_view typed = trimmed(*line);
+    if (typed.empty()) return {Answer<std::int32_t>::Kind::Enter};
+    if (const auto number = integer_of(typed)) {
+      return {Answer<std::int32_t>::Kind::Given, *number};
+    }
+    refuse(L"Requires an integer value.");
+  }
+  return {};
+}
+
+Answer<Point3> TerminalHost::ask_point(std::wstring_view prompt) {
+  while (const std::optional<std::wstring> line = ask_line(prompt)) {
+    const std::wstring_view typed = trimmed(*line);
+    if (typed.empty()) return {Answer<Point3>::Kind::Enter};
+    if (const auto point = point_of(typed)) return {Answer<Point3>::Kind::Given, *point};
+    refuse(L"Invalid point: x,y or x,y,z is required.");
+  }
+  return {};
+}
+
+std::optional<EntityId> TerminalHost::ask_entity(std::wstring_view prompt) {
+  while (const std::optional<std::wstring> line = ask_line(prompt)) {
+    const std::wstring_view typed = trimmed(*line);
+    if (typed.empty()) return std::nullopt;
+    const Pick pick = pick_entity(drawing(), typed);
+    if (pick.understood) {
+      print(pick.entity ? L"1 found\n" : L"0 found\n");
+      return pick.entity;
+    }
+    refuse(L"Expects a point, LAST or HANDLE with the handle of an entity.");
+  }
+  return std::nullopt;
+}
+
+std::optional<EntityList> TerminalHost::ask_selection() {
+  return ask_selection_with(text(Message::SelectObjectsPrompt));
+}
+
+std::optional<EntityList> TerminalHost::ask_selection_with(std::wstring_view prompt) {
+  return SelectionPrompt(*this).ask(prompt);
+}
+
+// --- Dialogs ----------------------------------------------------------------------------------
+
+bool TerminalHost::show(Dialog& dialog) {
+  start_line();
+  print(form_text(dialog));
+  const std::wstring place = L"in the dialog \"" + dialog.title() + L'"';
+  while (const std::optional<std::wstring> line = answer(L"dialog> ", place)) {
+    const FormReply reply = apply_line(dialog, *line);
+    if (reply.kind == FormReply::Kind::Accepted) return true;
+    if (reply.kind == FormReply::Kind::Cancelled) return false;
+    if (reply.kind == FormReply::Kind::Refused) {
+      refuse(reply.text);
+    } else {
+      print(reply.text);
+    }
+  }
+  cancel(dialog);
+  return false;
+}
+
+bool TerminalHost::ask_yes_no(std::wstring_view caption, std::wstring_view question, BoxIcon) {
+  question = question.substr(0, question.find_last_not_of(L'\n') + 1);
+  const std::wstring prompt = std::wstring(caption) + L": " + std::wstring(question) + L" [Y/N]: ";
+  start_line();
+  while (const std::optional<std::wstring> line = ask_line(prompt)) {
+    const std::wstring word = lower(trimmed(*line));
+    if (word == L"y" || word == L"yes") return true;
+    if (word == L"n" || word == L"no") return false;
+    refuse(L"Y or N is required.");
+  }
+  return false;
+}
+
+void TerminalHost::show_text(std::wstring_view title, std::wstring_view body, int, int) {
+  start_line();
+  print(std::wstring(title) + L'\n');
+  print(body);
+  start_line();
+}
+
+// A path as typed, in quotes or not; none: cancelled.
+std::optional<std::wstring> TerminalHost::ask_file_name(const FileQuestion& question,
+                                                        std::wstring_view prompt) {
+  start_line();
+  print(filter_labels(question.filter));
+  start_line();
+  const std::optional<std::wstring> line = ask_line(prompt);
+  if (!line) return std::nullopt;
+  const std::wstring_view typed = trimmed(*line);
+  if (typed.empty()) return std::nullopt;
+  return unquoted(typed).value_or(std::wstring(typed));
+}
+
+std::optional<std::filesystem::path> TerminalHost::choose_file_to_open(
+    const FileQuestion& question) {
+  const auto typed = ask_file_name(question, L"File to open: ");
+  if (!typed) return std::nullopt;
+  std::filesystem::path path(to_utf8(*typed));
+  return is_there(path) ? path : with_extension(std::move(path), question.default_extension);
+}
+
+std::optional<std::filesystem::path> TerminalHost::choose_file_to_save(
+    const FileQuestion& question) {
+  while (const auto typed = ask_file_name(question, L"File to save: ")) {
+    std::filesystem::path path =
+        with_extension(std::filesystem::path(to_utf8(*typed)), question.default_extension);
+    const bool asks = question.confirm_overwrite && is_there(path);
+    if (!asks ||
+        ask_yes_no(text(Message::WarningTitle),
+                   format<Message::FileExistsOverwrite>(path_text(path)), BoxIcon::Exclamation)) {
+      return path;
+    }
+  }
+  return std::nullopt;
+}
+
+// --- Progress, document -----------------------------------------------------------------------
+
+void TerminalHost::start_progress(std::wstring_view label, std::int64_t range) {
+  progress_.start(label, range);
+}
+
+void TerminalHost::move_progress(std::int64_t position) { progress_.move(position); }
+
+void TerminalHost::end_progress() { progress_.end(); }
+
+void TerminalHost::lock() {
+  ++locks_;
+  StandaloneHost::lock();
+}
+
+void TerminalHost::unlock() {
+  --locks_;
+  StandaloneHost::unlock();
+}
+
+void TerminalHost::release_locks() {
+  while (locks_ > 0)
+    unlock();
+}
+
+}  // namespace korvel

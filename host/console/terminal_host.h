@@ -1,0 +1,79 @@
+// The stand-alone host at a command line: every question becomes a prompt, every answer is a line.
+#pragma once
+
+#include <memory>
+
+#include "host/console/console.h"
+#include "host/console/progress_meter.h"
+
+namespace korvel {
+
+class TerminalHost final : public ConsoleHost {
+ public:
+  struct Manner {
+    bool strict = false;         // the first refusal ends the run
+    bool show_progress = false;  // on standard error
+  };
+  // The lines must outlive the host.
+  TerminalHost(std::unique_ptr<Drawing> drawing, LineSource& lines, Manner manner);
+
+  // Why no more commands are read.
+  enum class Ending {
+    None,
+    InputEnded,
+    InputEndedInPrompt,  // the prompt was answered with Esc and named on standard error
+    Quit,
+    Refused,  // under --strict
+    Interrupted
+  };
+  [[nodiscard]] Ending ending() const { return ending_; }
+
+  // The line typed at the command prompt; none: the console ends.
+  [[nodiscard]] std::optional<std::wstring> next_command();
+
+  // Unlocks what a command left locked.
+  void release_locks();
+
+  [[nodiscard]] std::optional<std::wstring> ask_line(std::wstring_view prompt) override;
+  void refuse(std::wstring_view sentence) override;
+  [[nodiscard]] std::optional<EntityList> ask_selection_with(std::wstring_view prompt) override;
+  void quit() override;
+
+  [[nodiscard]] std::optional<EntityList> ask_selection() override;
+  void print(std::wstring_view text) override;
+  [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override;
+  [[nodiscard]] Answer<std::int32_t> ask_integer(std::wstring_view prompt) override;
+  [[nodiscard]] Answer<Point3> ask_point(std::wstring_view prompt) override;
+  [[nodiscard]] std::optional<EntityId> ask_entity(std::wstring_view prompt) override;
+  [[nodiscard]] bool show(Dialog& dialog) override;
+  [[nodiscard]] bool ask_yes_no(std::wstring_view caption, std::wstring_view text,
+                                BoxIcon icon) override;
+  void show_text(std::wstring_view title, std::wstring_view text, int width, int height) override;
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_open(
+      const FileQuestion& question) override;
+  [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_save(
+      const FileQuestion& question) override;
+  void start_progress(std::wstring_view label, std::int64_t range) override;
+  void move_progress(std::int64_t position) override;
+  void end_progress() override;
+  void lock() override;
+  void unlock() override;
+
+ private:
+  // One line as it comes. None: the input ended, the console ends, or Ctrl+C.
+  std::optional<std::wstring> read_line(std::wstring_view prompt);
+  // An answer; `place` names the question should the input end in it.
+  std::optional<std::wstring> answer(std::wstring_view prompt, std::wstring_view place);
+  std::optional<std::wstring> ask_file_name(const FileQuestion& question, std::wstring_view prompt);
+  void start_line();
+
+  LineSource& lines_;
+  Manner manner_;
+  ProgressMeter progress_;
+  Ending ending_ = Ending::None;
+  bool at_line_start_ = true;
+  bool interrupted_before_ = false;  // and no line was read since
+  int locks_ = 0;
+};
+
+}  // namespace korvel

@@ -1,0 +1,178 @@
+#include "host/console/terminal_host.h"
+
+#include <array>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "host/console/command_loop.h"
+#include "host/console/scripted_lines.h"
+
+namespace korvel {
+namespace {
+
+using Ending = TerminalHost::Ending;
+
+// A host that is given these answers; what it prints is kept from the test's own output.
+struct Conversation {
+  explicit Conversation(const std::vector<std::string>& answers, bool strict = false)
+      : lines(answers, nullptr, ScriptedLines::Comments::AreLines),
+        host(Drawing::blank(), lines, {strict, false}) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+  }
+  ~Conversation() {
+    if (!ended) (void)printed();
+  }
+
+  std::string printed() {
+    ended = true;
+    complaints = testing::internal::GetCapturedStderr();
+    return testing::internal::GetCapturedStdout();
+  }
+
+  EntityId add_point(Point3 at) {
+    return *host.drawing().add_entity({PointShape{at}, 0}, EntityProperties{});
+  }
+
+  ScriptedLines lines;
+  TerminalHost host;
+  std::string complaints;
+  bool ended = false;
+};
+
+TEST(TerminalHost, AsksAgainUntilTheAnswerFits) {
+  Conversation talk({"1.5", "2147483648", "+7", "1", "1,x", " 1,2 ", "maybe", "", "y"});
+  EXPECT_EQ(talk.host.ask_integer(L"N: ").value, 7);
+  EXPECT_EQ(talk.host.ask_point(L"P: ").value, (Point3{1, 2, 0}));
+  EXPECT_TRUE(talk.host.ask_yes_no(L"Warning", L"Continue?\n", BoxIcon::Question));
+  EXPECT_EQ(talk.printed(),
+            "N: 1.5\nRequires an integer value.\nN: 2147483648\nRequires an integer value.\n"
+            "N: +7\n"
+            "P: 1\nInvalid point: x,y or x,y,z is required.\n"
+            "P: 1,x\nInvalid point: x,y or x,y,z is required.\nP:  1,2 \n"
+            "Warning: Continue? [Y/N]: maybe\nY or N is required.\n"
+            "Warning: Continue? [Y/N]: \nY or N is required.\n"
+            "Warning: Continue? [Y/N]: y\n");
+}
+
+TEST(TerminalHost, TellsEnterFromEscAndCutsLongStrings) {
+  Conversation talk({"", "ESC", "", "ESC", std::string(200, 'x'), "esc"});
+  EXPECT_EQ(talk.host.ask_integer(L"").kind, Answer<std::int32_t>::Kind::Enter);
+  EXPECT_EQ(talk.host.ask_integer(L"").kind, Answer<std::int32_t>::Kind::Cancelled);
+  EXPECT_EQ(talk.host.ask_string(L""), std::optional<std::wstring>(L""));
+  EXPECT_EQ(talk.host.ask_string(L""), std::nullopt);
+  EXPECT_EQ(talk.host.ask_string(L"")->size(), 132U);
+  EXPECT_EQ(talk.host.ask_string(L""), std::optional<std::wstring>(L"esc"));
+  EXPECT_EQ(talk.host.ending(), Ending::None);
+}
+
+TEST(TerminalHost, TheEndOfTheInputIsEscAndIsNamedOnce) {
+  Conversation talk({});
+  EXPECT_EQ(talk.host.ask_selection(), std::nullopt);
+  EXPECT_EQ(talk.host.ask_string(L"Table: "), std::nullopt);
+  EXPECT_EQ(talk.host.ending(), Ending::InputEndedInPrompt);
+  EXPECT_EQ(talk.printed(), "Select objects: \n");
+  EXPECT_EQ(talk.complaints, "korvel: the input ended at the prompt \"Select objects:\"\n");
+}
+
+TEST(TerminalHost, StrictEndsAtTheFirstRefusalWithEscForTheCommand) {
+  Conversation talk({"x", "5"}, true);
+  EXPECT_EQ(talk.host.ask_integer(L"N: ").kind, Answer<std::int32_t>::Kind::Cancelled);
+  EXPECT_EQ(talk.host.ending(), Ending::Refused);
+  EXPECT_EQ(talk.host.next_command(), std::nullopt);
+}
+
+TEST(TerminalHost, PicksEntities) {
+  Conversation talk({"HANDLE FFFFFF", "foo", "0.2,0", "50,50", "l", "HANDLE 0"});
+  const EntityId first = talk.add_point({0, 0, 0});
+  const EntityId last = talk.add_point({100, 0, 0});
+  EXPECT_EQ(talk.host.ask_entity(L""), std::nullopt) << "no such handle";
+  EXPECT_EQ(talk.host.ask_entity(L""), first) << "asked again after foo; 0.3 is within the box";
+  EXPECT_EQ(talk.host.ask_entity(L""), std::nullopt);
+  EXPECT_EQ(talk.host.ask_entity(L""), last);
+  EXPECT_EQ(talk.host.ask_entity(L""), std::nullopt);
+}
+
+TEST(TerminalHost, AllLeavesOutFrozenAndLockedLayersButNotThoseThatAreOff) {
+  Conversation talk({"ALL", ""});
+  Drawing& drawing = talk.host.drawing();
+  EntityList expected{talk.add_point({0, 0, 0})};
+  for (const std::wstring name : {L"FROZEN", L"LOCKED", L"OFF"}) {
+    Layer layer = {*drawing.add_layer(name), name};
+    layer.frozen = name == L"FROZEN";
+    layer.locked = name == L"LOCKED";
+    layer.off = name == L"OFF";
+    EntityProperties properties;
+    properties.layer = name;
+    const auto id = drawing.add_entity({PointShape{}, 0}, properties);
+    ASSERT_TRUE(id && drawing.change_layer(layer));
+    if (layer.off) expected.push_back(*id);
+  }
+  EXPECT_EQ(talk.host.ask_selection(), expected);
+  EXPECT_EQ(talk.host.previous_selection(), expected);
+}
+
+TEST(TerminalHost, SaveChooserAddsTheExtensionAndAsksBeforeOverwriting) {
+  const std::filesystem::path folder = testing::TempDir();
+  const std::filesystem::path there = folder / "there.csv";
+  std::ofstream(there) << "x";
+  const std::string typed = '"' + (folder / "there").string() + '"';
+  const FileQuestion question{L"CSV files (*.csv)|*.csv||", L"csv", true};
+  Conversation talk({typed, "n", typed, "y", ""});
+  EXPECT_EQ(talk.host.choose_file_to_save(question), there);
+  EXPECT_EQ(talk.host.choose_file_to_save(question), std::nullopt);
+  const std::string text = talk.printed();
+  EXPECT_EQ(text.find("CSV files (*.csv)\nFile to save: "), 0U) << text;
+  EXPECT_NE(text.find("Warning: File '" + there.string() + "' already exists. Overwrite? [Y/N]: n"),
+            std::string::npos)
+      << text;
+  std::filesystem::remove(there);
+}
+
+// --- Running commands -------------------------------------------------------------------------
+
+std::size_t pick_first_seen = 0;
+
+void look_at_pick_first(Session& session) { pick_first_seen = session.host.pick_first().size(); }
+
+void lock_and_throw(Session& session) {
+  session.host.lock();
+  (void)static_cast<TerminalHost&>(session.host)
+      .drawing()
+      .add_entity({PointShape{}, 0}, EntityProperties{});
+  throw std::runtime_error("a fault");
+}
+
+TEST(CommandLoop, FindsCommandsAndSurvivesThem) {
+  Conversation talk({" '_.korvel_throw", "KORVEL_NULL", "nonsense", ""});
+  ConsoleCommandStack stack;
+  stack.add_command(L"G", L"KORVEL_THROW", L"LocalThrow", 0, lock_and_throw);
+  stack.add_command(L"G", L"KORVEL_NULL", L"KORVEL_NULL", 0, nullptr);
+  stack.add_command(L"G", L"localthrow", L"Taken", 0, lock_and_throw);
+  EXPECT_FALSE(stack.find(L"taken")) << "one of its names is taken";
+  CommandLoop(talk.host, talk.lines, stack).run();
+  EXPECT_EQ(talk.printed(),
+            "Command:  '_.korvel_throw\nKORVEL_THROW was not finished: a fault.\n"
+            "Command: KORVEL_NULL\nKORVEL_NULL is not built yet.\n"
+            "Command: nonsense\nUnknown command \"nonsense\". Press F1 for help.\n"
+            "Command: \n");
+  EXPECT_EQ(talk.host.drawing().undo(), std::optional<std::wstring>(L"KORVEL_THROW"))
+      << "the step that the command left open was closed";
+  EXPECT_EQ(talk.host.ending(), Ending::InputEnded);
+}
+
+TEST(CommandLoop, OnlyCommandsThatUseThePickFirstSetSeeIt) {
+  for (const auto& [flags, seen] : {std::pair(7, 1U), std::pair(0, 0U)}) {
+    Conversation talk({"LOOK"});
+    ConsoleCommandStack stack;
+    stack.add_command(L"G", L"LOOK", L"LOOK", flags, look_at_pick_first);
+    talk.host.set_pick_first({talk.add_point({0, 0, 0})});
+    pick_first_seen = 99;
+    CommandLoop(talk.host, talk.lines, stack).run();
+    EXPECT_EQ(pick_first_seen, seen);
+  }
+}
+
+}  // namespace
+}  // namespace korvel

@@ -1,0 +1,195 @@
+// Runs the console on scripts and compares what a person would see with what was seen before.
+//
+//   transcript_runner [--accept] KORVEL SAMPLES FOLDER
+//
+// A case is a script NAME.scr beside NAME.golden. The script's first comment lines may say more:
+//   ; args: --strict samples/world.dxf    arguments of the console, as for a shell
+//   ; show: out.csv                       a file whose contents the golden holds as well
+// The golden holds standard output, then (if there is any) standard error, the files to show, and
+// the exit status. Each case runs in an empty folder of its own in which `samples` is the folder
+// given. With --accept the goldens are written.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <stdlib.h>
+#include <string>
+#include <string_view>
+#include <sys/wait.h>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Setup {
+  bool accept = false;
+  fs::path korvel;
+  fs::path samples;
+  fs::path folder;
+};
+
+struct Header {
+  std::string args;
+  std::vector<std::string> files_to_show;
+};
+
+// An empty folder that goes when this does.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (fs::temp_directory_path() / "korvel-transcript-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder: " + name);
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  [[nodiscard]] const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+std::optional<std::string> contents(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+void write(const fs::path& path, std::string_view text) {
+  std::ofstream file(path, std::ios::binary);
+  file << text;
+  if (!file.flush()) throw std::runtime_error("cannot write " + path.string());
+}
+
+std::string quoted(const fs::path& path) {
+  std::string text = "'";
+  for (const char c : path.string())
+    text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return text + "'";
+}
+
+Header read_header(const fs::path& script) {
+  constexpr std::string_view args = "; args: ";
+  constexpr std::string_view show = "; show: ";
+  Header header;
+  std::ifstream file(script);
+  for (std::string line; std::getline(file, line) && line.starts_with(';');) {
+    if (line.starts_with(args)) header.args = line.substr(args.size());
+    if (line.starts_with(show)) header.files_to_show.push_back(line.substr(show.size()));
+  }
+  return header;
+}
+
+// A part of a golden under its own heading; the last line is ended if it is not.
+std::string part(const std::string& heading, std::string text) {
+  if (!text.empty() && !text.ends_with('\n')) text += "\n(no line end)\n";
+  return "--- " + heading + '\n' + text;
+}
+
+std::string run_case(const Setup& setup, const fs::path& script) {
+  const Header header = read_header(script);
+  const TemporaryFolder folder;
+  const TemporaryFolder outputs;
+  fs::create_directory_symlink(setup.samples, folder.path() / "samples");
+  const fs::path out = outputs.path() / "out";
+  const fs::path err = outputs.path() / "err";
+  const std::string command = "cd " + quoted(folder.path()) + " && " + quoted(setup.korvel) + ' ' +
+                              header.args + " -s " + quoted(script) + " </dev/null >" +
+                              quoted(out) + " 2>" + quoted(err);
+  const int status = std::system(command.c_str());
+
+  std::string seen = contents(out).value_or("");
+  if (!seen.empty() && !seen.ends_with('\n')) seen += "\n(no line end)\n";
+  const std::string errors = contents(err).value_or("");
+  if (!errors.empty()) seen += part("stderr", errors);
+  for (const std::string& name : header.files_to_show) {
+    seen += part(name, contents(folder.path() / name).value_or("(there is no such file)\n"));
+  }
+  if (seen.empty()) seen = "(said nothing)\n";
+  return seen +
+         (WIFEXITED(status) ? "exit " + std::to_string(WEXITSTATUS(status))
+                            : "killed by signal " + std::to_string(WTERMSIG(status))) +
+         '\n';
+}
+
+bool fail(const fs::path& path, const std::string& why) {
+  std::cout << "FAILED " << path.filename().string() << ": " << why << '\n';
+  return false;
+}
+
+void print_difference(const fs::path& golden, const std::string& seen) {
+  const TemporaryFolder folder;
+  write(folder.path() / "seen", seen);
+  const std::string command = "diff -u --label expected --label seen " + quoted(golden) + ' ' +
+                              quoted(folder.path() / "seen");
+  std::cout << std::flush;
+  if (WEXITSTATUS(std::system(command.c_str())) != 1) std::cout << seen;  // no diff at hand
+}
+
+bool check(const Setup& setup, const fs::path& script) {
+  const fs::path golden = fs::path(script).replace_extension(".golden");
+  const std::string seen = run_case(setup, script);
+  if (seen.starts_with("(said nothing)")) return fail(script, "it says nothing, so checks nothing");
+  if (setup.accept) {
+    write(golden, seen);
+    return true;
+  }
+  const std::optional<std::string> expected = contents(golden);
+  if (!expected) return fail(script, "there is no golden beside it");
+  if (*expected == seen) return true;
+  print_difference(golden, seen);
+  return fail(script, "differs from its golden");
+}
+
+std::vector<fs::path> files_with_extension(const fs::path& folder, std::string_view extension) {
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    if (entry.path().extension() == extension) files.push_back(entry.path());
+  }
+  std::ranges::sort(files);
+  return files;
+}
+
+int run(const Setup& setup) {
+  const std::vector<fs::path> scripts = files_with_extension(setup.folder, ".scr");
+  if (scripts.empty()) return fail(setup.folder, "it holds no script"), EXIT_FAILURE;
+  bool passed = true;
+  for (const fs::path& script : scripts)
+    passed = check(setup, script) && passed;
+  for (const fs::path& golden : files_with_extension(setup.folder, ".golden")) {
+    const bool has_script = fs::exists(fs::path(golden).replace_extension(".scr"));
+    if (!has_script) passed = fail(golden, "there is no script beside it");
+  }
+  std::cout << scripts.size() << (scripts.size() == 1 ? " script\n" : " scripts\n");
+  return passed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  Setup setup;
+  setup.accept = std::erase(arguments, "--accept") > 0;
+  if (arguments.size() != 3) {
+    std::cerr << "usage: transcript_runner [--accept] KORVEL SAMPLES FOLDER\n";
+    return 2;
+  }
+  try {
+    setup.korvel = fs::canonical(arguments[0]);
+    setup.samples = fs::canonical(arguments[1]);
+    setup.folder = fs::canonical(arguments[2]);
+    return run(setup);
+  } catch (const std::exception& error) {
+    std::cerr << "transcript_runner: " << error.what() << '\n';
+    return EXIT_FAILURE;
+  }
+}
