@@ -33,7 +33,8 @@ constexpr bool ranges_ascend() {
 static_assert(ranges_ascend(), "the binary search needs ranges in order that do not overlap");
 
 constexpr char32_t search_lower(char32_t code_point) {
-  const auto range = std::ranges::lower_bound(lower_ranges, code_point, {}, &LowerRange::last);
+  const auto* const range =
+      std::ranges::lower_bound(lower_ranges, code_point, {}, &LowerRange::last);
   if (range == lower_ranges.end() || code_point < range->first) return code_point;
   if ((code_point - range->first) % range->stride != 0) return code_point;
   return code_point + static_cast<char32_t>(range->delta);

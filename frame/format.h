@@ -20,7 +20,7 @@ concept FormatInteger = std::integral<T> && !std::same_as<T, bool> && !std::same
 // Appends the decimal digits of the number, after a minus sign if it is negative.
 template <FormatInteger Integer>
 void append_integer(Integer number, std::wstring& out) {
-  std::array<char, 20> digits;  // the longest are those of a 64-bit number
+  std::array<char, 20> digits{};  // the longest are those of a 64-bit number
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
   for (const char* digit = digits.data(); digit != end; ++digit) {
     out.push_back(static_cast<wchar_t>(*digit));

@@ -40,7 +40,7 @@ std::wstring decode_windows_1252(std::string_view bytes) {
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
     const bool is_special = byte >= 0x80 && byte <= 0x9F;
-    out.push_back(static_cast<wchar_t>(is_special ? windows_1252[byte - 0x80u] : byte));
+    out.push_back(static_cast<wchar_t>(is_special ? windows_1252[byte - 0x80U] : byte));
   }
   return out;
 }
@@ -269,7 +269,7 @@ std::optional<TextFileError> check_writable(const std::filesystem::path& target)
 
 std::wstring path_text(const std::filesystem::path& path) {
   const std::u8string utf8 = path.u8string();
-  return from_utf8({reinterpret_cast<const char*>(utf8.data()), utf8.size()});
+  return from_utf8(std::string(utf8.begin(), utf8.end()));
 }
 
 }  // namespace korvel

@@ -38,7 +38,7 @@ Utf8Step decode_step(std::string_view bytes, std::size_t at) {
   if (first < 0x80) return {first, 1, true};
   const Utf8Lead lead = lead_of(first);
   if (lead.length == 0) return {};
-  char32_t value = first & (0x7Fu >> lead.length);
+  char32_t value = first & (0x7FU >> lead.length);
   for (std::size_t i = 1; i < lead.length; ++i) {
     const unsigned min = i == 1 ? lead.second_min : 0x80;
     const unsigned max = i == 1 ? lead.second_max : 0xBF;

@@ -211,10 +211,11 @@ void append_fixed_text(double number, int decimals, std::wstring& out) {
     return;
   }
   // Sign, digits of the largest double, full stop, decimals.
-  std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + max_decimals> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
-                                 std::chars_format::fixed, std::clamp(decimals, 0, max_decimals))
-                       .ptr;
+  std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + max_decimals> digits{};
+  const char* const end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed,
+                    std::clamp(decimals, 0, max_decimals))
+          .ptr;
   for (const char* digit = digits.data(); digit != end; ++digit) {
     out.push_back(static_cast<wchar_t>(*digit));
   }

@@ -154,7 +154,7 @@ class Sampler {
     finish_part(spline.closed);
   }
 
-  std::size_t spare() const {
+  [[nodiscard]] std::size_t spare() const {
     return most_curve_points - std::min(most_curve_points, out_.points.size());
   }
 

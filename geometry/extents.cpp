@@ -38,7 +38,7 @@ class Box {
     box_.max.*axis.point = std::max(box_.max.*axis.point, value);
   }
 
-  bool holds(const Axis& axis, double value) const {
+  [[nodiscard]] bool holds(const Axis& axis, double value) const {
     return value >= box_.min.*axis.point && value <= box_.max.*axis.point;
   }
 
@@ -49,7 +49,7 @@ class Box {
     add(original.max + move);
   }
 
-  std::optional<Extents> extents() const {
+  [[nodiscard]] std::optional<Extents> extents() const {
     if (empty_ || !finite_ || !is_finite(box_.min) || !is_finite(box_.max)) return std::nullopt;
     return box_;
   }
@@ -93,7 +93,7 @@ class SpanSearch {
   SpanSearch(const SplineShape& spline, std::size_t span, const Axis& axis, double sign)
       : spline_(spline), span_(span), axis_(axis), sign_(sign) {}
 
-  double furthest() const {
+  [[nodiscard]] double furthest() const {
     const double low = spline_.knots[span_];
     const double high = spline_.knots[span_ + 1];
     // Enough steps that the coordinate has one peak about the best of them.
@@ -108,13 +108,13 @@ class SpanSearch {
   }
 
  private:
-  double reach(double parameter) const {
+  [[nodiscard]] double reach(double parameter) const {
     return sign_ * (spline_point(spline_, span_, parameter).*axis_.point);
   }
 
   // Each round drops a third of the interval. What fifty leave is so short that the curve's flat
   // top is level there to the last bit.
-  double peak(double low, double high) const {
+  [[nodiscard]] double peak(double low, double high) const {
     constexpr int rounds = 50;
     for (int i = 0; i < rounds; ++i) {
       const double third = (high - low) / 3;
@@ -136,13 +136,16 @@ class SpanSearch {
 // A span lies within the box of its control points, so most spans need no search.
 void add_span_extremes(Box& box, const SplineShape& spline, std::size_t span) {
   const auto last = spline.control_points.begin() + static_cast<std::ptrdiff_t>(span);
+  const auto first = last - spline.degree;
   for (const Axis& axis : axes) {
-    const auto [low, high] =
-        std::ranges::minmax(std::ranges::subrange(last - spline.degree, last + 1), {}, axis.point);
-    if (!box.holds(axis, low.*axis.point)) {
+    const auto less = [&axis](const Point3& a, const Point3& b) {
+      return a.*axis.point < b.*axis.point;
+    };
+    const auto [low, high] = std::minmax_element(first, last + 1, less);
+    if (!box.holds(axis, (*low).*axis.point)) {
       box.widen(axis, SpanSearch(spline, span, axis, -1).furthest());
     }
-    if (!box.holds(axis, high.*axis.point)) {
+    if (!box.holds(axis, (*high).*axis.point)) {
       box.widen(axis, SpanSearch(spline, span, axis, 1).furthest());
     }
   }

@@ -29,7 +29,7 @@ struct PlanBox {
     max = {std::max(max.x, point.x), std::max(max.y, point.y)};
   }
 
-  bool meets(const PlanBox& other, double gap) const {
+  [[nodiscard]] bool meets(const PlanBox& other, double gap) const {
     return min.x <= other.max.x + gap && other.min.x <= max.x + gap && min.y <= other.max.y + gap &&
            other.min.y <= max.y + gap;
   }
@@ -42,13 +42,15 @@ struct Segment {
   Point3 from;
   Point3 to;
 
-  PlanBox box() const {
+  [[nodiscard]] PlanBox box() const {
     PlanBox box;
     box.add(from);
     box.add(to);
     return box;
   }
-  double tolerance() const { return relative_tolerance * std::max(size_of(from), size_of(to)); }
+  [[nodiscard]] double tolerance() const {
+    return relative_tolerance * std::max(size_of(from), size_of(to));
+  }
 };
 
 bool boxes_meet(const Segment& a, const Segment& b) {

@@ -34,7 +34,7 @@ class LineSource {
   // No line will come any more, as far as can be told without waiting.
   [[nodiscard]] virtual bool at_end() { return false; }
   // Words to complete at the command prompt.
-  virtual void set_words(std::vector<std::wstring> /*words*/) {}
+  virtual void set_words(const std::vector<std::wstring>& /*words*/) {}
 };
 
 // The front end of the stand-alone host at a command line: prompts, forms and messages.

@@ -1,7 +1,6 @@
 #include "host/console/pick.h"
 
 #include <algorithm>
-#include <ranges>
 #include <unordered_set>
 
 #include "frame/case_mapping.h"
@@ -35,10 +34,10 @@ std::optional<EntityId> last_entity(const Drawing& drawing) {
     if (layer.frozen || layer.off) unseen.insert(layer.id);
   }
   const EntityList entities = drawing.entities(Space::Model);
-  for (const EntityId id : entities | std::views::reverse) {
-    if (!unseen.contains(drawing.layer_of(id))) return id;
-  }
-  return std::nullopt;
+  const auto newest = std::find_if(entities.rbegin(), entities.rend(), [&](EntityId id) {
+    return !unseen.contains(drawing.layer_of(id));
+  });
+  return newest == entities.rend() ? std::nullopt : std::optional(*newest);
 }
 
 std::optional<EntityId> entity_with_handle(const Drawing& drawing, std::wstring_view digits) {

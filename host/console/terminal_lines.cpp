@@ -81,7 +81,7 @@ TerminalLines& TerminalLines::of(EditLine* editor) {
   return *lines;
 }
 
-void TerminalLines::set_words(std::vector<std::wstring> words) {
+void TerminalLines::set_words(const std::vector<std::wstring>& words) {
   words_.clear();
   for (const std::wstring& word : words)
     words_.push_back(to_utf8(word));

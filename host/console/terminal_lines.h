@@ -18,7 +18,7 @@ class TerminalLines final : public LineSource {
 
   Read next(std::wstring_view prompt, std::wstring& line) override;
   [[nodiscard]] bool is_terminal() const override { return true; }
-  void set_words(std::vector<std::wstring> words) override;
+  void set_words(const std::vector<std::wstring>& words) override;
 
  private:
   static TerminalLines& of(EditLine* editor);

@@ -1,7 +1,6 @@
 #include "host/standalone/drawing.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "frame/case_mapping.h"
 #include "host/standalone/blank_drawing.h"
@@ -218,8 +217,8 @@ EntityId Drawing::current_layer() const {
 std::optional<std::wstring> Drawing::undo() {
   std::optional<Journal::Step> step = journal_.take_undo();
   if (!step) return std::nullopt;
-  for (Change& change : step->changes | std::views::reverse)
-    apply(change);
+  std::for_each(step->changes.rbegin(), step->changes.rend(),
+                [this](Change& change) { apply(change); });
   std::wstring name = step->name;
   journal_.undone(std::move(*step));
   return name;

@@ -1,6 +1,7 @@
 #include "host/standalone/file_save.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
@@ -44,6 +45,11 @@ bool write_all(int descriptor, std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
   return true;
+}
+
+std::uint64_t physical_memory() {
+  return static_cast<std::uint64_t>(::sysconf(_SC_PHYS_PAGES)) *
+         static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
 }
 
 // The size is a hint: it is 0 for pipes, and the file may grow meanwhile.
@@ -131,12 +137,15 @@ Result<std::string> read_file(const fs::path& path) {
     return failure(path, "cannot be opened", errno);
   }
   if (S_ISDIR(status.st_mode)) return Failure{path.string() + ": this is a directory, not a file"};
+  const auto size = static_cast<std::uint64_t>(status.st_size);
+  const Failure too_large{path.string() + ": the file is too large for this machine's memory"};
+  if (size > physical_memory()) return too_large;
   try {
     std::string bytes;
-    if (read_all(file.get(), static_cast<std::size_t>(status.st_size), bytes)) return bytes;
+    if (read_all(file.get(), static_cast<std::size_t>(size), bytes)) return bytes;
     return failure(path, "cannot be read", errno);
   } catch (const std::exception&) {  // out of memory, or longer than any text can be
-    return Failure{path.string() + ": the file is too large for this machine's memory"};
+    return too_large;
   }
 }
 

@@ -53,6 +53,7 @@ std::vector<std::wstring> names_in(std::wstring_view list) {
 std::vector<Layer> layers_named(ConsoleHost& host, std::wstring_view list) {
   const std::vector<std::wstring> names = names_in(list);
   std::vector<std::wstring> patterns;
+  patterns.reserve(names.size());
   for (const std::wstring& name : names)
     patterns.push_back(lower(name));
   std::vector<Layer> found;
