@@ -33,8 +33,8 @@ struct FormReply {
   std::wstring text;
 };
 
-// Does to the dialog what the line says.
-[[nodiscard]] FormReply apply_line(Dialog& dialog, std::wstring_view line);
+// Does to the dialog what the typed line says.
+[[nodiscard]] FormReply apply_line(Dialog& dialog, std::wstring_view typed);
 
 // Esc: presses the dialog's button for it, if there is one.
 void cancel(Dialog& dialog);

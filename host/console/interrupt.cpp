@@ -13,12 +13,15 @@
 namespace korvel::interrupt {
 namespace {
 
+// A signal handler can reach nothing but globals.
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
 std::atomic<bool> pressed = false;
 std::atomic<bool> at_prompt = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "both are used in the signal handler");
 
 // Written by the handler, so that a key pressed just before the waiting began ends the waiting.
 std::array<int, 2> wake_pipe = {-1, -1};
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 // Files are written under another name and renamed, so leaving at any moment is safe.
 void on_signal(int) {
@@ -30,7 +33,7 @@ void on_signal(int) {
 }
 
 void drain() {
-  std::array<char, 64> bytes;
+  std::array<char, 64> bytes{};
   while (read(wake_pipe[0], bytes.data(), bytes.size()) > 0) {
   }
 }

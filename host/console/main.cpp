@@ -1,6 +1,7 @@
 // korvel: the stand-alone host at a command line.
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <memory>
 #include <new>
@@ -147,7 +148,7 @@ int run_console(const Options& options) {
 
 int run(int argc, char** argv) {
   const std::variant<Options, int> read = read_options(argc, argv);
-  if (const int* const status = std::get_if<int>(&read)) return *status;
+  if (const auto* const status = std::get_if<int>(&read)) return *status;
   const Options& options = std::get<Options>(read);
   if (!options.list_commands) return run_console(options);
   write_output(command_list());
@@ -159,9 +160,12 @@ bool output_was_written() { return std::fflush(stdout) == 0 && std::ferror(stdou
 }  // namespace
 }  // namespace korvel
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   const int status = korvel::run(argc, argv);
   if (korvel::output_was_written()) return status;
   korvel::complain("standard output could not be written");
+  return korvel::exit_status::output_not_written;
+} catch (const std::exception& error) {  // out of memory, at last
+  (void)std::fprintf(stderr, "korvel: %s\n", error.what());
   return korvel::exit_status::output_not_written;
 }

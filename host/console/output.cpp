@@ -9,15 +9,15 @@ namespace korvel {
 
 void write_output(std::wstring_view text) {
   const std::string bytes = to_utf8(text);
-  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+  (void)std::fwrite(bytes.data(), 1, bytes.size(), stdout);  // judged when the program ends
 }
 
-void flush_output() { std::fflush(stdout); }
+void flush_output() { (void)std::fflush(stdout); }
 
 void complain(std::string_view sentence) {
   flush_output();
   const std::string line = "korvel: " + std::string(sentence) + "\n";
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  (void)std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 }  // namespace korvel

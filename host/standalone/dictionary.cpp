@@ -18,13 +18,16 @@ template <class Visit>
 void for_each_entry(const dxf::Document& document, std::string_view dictionary, Visit visit) {
   dxf::GroupReader reader(dictionary, document.manner().framing);
   dxf::Group key;
-  dxf::Group value;
-  bool marked = false;
-  while (reader.next(key)) {
-    if (key.code == 100) marked = true;
-    if (!marked || key.code != 3) continue;
-    if (!reader.next(value)) return;
-    if ((value.code == 350 || value.code == 360) && !visit(key, value)) return;
+  dxf::Group group;
+  bool has_key = false;
+  while (reader.next(group)) {
+    if (group.code == 3) {
+      key = group;
+      has_key = true;
+    } else if (has_key && (group.code == 350 || group.code == 360)) {
+      if (!visit(key, group)) return;
+      has_key = false;
+    }
   }
 }
 
@@ -57,6 +60,17 @@ std::string with_entry(const dxf::Document& document, std::string_view dictionar
   constexpr int hard_owner_flag = 280;
   constexpr int soft_entry = 350;
   constexpr int hard_entry = 360;
+  // An entry of the key that leads to nothing makes way.
+  std::optional<std::string> exchanged;
+  for_each_entry(document, dictionary, [&](const dxf::Group& key, const dxf::Group& value) {
+    if (!equal_ignoring_case(key.value, entry.key)) return true;
+    std::string fresh;
+    dxf::GroupWriter(document.manner(), document.codec(), fresh).handle(value.code, entry.handle);
+    exchanged = std::string(dictionary).replace(value.begin, value.end - value.begin, fresh);
+    return false;
+  });
+  if (exchanged) return *exchanged;
+
   dxf::GroupReader reader(dictionary, document.manner().framing);
   dxf::Group group;
   std::size_t place = dictionary.size();

@@ -24,7 +24,8 @@ struct DictionaryEntry {
                                                         dxf::ItemIndex dictionary,
                                                         std::string_view key);
 
-// The bytes of a dictionary with an entry more, behind those it has.
+// The bytes of a dictionary with an entry more, behind those it has; one of the same key is
+// replaced.
 [[nodiscard]] std::string with_entry(const dxf::Document& document, std::string_view dictionary,
                                      const DictionaryEntry& entry);
 

@@ -93,20 +93,27 @@ bool Drawing::erase(EntityId id) {
   return true;
 }
 
-// Extension dictionaries and what they own, and what those own; loops end at what was visited.
+// Extension dictionaries and what they own, and what those own; loops end at what was visited, and
+// what says that it has another owner stays.
 void Drawing::erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) {
-  std::vector<std::uint64_t> pending{handle};
+  struct Owned {
+    std::uint64_t handle;
+    std::uint64_t owner;
+  };
+  std::vector<Owned> pending{{handle, 0}};
   while (!pending.empty()) {
-    const std::uint64_t next = pending.back();
+    const auto [next, owner] = pending.back();
     pending.pop_back();
     const std::optional<dxf::ItemIndex> item = document_.by_handle(next);
     if (!item || document_.item(*item).section != dxf::Section::Objects) continue;
     if (*item == definition_items_.root || *item == definition_items_.dictionary) continue;
+    const std::uint64_t said_owner = document_.facts_of(*item).owner;
+    if (owner != 0 && said_owner != 0 && said_owner != owner) continue;
     if (!visited.insert(next).second) continue;
     dxf::GroupReader reader = document_.groups(*item);
     dxf::Group group;
     while (reader.next(group)) {
-      if (owns(group.code)) pending.push_back(group.handle());
+      if (owns(group.code)) pending.push_back({group.handle(), next});
     }
     erase_item(*item);
   }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -61,6 +62,7 @@ bool read_all(int descriptor, std::size_t size, std::string& bytes) {
     if (filled == bytes.size()) bytes.resize(bytes.size() + bytes.size() / 2);
     const ssize_t got = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
     if (got < 0 && errno == EINTR) continue;
+    if (filled > physical_memory()) throw std::bad_alloc();
     if (got <= 0) {
       bytes.resize(filled);
       return got == 0;
@@ -137,6 +139,9 @@ Result<std::string> read_file(const fs::path& path) {
     return failure(path, "cannot be opened", errno);
   }
   if (S_ISDIR(status.st_mode)) return Failure{path.string() + ": this is a directory, not a file"};
+  if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) {  // devices need not end
+    return Failure{path.string() + ": this is a device, not a file"};
+  }
   const auto size = static_cast<std::uint64_t>(status.st_size);
   const Failure too_large{path.string() + ": the file is too large for this machine's memory"};
   if (size > physical_memory()) return too_large;

@@ -36,6 +36,15 @@ bool read_integer(const dxf::Group& group, std::int32_t& number) {
 
 }  // namespace
 
+bool has_data_part(const dxf::Document& document, dxf::ItemIndex record) {
+  dxf::GroupReader reader = document.groups(record);
+  dxf::Group group;
+  while (reader.next(group)) {
+    if (group.code == 100 && group.value == "AcDbXrecord") return true;
+  }
+  return false;
+}
+
 bool skip_to_data(dxf::GroupReader& reader, dxf::Group& group, const dxf::Document& document) {
   while (reader.next(group)) {
     if (group.code != 100 || group.value != "AcDbXrecord") continue;

@@ -38,6 +38,9 @@ inline constexpr int text_piece_code = 3;
 inline constexpr int text_code = 1;
 inline constexpr int format_version = 1;
 
+// False for an XRECORD without the marker behind which its data begin: it can hold none.
+[[nodiscard]] bool has_data_part(const dxf::Document& document, dxf::ItemIndex record);
+
 // Stands before the data of an XRECORD: skips its head and returns the first group of the data in
 // `group`; false when there are none.
 [[nodiscard]] bool skip_to_data(dxf::GroupReader& reader, dxf::Group& group,

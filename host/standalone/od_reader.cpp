@@ -24,7 +24,9 @@ void OdReader::read_definitions() {
   const dxf::Document& document = drawing_.document_;
   const auto entry = find_entry(document, items.root, od_format::definitions_key);
   const auto dictionary = entry ? document.by_handle(entry->handle) : std::nullopt;
-  if (!dictionary || document.type_of(*dictionary) != "DICTIONARY") return;
+  const bool usable = dictionary && document.type_of(*dictionary) == "DICTIONARY" &&
+                      document.item(*dictionary).section == dxf::Section::Objects;
+  if (!usable) return;
   items.dictionary = *dictionary;
 
   for (const DictionaryEntry& table : entries_of(document, *dictionary)) {
@@ -98,6 +100,7 @@ bool OdReader::read_records(std::uint32_t entity, dxf::ItemIndex record) {
   dxf::GroupReader reader = document.groups(record);
   dxf::Group group;
   bool more = od_format::skip_to_data(reader, group, document);
+  if (!more && !od_format::has_data_part(document, record)) return false;
   while (more) {
     const auto table =
         group.code == od_format::table_code ? table_named(group.value) : std::nullopt;

@@ -87,19 +87,10 @@ void OdWriting::plan_definitions() {
   }
   if (!has_dictionary && !new_definitions_.empty()) {
     if (items.new_dictionary == 0) items.new_dictionary = drawing_.document_.new_handle();
-    definitions_.emplace(items.root, root_with_dictionary());
+    definitions_.emplace(
+        items.root, with_entry(document_, document_.bytes(items.root),
+                               {std::string(od_format::definitions_key), items.new_dictionary}));
   }
-}
-
-// An entry that leads to nothing makes way.
-std::string OdWriting::root_with_dictionary() const {
-  const OdDefinitionItems& items = drawing_.definition_items_;
-  std::string root(document_.bytes(items.root));
-  if (const auto stale = find_entry(document_, items.root, od_format::definitions_key)) {
-    root = without_entries(document_, root, {stale->handle});
-  }
-  return with_entry(document_, root,
-                    {std::string(od_format::definitions_key), items.new_dictionary});
 }
 
 void OdWriting::append_entries(std::string& dictionary) const {
@@ -133,11 +124,11 @@ bool OdWriting::concerns(dxf::ItemIndex item) const {
   if (!anything_) return false;
   const std::uint32_t slot = document_.item(item).slot;
   const dxf::Section section = document_.item(item).section;
-  if (section == dxf::Section::Entities || section == dxf::Section::Blocks ||
-      (section == dxf::Section::Objects && slot != dxf::no_index)) {
-    return slot != dxf::no_index && drawing_.od_.touched(slot) && is_live(slot);
+  // In TABLES a slot is a layer's.
+  if (slot != dxf::no_index && section != dxf::Section::Tables) {
+    return drawing_.od_.touched(slot) && is_live(slot);
   }
-  return definitions_.contains(item);
+  return section == dxf::Section::Objects && definitions_.contains(item);
 }
 
 void OdWriting::substitute(dxf::ItemIndex item, std::string& out) const {
@@ -169,7 +160,8 @@ void OdWriting::substitute_entity(std::uint32_t entity, std::string& out) const 
   dxf::Group group;
   std::size_t place = 0;
   std::size_t end = 0;
-  while (reader.next(group) && group.code != 100) {
+  (void)reader.next(group);
+  while (reader.next(group) && group.code != 100 && group.code != 0) {
     if (group.code == handle_code && place == 0) place = end = group.end;
     if (group.code != 102 || group.value != "{ACAD_XDICTIONARY") continue;
     place = end = group.begin;  // a reference to no dictionary makes way

@@ -35,7 +35,6 @@ class OdWriting final : public dxf::Document::Substitutions {
   void substitute_dictionary(std::uint32_t entity, std::string& out) const;
   void append_new_objects(std::uint32_t entity, std::string& out) const;
   void append_new_definitions(std::string& out) const;
-  [[nodiscard]] std::string root_with_dictionary() const;
   void append_entries(std::string& dictionary) const;
   // The bytes of an XRECORD in the file up to its data.
   [[nodiscard]] std::string_view head_of(dxf::ItemIndex record) const;

@@ -123,7 +123,7 @@ void set_variable(ConsoleHost& host) {
       return;
     }
     const auto value = value_of(host.drawing(), *name);
-    const auto known = std::ranges::find_if(variables, [&name](const Variable& variable) {
+    const auto* const known = std::ranges::find_if(variables, [&name](const Variable& variable) {
       return equal_ignoring_case(variable.name, *name);
     });
     if (value && known != variables.end()) {

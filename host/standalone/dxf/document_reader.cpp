@@ -172,7 +172,7 @@ std::optional<Failure> DocumentReader::begin_item(const Group& group) {
     return fail_at(group.begin, "the file ends inside a section, it was cut short");
   }
   if (type == "ENDSEC") {
-    document_.section_ends_.emplace(section_, static_cast<ItemIndex>(document_.items_.size()));
+    document_.section_ends_[section_] = static_cast<ItemIndex>(document_.items_.size());
     section_ = Section::Outside;
   } else if (type == "ENDTAB" && !table_.empty()) {
     document_.table_ends_.emplace(std::string(table_),

@@ -1,5 +1,6 @@
 #include "host/standalone/dxf/group_writer.h"
 
+#include <cmath>
 #include <cstring>
 
 #include "host/standalone/dxf/number_text.h"
@@ -96,6 +97,7 @@ void GroupWriter::real(int group_code, double value) {
     return;
   }
   code(group_code);
+  if (!std::isfinite(value)) value = 0;  // as in ASCII, which has no such numbers
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof bits);
   bytes_of(bits, sizeof bits);
