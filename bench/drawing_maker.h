@@ -1,0 +1,23 @@
+// Large drawings for measurements, written as text without a drawing in memory.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+namespace korvel::bench {
+
+struct DrawingSize {
+  std::uint64_t entities = 100'000;
+  std::uint64_t vertices = 8;  // of a polyline; at least 2
+  double records = 1.5;        // an entity, on the average
+  std::uint64_t seed = 1;
+};
+
+// Writes an ASCII R2018 drawing, in pieces and in order. Half of the entities are lightweight
+// polylines, a quarter lines, a quarter points, on ten layers. The first record of an entity is of
+// the table Roads (LANES Integer, WIDTH Real, NAME Character), every further one of the table
+// Surveys (YEAR Integer, NOTE Character). The same size gives the same bytes.
+void make_drawing(const DrawingSize& size, const std::function<void(std::string_view)>& sink);
+
+}  // namespace korvel::bench

@@ -1,0 +1,95 @@
+// Any bytes as a drawing: reading ends with a drawing or a message, everything in it can be asked,
+// an untouched drawing is written back byte for byte, and undoing leaves no trace.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "host/standalone/drawing.h"
+#include "host/standalone/drawing_dump.h"
+#include "host/standalone/standalone_store.h"
+
+namespace korvel {
+namespace {
+
+void expect(bool holds, const char* what) {
+  if (holds) return;
+  std::fprintf(stderr, "fuzz_drawing: %s\n", what);
+  std::abort();
+}
+
+void ask_everything(const Drawing& drawing) {
+  for (const Space space : {Space::Model, Space::Paper, Space::Block}) {
+    for (const EntityId id : drawing.entities(space)) {
+      if (const std::optional<Extents> box = drawing.extents_of(id)) {
+        expect(box->min.x <= box->max.x && box->min.y <= box->max.y && box->min.z <= box->max.z,
+               "extents that are inside out");
+      }
+    }
+  }
+  // The dump asks for the geometry, properties, attributes and records of every entity.
+  dump(drawing, [](std::wstring_view) {});
+}
+
+std::size_t count_records(Drawing& drawing) {
+  std::size_t records = 0;
+  for (const Space space : {Space::Model, Space::Paper, Space::Block}) {
+    for (const EntityId id : drawing.entities(space)) {
+      records += drawing.od().records_of(Drawing::index_of(id)).count;
+    }
+  }
+  return records;
+}
+
+// Attaches a record to the first entities and erases the last, in one step.
+void edit(Drawing& drawing) {
+  StandaloneStore store(drawing);
+  const ODTableDef table{L"Fuzz table",
+                         {{L"TEXT", ODType::Character, std::wstring(L"^\n\u4E2D")},
+                          {L"AT", ODType::Point, Point3{1, 2, 3}}}};
+  (void)store.define_table(table);
+  const EntityList entities = drawing.entities(Space::Model);
+  constexpr std::size_t carriers = 4;
+  for (std::size_t i = 0; i < std::min(carriers, entities.size()); ++i) {
+    (void)store.attach(entities[i], default_record(table));
+  }
+  if (entities.size() > carriers) (void)drawing.erase(entities.back());
+}
+
+}  // namespace
+}  // namespace korvel
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace korvel;
+  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  const Result<std::unique_ptr<Drawing>> read = Drawing::read(bytes, "fuzz.dxf");
+  if (!read) {
+    expect(!read.reason().empty(), "a failure without a reason");
+    return 0;
+  }
+  Drawing& drawing = **read;
+  ask_everything(drawing);
+  expect(drawing.to_bytes() == bytes, "an untouched drawing is not written back as it was");
+
+  drawing.journal().open();
+  edit(drawing);
+  (void)drawing.add_entity({LineShape{{0, 0, 0}, {1, 1, 1}}, 0}, {});
+  drawing.journal().close();
+  const std::string edited = drawing.to_bytes();
+  const std::size_t records = count_records(drawing);
+  const Result<std::unique_ptr<Drawing>> reread = Drawing::read(edited, "edited.dxf");
+  expect(static_cast<bool>(reread), "an edited drawing cannot be opened again");
+  expect((*reread)->to_bytes() == edited, "an edited drawing is not written back as it was");
+  // A file that uses a handle twice does not say which of the two a dictionary means.
+  const bool sound = drawing.document().duplicate_handle().empty();
+  expect(!sound || count_records(**reread) == records, "saving lost records");
+
+  const std::unique_ptr<Drawing> untouched = std::move(*Drawing::read(bytes, "fuzz.dxf"));
+  untouched->journal().open();
+  edit(*untouched);
+  untouched->journal().close();
+  (void)untouched->undo();
+  expect(untouched->to_bytes() == bytes, "undoing left a trace");
+  return 0;
+}
