@@ -145,6 +145,8 @@ class TracingRecordIterator final : public ForwardingRecordIterator {
  public:
   TracingRecordIterator(std::unique_ptr<RecordIterator> target, const TraceSink& sink)
       : ForwardingRecordIterator(std::move(target)), sink_(sink) {}
+  TracingRecordIterator(const TracingRecordIterator&) = delete;
+  TracingRecordIterator& operator=(const TracingRecordIterator&) = delete;
   ~TracingRecordIterator() override { TraceLine(L"  end").ends(sink_); }
 
   bool open(EntityId entity, OpenMode mode) override {

@@ -12,7 +12,9 @@ namespace {
 constexpr int bar_width = 30;
 constexpr std::string_view erase_line = "\r\033[K";
 
-void write_error(std::string_view bytes) { std::fwrite(bytes.data(), 1, bytes.size(), stderr); }
+void write_error(std::string_view bytes) {
+  (void)std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+}
 
 }  // namespace
 

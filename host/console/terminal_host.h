@@ -46,9 +46,9 @@ class TerminalHost final : public ConsoleHost {
   [[nodiscard]] Answer<Point3> ask_point(std::wstring_view prompt) override;
   [[nodiscard]] std::optional<EntityId> ask_entity(std::wstring_view prompt) override;
   [[nodiscard]] bool show(Dialog& dialog) override;
-  [[nodiscard]] bool ask_yes_no(std::wstring_view caption, std::wstring_view text,
+  [[nodiscard]] bool ask_yes_no(std::wstring_view caption, std::wstring_view question,
                                 BoxIcon icon) override;
-  void show_text(std::wstring_view title, std::wstring_view text, int width, int height) override;
+  void show_text(std::wstring_view title, std::wstring_view body, int width, int height) override;
   [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_open(
       const FileQuestion& question) override;
   [[nodiscard]] std::optional<std::filesystem::path> choose_file_to_save(

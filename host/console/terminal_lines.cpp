@@ -25,8 +25,8 @@ constexpr char escape_mark = '\1';
 
 // The line editor writes what is typed in the locale's encoding, and the console speaks UTF-8.
 void use_utf8() {
-  std::setlocale(LC_CTYPE, "");
-  if (std::string_view(nl_langinfo(CODESET)) != "UTF-8") std::setlocale(LC_CTYPE, "C.UTF-8");
+  (void)std::setlocale(LC_CTYPE, "");
+  if (std::string_view(nl_langinfo(CODESET)) != "UTF-8") (void)std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
 std::size_t bytes_led_by(unsigned char lead) {

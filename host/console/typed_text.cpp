@@ -1,5 +1,6 @@
 #include "host/console/typed_text.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -126,7 +127,7 @@ bool begins_with(std::wstring_view text, std::wstring_view beginning) {
 }
 
 std::optional<Point3> point_of(std::wstring_view text) {
-  double coordinates[3] = {};
+  std::array<double, 3> coordinates{};
   for (std::size_t count = 0; count < 3; ++count) {
     const std::wstring_view part = text.substr(0, text.find(L','));
     const std::optional<double> number = number_of<double>(part);

@@ -61,9 +61,9 @@ void append_number(double number, std::wstring& out) {
   const double size = std::abs(number);
   const bool plain = size == 0 || (size >= least_plain && size < most_plain);
   std::array<char, 64> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), number,
-                                 plain ? std::chars_format::fixed : std::chars_format::scientific)
-                       .ptr;
+  char* const end = std::to_chars(text.data(), text.data() + text.size(), number,
+                                  plain ? std::chars_format::fixed : std::chars_format::scientific)
+                        .ptr;
   out.append(text.data(), end);
 }
 

@@ -19,7 +19,7 @@ constexpr std::array<int, 14> common_order{67,  8,   6,   62,  440, 48,  60,
 
 // Place in that order, from 1; 0 for the groups in front of them.
 std::size_t rank_of(int code) {
-  const auto place = std::ranges::find(common_order, code);
+  const auto* const place = std::ranges::find(common_order, code);
   return place == common_order.end() ? 0
                                      : static_cast<std::size_t>(place - common_order.begin()) + 1;
 }

@@ -42,8 +42,8 @@ class Corners {
     return false;
   }
 
-  std::vector<Point3> in_order(const std::array<std::size_t, 4>& order,
-                               const PlaneToWorld& world) const {
+  [[nodiscard]] std::vector<Point3> in_order(const std::array<std::size_t, 4>& order,
+                                             const PlaneToWorld& world) const {
     const bool is_triangle = !has_fourth_ || corners_[3] == corners_[2];
     std::vector<Point3> points;
     points.reserve(corners_.size());

@@ -35,6 +35,7 @@ class EntityWriter {
 
   EntityWriter(const EntityWriter&) = delete;
   EntityWriter& operator=(const EntityWriter&) = delete;
+  ~EntityWriter() = default;
 
   // False when no entity type suits the shape.
   bool write(const EntityGeometry& geometry) {

@@ -164,7 +164,7 @@ void OdWriting::substitute_entity(std::uint32_t entity, std::string& out) const 
   while (reader.next(group) && group.code != 100 && group.code != 0) {
     if (group.code == handle_code && place == 0) place = end = group.end;
     if (group.code != 102 || group.value != "{ACAD_XDICTIONARY") continue;
-    place = end = group.begin;  // a reference to no dictionary makes way
+    place = group.begin;  // a reference to no dictionary makes way
     while (reader.next(group) && group.code != 102) {
     }
     end = group.end;

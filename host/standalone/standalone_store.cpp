@@ -53,6 +53,8 @@ class StandaloneStore::Iterator final : public RecordIterator {
       : store_(store), drawing_(store.drawing_), od_(store.drawing_.od()) {
     store_.iterators_.push_back(this);
   }
+  Iterator(const Iterator&) = delete;
+  Iterator& operator=(const Iterator&) = delete;
   ~Iterator() override { std::erase(store_.iterators_, this); }
 
   bool open(EntityId entity, OpenMode mode) override {

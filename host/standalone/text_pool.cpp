@@ -6,7 +6,7 @@
 namespace korvel {
 namespace {
 
-constexpr std::size_t block_size = 64 * 1024;  // characters
+constexpr std::size_t block_size = std::size_t{64} * 1024;  // characters
 
 }  // namespace
 

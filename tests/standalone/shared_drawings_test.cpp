@@ -1,9 +1,7 @@
 // Drawings that CAD programs wrote, where a folder of them is at hand: kept byte for byte, and
 // object data put into them and taken out again.
 //
-// The folder is KORVEL_SHARED_DRAWINGS, else ../shared/drawings beside the sources. With
-// KORVEL_SAVED_DRAWINGS set to a folder, the drawings with records are left there for other
-// programs to judge.
+// The folder is KORVEL_SHARED_DRAWINGS, else ../shared/drawings beside the sources.
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -29,11 +27,6 @@ std::vector<fs::path> shared_drawings() {
   }
   std::sort(drawings.begin(), drawings.end());
   return drawings;
-}
-
-fs::path saved_as(const fs::path& drawing) {
-  const char* const given = std::getenv("KORVEL_SAVED_DRAWINGS");
-  return fs::path(given != nullptr ? given : testing::TempDir()) / drawing.filename();
 }
 
 std::vector<std::wstring> lines_of(const Drawing& drawing) {
@@ -87,7 +80,7 @@ TEST_F(SharedDrawings, CarryObjectDataAndLoseThemAgain) {
     drawing->journal().close();
     ASSERT_EQ(attached.size(), std::min<std::size_t>(4, drawing->entities(Space::Model).size()));
 
-    const fs::path saved = saved_as(path);
+    const fs::path saved = fs::path(testing::TempDir()) / path.filename();
     const std::optional<Failure> failed = drawing->save(saved);
     ASSERT_FALSE(failed) << failed->reason;
     const auto reopened = Drawing::open(saved);
@@ -113,7 +106,7 @@ TEST_F(SharedDrawings, CarryObjectDataAndLoseThemAgain) {
     ASSERT_TRUE(untouched->undo());
     ASSERT_TRUE(untouched->undo());
     EXPECT_TRUE(untouched->to_bytes() == file);
-    if (std::getenv("KORVEL_SAVED_DRAWINGS") == nullptr) fs::remove(saved);
+    fs::remove(saved);
     ++carriers;
   }
   EXPECT_GT(carriers, 0U);

@@ -95,7 +95,7 @@ std::size_t escape_look(std::wstring_view text) {
 }
 
 void append_unicode_escape(char32_t unit, std::string& out) {
-  constexpr char digits[] = "0123456789ABCDEF";
+  constexpr std::string_view digits = "0123456789ABCDEF";
   out += "\\U+";
   for (int shift = 12; shift >= 0; shift -= 4)
     out += digits[(unit >> shift) & 0xF];
@@ -210,6 +210,7 @@ class Converter {
 
  private:
   [[nodiscard]] bool is_open() const {
+    // What iconv_open answers when it knows no such page.  NOLINTNEXTLINE
     return handle_ != reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1));
   }
 
@@ -444,14 +445,14 @@ std::string TextCodec::encode(std::wstring_view text) const {
 std::size_t TextCodec::append_letter(std::wstring_view text, std::string& out) const {
   const char32_t unit = unit_at(text, 0);
   if (unit < 0x80) {
-    if (unit == '\\' && escape_look(text) > 0) {
+    const bool looks_like_escape = unit == '\\' && escape_look(text) > 0;
+    const bool ends_strings = unit == 0 && !caret_escapes_;
+    if (looks_like_escape || ends_strings) {
       append_unicode_escape(unit, out);
     } else if (unit == '^' && caret_escapes_) {
       out += "^ ";
     } else if (unit < ' ' && caret_escapes_) {
       out += {'^', static_cast<char>(unit + '@')};
-    } else if (unit == 0) {
-      append_unicode_escape(unit, out);
     } else {
       out += static_cast<char>(unit);
     }
