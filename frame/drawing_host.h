@@ -136,6 +136,10 @@ class DrawingHost {
   virtual void move_progress(std::int64_t position) = 0;
   virtual void end_progress() = 0;
 
+  // Whether the user pressed Esc since the last prompt was answered; a command that works long asks
+  // now and then, and ends as if it had been cancelled. A host that cannot tell answers false.
+  [[nodiscard]] virtual bool interrupted() { return false; }
+
   // --- Document -------------------------------------------------------------------------------
 
   // The pair brackets every change of entities and object data. In the stand-alone host what is

@@ -146,6 +146,7 @@ class ForwardingHost : public DrawingHost {
   }
   void move_progress(std::int64_t position) override { target_.move_progress(position); }
   void end_progress() override { target_.end_progress(); }
+  [[nodiscard]] bool interrupted() override { return target_.interrupted(); }
 
   void lock() override { target_.lock(); }
   void unlock() override { target_.unlock(); }

@@ -28,7 +28,8 @@ enum class OpenMode { Read, Write };
 // attached, whatever their tables.
 //
 // No record may be added to an entity while an iterator stands on it: read first, let the iterator
-// go elsewhere or end, then attach.
+// go elsewhere or end, then attach. When records of the entity are removed by other means (another
+// iterator, the deletion of their table), the iterator stands on nothing until start() or open().
 class RecordIterator {
  public:
   RecordIterator() = default;

@@ -254,12 +254,11 @@ std::optional<TextFileError> check_writable(const std::filesystem::path& target)
   std::error_code code;
   const fs::file_status status = fs::status(file, code);
   if (fs::is_directory(status)) return cannot_write(target, L"it is a folder");
+  // Opening a pipe would wait for its reader.
+  if (fs::exists(status) && !fs::is_regular_file(status)) return std::nullopt;
   errno = 0;
-  if (fs::exists(status)) {
-    if (!std::ofstream(file, std::ios::binary | std::ios::app)) {
-      return cannot_write(target, last_reason());
-    }
-    if (!fs::is_regular_file(status)) return std::nullopt;
+  if (fs::exists(status) && !std::ofstream(file, std::ios::binary | std::ios::app)) {
+    return cannot_write(target, last_reason());
   }
   const fs::path trial = temporary_beside(file);
   if (!std::ofstream(trial, std::ios::binary)) return cannot_write(target, last_reason());

@@ -33,21 +33,20 @@ void for_each_entry(const dxf::Document& document, std::string_view dictionary, 
 
 }  // namespace
 
-std::vector<DictionaryEntry> entries_of(const dxf::Document& document, dxf::ItemIndex dictionary) {
+std::vector<DictionaryEntry> entries_of(const dxf::Document& document,
+                                        std::string_view dictionary) {
   std::vector<DictionaryEntry> entries;
-  const std::string_view bytes = document.bytes(dictionary);
-  for_each_entry(document, bytes, [&entries](const dxf::Group& key, const dxf::Group& value) {
+  for_each_entry(document, dictionary, [&entries](const dxf::Group& key, const dxf::Group& value) {
     entries.push_back({std::string(key.value), value.handle()});
     return true;
   });
   return entries;
 }
 
-std::optional<DictionaryEntry> find_entry(const dxf::Document& document, dxf::ItemIndex dictionary,
-                                          std::string_view key) {
+std::optional<DictionaryEntry> find_entry(const dxf::Document& document,
+                                          std::string_view dictionary, std::string_view key) {
   std::optional<DictionaryEntry> found;
-  const std::string_view bytes = document.bytes(dictionary);
-  for_each_entry(document, bytes, [&](const dxf::Group& entry, const dxf::Group& value) {
+  for_each_entry(document, dictionary, [&](const dxf::Group& entry, const dxf::Group& value) {
     if (!equal_ignoring_case(entry.value, key)) return true;
     found = {std::string(entry.value), value.handle()};
     return false;
@@ -88,6 +87,19 @@ std::string with_entry(const dxf::Document& document, std::string_view dictionar
   writer.raw(3, entry.key);
   writer.handle(entry_code, entry.handle);
   return std::string(dictionary).insert(place, added);
+}
+
+std::string with_key(const dxf::Document& document, std::string_view dictionary,
+                     const DictionaryEntry& entry) {
+  std::string renamed(dictionary);
+  for_each_entry(document, dictionary, [&](const dxf::Group& key, const dxf::Group& value) {
+    if (value.handle() != entry.handle) return true;
+    std::string fresh;
+    dxf::GroupWriter(document.manner(), document.codec(), fresh).raw(key.code, entry.key);
+    renamed.replace(key.begin, key.end - key.begin, fresh);
+    return false;
+  });
+  return renamed;
 }
 
 std::string without_entries(const dxf::Document& document, std::string_view dictionary,

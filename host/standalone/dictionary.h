@@ -15,19 +15,25 @@ struct DictionaryEntry {
   std::uint64_t handle = 0;
 };
 
+// All of these take the bytes of a dictionary.
+
 // In the order of the file.
 [[nodiscard]] std::vector<DictionaryEntry> entries_of(const dxf::Document& document,
-                                                      dxf::ItemIndex dictionary);
+                                                      std::string_view dictionary);
 
 // Keys compare without case.
 [[nodiscard]] std::optional<DictionaryEntry> find_entry(const dxf::Document& document,
-                                                        dxf::ItemIndex dictionary,
+                                                        std::string_view dictionary,
                                                         std::string_view key);
 
 // The bytes of a dictionary with an entry more, behind those it has; one of the same key is
 // replaced.
 [[nodiscard]] std::string with_entry(const dxf::Document& document, std::string_view dictionary,
                                      const DictionaryEntry& entry);
+
+// The bytes with another key for the entry of this handle.
+[[nodiscard]] std::string with_key(const dxf::Document& document, std::string_view dictionary,
+                                   const DictionaryEntry& entry);
 
 // The bytes without the entries of these handles.
 [[nodiscard]] std::string without_entries(const dxf::Document& document,

@@ -63,7 +63,8 @@ std::string Drawing::to_bytes() {
 }
 
 bool Drawing::changed() const {
-  return journal_.state() != saved_state_ || document_.header_span().offset != saved_header_.offset;
+  return journal_.state() != saved_state_ ||
+         document_.bytes(document_.header_span()) != document_.bytes(saved_header_);
 }
 
 std::optional<std::string> Drawing::why_no_object_data() const {
@@ -166,28 +167,27 @@ std::vector<AttributeText> Drawing::attributes_of(EntityId id) const {
 
 // --- Layers -------------------------------------------------------------------------------------
 
+// An entity without the name of a layer is on "0".
 std::uint32_t Drawing::layer_index(std::wstring_view name) {
+  if (name.empty()) name = L"0";
   const auto [found, is_new] =
       layers_by_name_.try_emplace(lower(name), static_cast<std::uint32_t>(layers_.size()));
   if (is_new) {
     layers_.push_back({{layer_mark | layers_.size()}, std::wstring(name)});
     layer_items_.push_back(dxf::no_index);
-    named_by_entity_.push_back(false);
+    entities_on_.push_back(0);
   }
   return found->second;
 }
 
-// An entity without the name of a layer is on "0".
-std::uint32_t Drawing::layer_of_entity(std::wstring_view name) {
-  const std::uint32_t index = layer_index(name.empty() ? L"0" : name);
-  named_by_entity_[index] = true;
-  return index;
-}
-
 // False for a layer whose making was undone.
 bool Drawing::is_there(std::size_t layer) const {
+  return entities_on_[layer] > 0 || has_record(layer);
+}
+
+bool Drawing::has_record(std::size_t layer) const {
   const dxf::ItemIndex item = layer_items_[layer];
-  return named_by_entity_[layer] || (item != dxf::no_index && !document_.item(item).span.erased);
+  return item != dxf::no_index && !document_.item(item).span.erased;
 }
 
 std::vector<Layer> Drawing::layers() const {

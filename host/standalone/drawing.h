@@ -136,6 +136,8 @@ class Drawing {
   [[nodiscard]] std::optional<std::int64_t> integer_variable(std::string_view name) const;
   // False when the header has no such variable of one value or the text does not fit its type.
   bool set_variable(std::string_view name, std::string_view value);
+  // The same outside the journal, for what is put back when a command ends.
+  bool set_variable_for_now(std::string_view name, std::string_view value);
 
   // --- Object data, undo
   // --------------------------------------------------------------------------
@@ -197,8 +199,8 @@ class Drawing {
 
   [[nodiscard]] const Entity* entity(EntityId id) const;
   [[nodiscard]] std::uint32_t layer_index(std::wstring_view name);  // made if it is not there
-  [[nodiscard]] std::uint32_t layer_of_entity(std::wstring_view name);
   [[nodiscard]] bool is_there(std::size_t layer) const;
+  [[nodiscard]] bool has_record(std::size_t layer) const;
   void replace_item(dxf::ItemIndex item, std::string_view bytes);
   void erase_item(dxf::ItemIndex item);
   void erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited);
@@ -215,7 +217,7 @@ class Drawing {
   std::vector<Entity> entities_;
   std::vector<Layer> layers_;
   std::vector<dxf::ItemIndex> layer_items_;  // no_index: the table has no record of the layer
-  std::vector<bool> named_by_entity_;        // by layer: an entity has or had it
+  std::vector<std::uint32_t> entities_on_;   // by layer
   std::unordered_map<std::wstring, std::uint32_t> layers_by_name_;  // lower-cased
   std::vector<BlockDefinition> blocks_;
   std::unordered_map<std::wstring, std::uint32_t> blocks_by_name_;  // lower-cased

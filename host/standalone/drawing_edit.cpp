@@ -45,9 +45,11 @@ void Drawing::refresh(dxf::ItemIndex item) {
   const std::uint32_t slot = changed.slot;
   if (slot == dxf::no_index) return;
   if (slot < entities_.size() && entities_[slot].item == item) {
-    entities_[slot].erased = changed.span.erased;
-    entities_[slot].layer =
-        layer_of_entity(document_.codec().decode(document_.facts_of(item).layer));
+    Entity& entity = entities_[slot];
+    if (!entity.erased) --entities_on_[entity.layer];
+    entity.erased = changed.span.erased;
+    entity.layer = layer_index(document_.codec().decode(document_.facts_of(item).layer));
+    if (!entity.erased) ++entities_on_[entity.layer];
   } else if (slot < layers_.size() && layer_items_[slot] == item) {
     if (!changed.span.erased) read_layer_state(document_, item, layers_[slot]);
   }
@@ -73,7 +75,8 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   document_.item(item).slot = index;
   Entity added;
   added.item = item;
-  added.layer = layer_of_entity(properties.layer);
+  added.layer = layer_index(properties.layer);
+  ++entities_on_[added.layer];
   entities_.push_back(added);
   od_.set_entity_count(entities_.size());
   dxf::Span absent = document_.item(item).span;
@@ -85,11 +88,17 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
 bool Drawing::erase(EntityId id) {
   const Entity* const known = entity(id);
   if (known == nullptr || on_locked_layer(id)) return false;
+  const dxf::ItemIndex item = known->item;
   std::unordered_set<std::uint64_t> visited;
-  if (known->extension_dictionary != dxf::no_index) {
-    erase_owned(document_.item(known->extension_dictionary).handle, visited);
+  // Its own extension dictionary and those of its parts.
+  dxf::GroupReader reader = document_.groups(item);
+  dxf::Group group;
+  bool in_reference = false;
+  while (reader.next(group)) {
+    if (group.code == 102) in_reference = group.value == "{ACAD_XDICTIONARY";
+    if (group.code == 360 && in_reference) erase_owned(group.handle(), visited);
   }
-  erase_item(known->item);
+  erase_item(item);
   return true;
 }
 
@@ -124,7 +133,8 @@ std::optional<EntityId> Drawing::add_layer(std::wstring_view name) {
       name.find_first_of(forbidden_in_names) != std::wstring_view::npos) {
     return std::nullopt;
   }
-  if (const auto known = layer_named(name)) return known;
+  const std::uint32_t index = layer_index(name);
+  if (has_record(index)) return layers_[index].id;
   const std::optional<dxf::ItemIndex> end = document_.end_of_table("LAYER");
   const auto model = std::ranges::find_if(layer_items_, [this](dxf::ItemIndex item) {
     return item != dxf::no_index && !document_.item(item).span.erased;
@@ -136,7 +146,6 @@ std::optional<EntityId> Drawing::add_layer(std::wstring_view name) {
       document_.item(*model).handle != 0 ? document_.new_handle() : std::uint64_t{0};
   const dxf::ItemIndex item =
       document_.add_before(*end, new_layer_record(document_, *model, name, handle), handle);
-  const std::uint32_t index = layer_index(name);
   layer_items_[index] = item;
   document_.item(item).slot = index;
   dxf::Span absent = document_.item(item).span;
@@ -148,8 +157,9 @@ std::optional<EntityId> Drawing::add_layer(std::wstring_view name) {
 bool Drawing::change_layer(const Layer& state) {
   const auto known = std::ranges::find(layers_, state.id, &Layer::id);
   if (known == layers_.end()) return false;
-  const dxf::ItemIndex item = layer_items_[static_cast<std::size_t>(known - layers_.begin())];
-  if (item == dxf::no_index || document_.item(item).span.erased) return false;
+  const auto index = static_cast<std::size_t>(known - layers_.begin());
+  if (!has_record(index)) return false;
+  const dxf::ItemIndex item = layer_items_[index];
   const std::string bytes = with_layer_state(document_, item, state);
   if (bytes != document_.bytes(item)) replace_item(item, bytes);
   return true;
@@ -157,8 +167,7 @@ bool Drawing::change_layer(const Layer& state) {
 
 bool Drawing::set_current_layer(EntityId layer) {
   const auto known = std::ranges::find(layers_, layer, &Layer::id);
-  return known != layers_.end() &&
-         document_.set_variable("$CLAYER", document_.codec().encode(known->name));
+  return known != layers_.end() && set_variable("CLAYER", document_.codec().encode(known->name));
 }
 
 // --- Header variables ---------------------------------------------------------------------------
@@ -210,6 +219,15 @@ std::optional<std::int64_t> Drawing::integer_variable(std::string_view name) con
 }
 
 bool Drawing::set_variable(std::string_view name, std::string_view value) {
+  const dxf::Span former = document_.header_span();
+  if (!set_variable_for_now(name, value)) return false;
+  if (document_.header_span().offset != former.offset) {
+    journal_.add(ItemChange{*document_.header(), former});
+  }
+  return true;
+}
+
+bool Drawing::set_variable_for_now(std::string_view name, std::string_view value) {
   const std::string header = header_name(name);
   const std::optional<dxf::Group> group = document_.variable(header);
   if (!group || header == "$HANDSEED" || header == "$ACADVER" || header == "$DWGCODEPAGE") {
@@ -230,6 +248,7 @@ bool Drawing::set_variable(std::string_view name, std::string_view value) {
     if (number == group->real()) return true;
     writer.real(group->code, number);
   } else {
+    if (value == group->value) return true;
     writer.raw(group->code, value);
   }
   dxf::GroupReader reader(bytes, document_.manner().framing);

@@ -101,7 +101,7 @@ void DrawingReader::take_in_blocks(const dxf::Document& document, dxf::ItemIndex
   const std::string_view type = document.type_of(item);
   if (type == "BLOCK") {
     begin_block(document, item, facts);
-  } else if (type == "ENDBLK") {
+  } else if (type == "ENDBLK" || type == "ENDSEC" || type == "SECTION") {
     in_block_ = false;
   } else if (in_block_) {
     take_entity(document, item, facts, block_);
@@ -126,7 +126,7 @@ void DrawingReader::begin_block(const dxf::Document& document, dxf::ItemIndex it
 std::uint32_t DrawingReader::layer_index(const dxf::Document& document, std::string_view raw) {
   if (!has_last_layer_ || raw != last_layer_raw_) {
     last_layer_raw_ = raw;
-    last_layer_ = drawing_->layer_of_entity(document.codec().decode(raw));
+    last_layer_ = drawing_->layer_index(document.codec().decode(raw));
     has_last_layer_ = true;
   }
   return last_layer_;
@@ -139,6 +139,7 @@ void DrawingReader::take_entity(const dxf::Document& document, dxf::ItemIndex it
   entity.item = item;
   entity.layer = layer_index(document, facts.layer);
   entity.block = block;
+  ++drawing_->entities_on_[entity.layer];
   drawing_->entities_.push_back(entity);
   if (facts.extension_dictionary != 0) {
     links_.extensions.emplace_back(index, facts.extension_dictionary);

@@ -1,6 +1,7 @@
 #include "host/standalone/file_save.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <exception>
@@ -101,8 +102,10 @@ std::optional<Failure> keep_backup(const fs::path& path) {
   fs::path backup = path;
   backup.replace_extension(".bak");
   if (backup == path) return std::nullopt;
-  const fs::path fresh = backup.string() + ".tmp";
-  fs::remove(fresh, error);
+  std::string fresh_name = backup.string() + ".XXXXXX";
+  const FileDescriptor reserved(::mkstemp(fresh_name.data()));
+  const fs::path fresh = fresh_name;
+  fs::remove(fresh, error);  // a link wants the name free
   fs::create_hard_link(path, fresh, error);
   if (error) fs::copy_file(path, fresh, error);  // file systems without hard links
   if (!error) fs::rename(fresh, backup, error);
@@ -124,6 +127,37 @@ std::optional<Failure> write_new_file(const fs::path& shown, const fs::path& fre
   ::unlink(fresh.c_str());
   return failure(shown, "cannot be written", error);
 }
+
+// What a chain of symbolic links leads to, even if it is not there yet.
+fs::path behind_links(fs::path path) {
+  constexpr int longest_chain = 40;
+  std::error_code error;
+  for (int link = 0; link < longest_chain && fs::is_symlink(path, error); ++link) {
+    const fs::path next = fs::read_symlink(path, error);
+    path = next.is_absolute() ? next : path.parent_path() / next;
+  }
+  return path;
+}
+
+// Ctrl+C waits until the file is in its place or gone.
+class InterruptsHeld {
+ public:
+  InterruptsHeld() {
+    sigset_t held;
+    sigemptyset(&held);
+    sigaddset(&held, SIGINT);
+    sigaddset(&held, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &held, &former_);
+    // A limit on the size of files is to be an error of write(), not the end of the program.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
+  }
+  ~InterruptsHeld() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+  InterruptsHeld(const InterruptsHeld&) = delete;
+  InterruptsHeld& operator=(const InterruptsHeld&) = delete;
+
+ private:
+  sigset_t former_{};
+};
 
 void sync_folder(const fs::path& folder) {
   const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY));
@@ -163,8 +197,8 @@ std::optional<Failure> replace_file(const fs::path& path,
     return Failure{path.string() + ": this is " + kind + ", a drawing cannot be saved there"};
   }
   // A link keeps pointing where it points; what it points to is replaced.
-  fs::path target = fs::is_symlink(path, error) ? fs::canonical(path, error) : path;
-  if (error || target.empty()) target = path;
+  const fs::path target = behind_links(path);
+  const InterruptsHeld held;
 
   std::string fresh_name = target.string() + ".XXXXXX";
   const int descriptor = ::mkstemp(fresh_name.data());

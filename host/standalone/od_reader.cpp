@@ -13,8 +13,10 @@ void OdReader::read() {
   for (const auto& [entity, handle] : links_.extensions)
     link_dictionary(entity, handle);
   if (unreadable_ > 0) {
-    drawing_.notices_.push_back("the object data of " + std::to_string(unreadable_) +
-                                " entities cannot be read; they are kept as they stand");
+    const std::string entities =
+        unreadable_ == 1 ? "one entity" : std::to_string(unreadable_) + " entities";
+    drawing_.notices_.push_back("the object data of " + entities +
+                                " cannot be read; they are kept as they stand");
   }
 }
 
@@ -22,14 +24,14 @@ void OdReader::read_definitions() {
   OdDefinitionItems& items = drawing_.definition_items_;
   if (items.root == dxf::no_index) return;
   const dxf::Document& document = drawing_.document_;
-  const auto entry = find_entry(document, items.root, od_format::definitions_key);
+  const auto entry = find_entry(document, document.bytes(items.root), od_format::definitions_key);
   const auto dictionary = entry ? document.by_handle(entry->handle) : std::nullopt;
   const bool usable = dictionary && document.type_of(*dictionary) == "DICTIONARY" &&
                       document.item(*dictionary).section == dxf::Section::Objects;
   if (!usable) return;
   items.dictionary = *dictionary;
 
-  for (const DictionaryEntry& table : entries_of(document, *dictionary)) {
+  for (const DictionaryEntry& table : entries_of(document, document.bytes(*dictionary))) {
     const auto record = document.by_handle(table.handle);
     const std::wstring key = document.codec().decode(table.key);
     const auto definition = record && document.type_of(*record) == "XRECORD"
@@ -49,13 +51,15 @@ void OdReader::link_dictionary(std::uint32_t entity, std::uint64_t handle) {
   dxf::Document& document = drawing_.document_;
   Drawing::Entity& owner = drawing_.entities_[entity];
   const std::optional<dxf::ItemIndex> dictionary = document.by_handle(handle);
-  const bool usable = dictionary && document.type_of(*dictionary) == "DICTIONARY" &&
+  if (!dictionary) return;  // a reference to nothing makes way when records are attached
+  const bool usable = document.type_of(*dictionary) == "DICTIONARY" &&
                       document.item(*dictionary).section == dxf::Section::Objects &&
                       document.item(*dictionary).slot == dxf::no_index &&
                       *dictionary != drawing_.definition_items_.root &&
                       *dictionary != drawing_.definition_items_.dictionary;
-  if (!usable) {  // missing, no dictionary at all, another entity's, or the drawing's own
+  if (!usable) {  // no dictionary at all, another entity's, or the drawing's own
     owner.od_unreadable = true;
+    ++unreadable_;
     return;
   }
   owner.extension_dictionary = *dictionary;
@@ -69,6 +73,7 @@ void OdReader::link_dictionary(std::uint32_t entity, std::uint64_t handle) {
     owner.od_record = *record;
     document.item(*record).slot = entity;
   } else {
+    drawing_.od_.forget_records(entity);
     owner.od_unreadable = true;
     ++unreadable_;
   }

@@ -154,13 +154,13 @@ void OdTables::insert_column(std::uint32_t table, std::uint32_t column,
   for (std::uint32_t row = 0; row < owner.rows; ++row)
     append(inserted.cells, initial);
   owner.columns.insert(owner.columns.begin() + column, std::move(inserted));
-  note({OdChange::ColumnPresence{table, column, std::nullopt}});
+  note({OdChange::ColumnPresence{table, column, nullptr}});
 }
 
 void OdTables::remove_column(std::uint32_t table, std::uint32_t column) {
   touch_carriers(table);
   OdTable& owner = tables_[table];
-  OdColumn taken_out = std::move(owner.columns[column]);
+  auto taken_out = std::make_unique<OdColumn>(std::move(owner.columns[column]));
   owner.columns.erase(owner.columns.begin() + column);
   note({OdChange::ColumnPresence{table, column, std::move(taken_out)}});
 }
@@ -221,6 +221,7 @@ void OdTables::append_record(std::uint32_t entity, RecordRef record) {
 
 void OdTables::remove_record(std::uint32_t entity, std::uint32_t index) {
   const RecordSpan span = records_[entity];
+  if (index >= span.count) return;
   if (index == 0) return set_records(entity, {span.first + 1, span.count - 1});
   if (index == span.count - 1) return set_records(entity, {span.first, span.count - 1});
   const auto first = static_cast<std::uint32_t>(references_.size());
@@ -261,7 +262,7 @@ void OdTables::exchange(OdChange& change) {
         columns.insert(place, std::move(*was.taken_out));
         was.taken_out.reset();
       } else {
-        was.taken_out = std::move(*place);
+        was.taken_out = std::make_unique<OdColumn>(std::move(*place));
         columns.erase(place);
       }
     }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -73,7 +74,7 @@ struct OdChange {
   struct ColumnPresence {
     std::uint32_t table;
     std::uint32_t column;
-    std::optional<OdColumn> taken_out;
+    std::unique_ptr<OdColumn> taken_out;  // few changes hold one, so it must not widen them all
   };
   struct TablePresence {
     std::uint32_t table;
@@ -112,6 +113,8 @@ class OdTables {
   RecordRef add_row(std::uint32_t table, std::span<const ODValueView> values);
   void append_record(std::uint32_t entity, RecordRef record);
   void remove_record(std::uint32_t entity, std::uint32_t index);
+  // What was read of an entity before its data turned out to be unreadable.
+  void forget_records(std::uint32_t entity) { records_[entity] = {}; }
   // `record` is one of the entity's. Nothing is recorded when the value is what it was.
   void set_value(std::uint32_t entity, RecordRef record, std::uint32_t column,
                  const ODValueView& value);

@@ -59,18 +59,9 @@ void OdWriting::plan_definitions() {
   const std::vector<OdTable>& tables = drawing_.od_.tables();
   items.new_handles.resize(tables.size());
 
-  std::vector<std::uint64_t> dropped;
   for (std::uint32_t table = 0; table < tables.size(); ++table) {
-    const bool in_file = table < items.records.size();
-    if (in_file && tables[table].deleted) {
-      definitions_.emplace(items.records[table], std::string{});
-      dropped.push_back(document_.item(items.records[table]).handle);
-    } else if (in_file) {
-      std::string bytes(head_of(items.records[table]));
-      write_definition(table, bytes);
-      if (bytes != document_.bytes(items.records[table])) {
-        definitions_.emplace(items.records[table], std::move(bytes));
-      }
+    if (table < items.records.size()) {
+      plan_known_definition(table);
     } else if (!tables[table].deleted) {
       new_definitions_.push_back(table);
       if (items.new_handles[table] == 0) {
@@ -80,10 +71,12 @@ void OdWriting::plan_definitions() {
   }
 
   const bool has_dictionary = items.dictionary != dxf::no_index;
-  if (has_dictionary && !(dropped.empty() && new_definitions_.empty())) {
-    std::string bytes = without_entries(document_, document_.bytes(items.dictionary), dropped);
-    append_entries(bytes);
-    definitions_.emplace(items.dictionary, std::move(bytes));
+  if (has_dictionary) {
+    std::string bytes = known_entries();
+    append_new_entries(bytes);
+    if (bytes != document_.bytes(items.dictionary)) {
+      definitions_.emplace(items.dictionary, std::move(bytes));
+    }
   }
   if (!has_dictionary && !new_definitions_.empty()) {
     if (items.new_dictionary == 0) items.new_dictionary = drawing_.document_.new_handle();
@@ -93,17 +86,55 @@ void OdWriting::plan_definitions() {
   }
 }
 
-void OdWriting::append_entries(std::string& dictionary) const {
+// A definition that the file has: gone, changed, or as it was.
+void OdWriting::plan_known_definition(std::uint32_t table) {
+  const dxf::ItemIndex record = drawing_.definition_items_.records[table];
+  const OdTable& known = drawing_.od_.tables()[table];
+  if (known.deleted) {
+    definitions_.emplace(record, std::string{});
+  } else if (!is_as_in_file(table)) {
+    std::string bytes(head_of(record));
+    write_definition(table, bytes);
+    definitions_.emplace(record, std::move(bytes));
+  }
+}
+
+bool OdWriting::is_as_in_file(std::uint32_t table) const {
+  const OdTable& known = drawing_.od_.tables()[table];
+  const auto in_file =
+      od_format::read_definition(document_, drawing_.definition_items_.records[table], known.name);
+  return in_file == known.definition();
+}
+
+// The dictionary of tables without those that are gone, and with the new keys of renamed ones.
+std::string OdWriting::known_entries() const {
   const OdDefinitionItems& items = drawing_.definition_items_;
-  std::vector<DictionaryEntry> taken;
-  if (items.dictionary != dxf::no_index) taken = entries_of(document_, items.dictionary);
+  const std::vector<OdTable>& tables = drawing_.od_.tables();
+  std::vector<std::uint64_t> gone;
+  for (std::uint32_t table = 0; table < items.records.size(); ++table) {
+    if (tables[table].deleted) gone.push_back(document_.item(items.records[table]).handle);
+  }
+  std::string bytes = without_entries(document_, document_.bytes(items.dictionary), gone);
+  for (std::uint32_t table = 0; table < items.records.size(); ++table) {
+    const dxf::ItemIndex record = items.records[table];
+    const auto in_file = od_format::read_definition(document_, record, {});
+    const bool renamed = in_file && !in_file->name.empty() && in_file->name != tables[table].name;
+    if (tables[table].deleted || !renamed) continue;
+    const std::wstring key =
+        key_for(tables[table].name, entries_of(document_, bytes), document_.codec());
+    bytes =
+        with_key(document_, bytes, {document_.codec().encode(key), document_.item(record).handle});
+  }
+  return bytes;
+}
+
+void OdWriting::append_new_entries(std::string& dictionary) const {
   for (const std::uint32_t table : new_definitions_) {
-    const std::wstring key = key_for(drawing_.od_.tables()[table].name, taken, document_.codec());
-    DictionaryEntry entry{document_.codec().encode(key), items.new_handles[table]};
+    const std::wstring key = key_for(drawing_.od_.tables()[table].name,
+                                     entries_of(document_, dictionary), document_.codec());
     dxf::GroupWriter writer(document_.manner(), document_.codec(), dictionary);
-    writer.raw(3, entry.key);
-    writer.handle(360, entry.handle);
-    taken.push_back(std::move(entry));
+    writer.text(3, key);
+    writer.handle(360, drawing_.definition_items_.new_handles[table]);
   }
 }
 
@@ -233,7 +264,7 @@ void OdWriting::append_new_definitions(std::string& out) const {
   if (!in_file) {
     const std::uint64_t root = document_.item(items.root).handle;
     begin_dictionary(writer, document_, dictionary, root, root);
-    append_entries(out);
+    append_new_entries(out);
   }
   for (const std::uint32_t table : new_definitions_) {
     begin_xrecord(writer, document_, items.new_handles[table], dictionary);

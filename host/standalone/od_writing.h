@@ -35,7 +35,10 @@ class OdWriting final : public dxf::Document::Substitutions {
   void substitute_dictionary(std::uint32_t entity, std::string& out) const;
   void append_new_objects(std::uint32_t entity, std::string& out) const;
   void append_new_definitions(std::string& out) const;
-  void append_entries(std::string& dictionary) const;
+  void plan_known_definition(std::uint32_t table);
+  [[nodiscard]] bool is_as_in_file(std::uint32_t table) const;
+  [[nodiscard]] std::string known_entries() const;
+  void append_new_entries(std::string& dictionary) const;
   // The bytes of an XRECORD in the file up to its data.
   [[nodiscard]] std::string_view head_of(dxf::ItemIndex record) const;
 

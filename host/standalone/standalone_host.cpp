@@ -72,7 +72,7 @@ std::optional<int> StandaloneHost::variable(std::wstring_view name) const {
 }
 
 bool StandaloneHost::set_variable(std::wstring_view name, int value) {
-  return variable(name) && drawing_->set_variable(to_utf8(name), std::to_string(value));
+  return variable(name) && drawing_->set_variable_for_now(to_utf8(name), std::to_string(value));
 }
 
 }  // namespace korvel

@@ -70,7 +70,7 @@ class StandaloneStore::Iterator final : public RecordIterator {
     span_ = current_span();
     position_ = 0;
   }
-  [[nodiscard]] bool done() const override { return position_ >= span_.count; }
+  [[nodiscard]] bool done() const override { return position_ >= span_.count || is_overtaken(); }
   void next() override { ++position_; }
 
   [[nodiscard]] std::wstring_view table_name() const override { return table().name; }
@@ -102,6 +102,11 @@ class StandaloneStore::Iterator final : public RecordIterator {
  private:
   [[nodiscard]] RecordSpan current_span() const {
     return opened_ ? od_.records_of(Drawing::index_of(entity_)) : RecordSpan{};
+  }
+  // The entity's records were changed by somebody else.
+  [[nodiscard]] bool is_overtaken() const {
+    const RecordSpan now = current_span();
+    return now.first != span_.first || now.count != span_.count;
   }
   [[nodiscard]] RecordRef record() const { return od_.record(span_.first + position_); }
   [[nodiscard]] const OdTable& table() const { return od_.tables()[record().table]; }

@@ -202,6 +202,25 @@ TEST_P(HostContract, RemovalLeavesTheIteratorOnNothing) {
   EXPECT_EQ(records_of(plain_), Records{});
 }
 
+TEST_P(HostContract, RecordsRemovedByOthersLeaveTheIteratorOnNothing) {
+  for (const auto* name : {L"a", L"b"})
+    ASSERT_TRUE(store_.attach(plain_, road(name)));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  const std::unique_ptr<RecordIterator> other = store_.records();
+  ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+  ASSERT_TRUE(other->open(plain_, OpenMode::Write));
+  ASSERT_TRUE(other->remove());
+  EXPECT_TRUE(records->done());
+  EXPECT_FALSE(records->update(road(L"c")));
+  EXPECT_FALSE(records->remove());
+  records->start();
+  EXPECT_FALSE(records->done());
+  ASSERT_EQ(store_.delete_table(L"ROADS"), TableChange::Done);
+  EXPECT_TRUE(records->done());
+  EXPECT_FALSE(records->remove());
+  EXPECT_EQ(records->count(), 0);
+}
+
 TEST_P(HostContract, NothingIsAttachedWhereAnIteratorStands) {
   ASSERT_TRUE(store_.attach(plain_, road(L"a")));
   ASSERT_TRUE(store_.attach(other_, road(L"b")));

@@ -217,6 +217,7 @@ TEST(Document, GivesOutHandlesAboveAllThatAreUsed) {
                                                          {"10", 0x32},
                                                          {"0", 0x32},
                                                          {"none", 0x32},
+                                                         {"FFFFFFFFFFFFFFFF", 0x32},
                                                          {"D9B071D01A0CB6A8", 0xD9B071D01A0CB6A8}};
   for (const auto& [seed, expected] : cases) {
     Result<Document> document = read(

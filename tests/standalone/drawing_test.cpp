@@ -168,7 +168,11 @@ TEST(Drawing, KnowsChangedFromSaved) {
   EXPECT_FALSE(drawing->changed());
   ASSERT_TRUE(drawing->set_variable("luprec", "6"));
   EXPECT_TRUE(drawing->changed());
-  ASSERT_TRUE(drawing->set_variable("LUPREC", "4"));
+  ASSERT_TRUE(drawing->undo());
+  EXPECT_FALSE(drawing->changed());
+  ASSERT_TRUE(drawing->set_variable_for_now("LUPREC", "8"));
+  EXPECT_TRUE(drawing->changed());
+  ASSERT_TRUE(drawing->set_variable_for_now("LUPREC", "4"));
   EXPECT_FALSE(drawing->changed());
   ASSERT_TRUE(define_roads(*drawing));
   ASSERT_TRUE(drawing->undo());
@@ -293,6 +297,60 @@ TEST(Drawing, ClaimsInTheFileAreNotBelieved) {
     }
     EXPECT_EQ(difference(file, drawing->to_bytes()), "same");
   }
+}
+
+TEST(Drawing, AnUndoneLayerIsGoneAndCanBeMadeAgain) {
+  const auto drawing = read(sample("AC1032"));
+  ASSERT_TRUE(drawing->add_layer(L"Ghost"));
+  EntityProperties properties;
+  properties.layer = L"Ghost";
+  ASSERT_TRUE(drawing->add_entity({LineShape{{0, 0, 0}, {1, 0, 0}}}, properties));
+  ASSERT_TRUE(drawing->undo());
+  ASSERT_TRUE(drawing->undo());
+  EXPECT_FALSE(drawing->layer_named(L"ghost"));
+  const auto again = drawing->add_layer(L"Ghost");
+  ASSERT_TRUE(again);
+  Layer state = drawing->layer(*again);
+  state.frozen = true;
+  EXPECT_TRUE(drawing->change_layer(state));
+  const auto reopened = read(drawing->to_bytes());
+  ASSERT_TRUE(reopened);
+  const auto found = reopened->layer_named(L"Ghost");
+  ASSERT_TRUE(found);
+  EXPECT_TRUE(reopened->layer(*found).frozen);
+}
+
+TEST(Drawing, TheCurrentLayerGoesWithTheLayerThatIsUndone) {
+  const auto drawing = read(sample("AC1032"));
+  drawing->journal().open();
+  const auto layer = drawing->add_layer(L"New");
+  ASSERT_TRUE(layer && drawing->set_current_layer(*layer));
+  drawing->journal().close();
+  ASSERT_TRUE(drawing->undo());
+  EXPECT_EQ(drawing->variable("CLAYER"), "0");
+}
+
+TEST(Drawing, ErasingTakesTheDictionariesOfPartsAlong) {
+  const std::string dictionary = "0 DICTIONARY\n5 70\n330 25\n100 AcDbDictionary\n280 1\n";
+  const std::string file =
+      framed(replaced(sample_lines("AC1032", dictionary), "0 ATTRIB\n5 25\n",
+                      "0 ATTRIB\n5 25\n102 {ACAD_XDICTIONARY\n360 70\n102 }\n"));
+  const auto drawing = read(file);
+  ASSERT_TRUE(drawing);
+  const auto insert = drawing->by_handle(0x24);
+  ASSERT_TRUE(insert && drawing->erase(*insert));
+  EXPECT_EQ(difference(file, drawing->to_bytes()), "-24 -70");
+}
+
+TEST(Drawing, ABlockThatIsNotEndedEndsWithItsSection) {
+  const std::string file = framed(replaced(sample_lines("AC1032"), "0 ENDBLK\n5 19\n8 0\n", ""));
+  const auto drawing = read(file);
+  ASSERT_TRUE(drawing);
+  const EntityList entities = drawing->entities(Space::Block);
+  ASSERT_EQ(entities.size(), 1U);
+  EXPECT_EQ(drawing->handle_of(entities[0]), 0x1AU);
+  ASSERT_TRUE(drawing->erase(entities[0]));
+  EXPECT_EQ(difference(file, drawing->to_bytes()), "-1A");
 }
 
 TEST(Drawing, SaysWhichObjectsCadProgramsWillStumbleOver) {

@@ -75,13 +75,13 @@ TEST(ObjectDataFile, BringsBackEveryTypeAndItsExtremes) {
     SCOPED_TRACE(version);
     const auto drawing = read(sample(version, form));
     ASSERT_EQ(StandaloneStore(*drawing).define_table(all), TableChange::Done);
-    for (const std::uint64_t handle : {0x1A, 0x20, 0x21, 0x22, 0x24}) {
+    for (const std::uint64_t handle : {0x1AU, 0x20U, 0x21U, 0x22U, 0x24U}) {
       for (const ODRecord& record : records)
         ASSERT_TRUE(attach(*drawing, handle, record));
     }
     const auto again = reopened(*drawing);
     EXPECT_EQ(StandaloneStore(*again).table(all.name), all);
-    for (const std::uint64_t handle : {0x1A, 0x20, 0x21, 0x22, 0x24}) {
+    for (const std::uint64_t handle : {0x1AU, 0x20U, 0x21U, 0x22U, 0x24U}) {
       const std::vector<ODRecord> read_back = records_of(*again, handle);
       EXPECT_TRUE(read_back == records) << handle;
       EXPECT_TRUE(std::signbit(std::get<double>(read_back.at(5).values[1])));
@@ -113,7 +113,7 @@ TEST(ObjectDataFile, BringsBackEveryText) {
                  L"}"};
   const std::wstring units[] = {L"x",        L"^",  L"\u0416", L"\U0001F6E3",
                                 L"\\U+00B0", L"\n", L"\u00E9"};
-  for (const std::size_t length : {248, 249, 250, 251, 252, 499, 500, 501, 5000}) {
+  for (const std::size_t length : {248U, 249U, 250U, 251U, 252U, 499U, 500U, 501U, 5000U}) {
     for (const std::wstring& unit : units) {
       std::wstring text(length % 7, L'a');
       while (text.size() < length)
@@ -189,7 +189,7 @@ TEST(ObjectDataFile, FollowsChangesOfTablesAndColumns) {
   const auto original = read(sample("AC1015"));
   ASSERT_EQ(StandaloneStore(*original).define_table(roads), TableChange::Done);
   ASSERT_EQ(StandaloneStore(*original).define_table(texts_table(L"Keep")), TableChange::Done);
-  for (const std::uint64_t handle : {0x20, 0x22}) {
+  for (const std::uint64_t handle : {0x20U, 0x22U}) {
     ASSERT_TRUE(attach(*original, handle, text_record(L"Keep", L"k")));
     ASSERT_TRUE(attach(*original, handle, first));
   }
@@ -204,7 +204,7 @@ TEST(ObjectDataFile, FollowsChangesOfTablesAndColumns) {
   } const cases[] = {
       {"rename table",
        [&](StandaloneStore& s) { return done(s.rename_table(L"Roads", L"Stra\u00DFen")); },
-       "~100 ~103 ~105",
+       "~100 ~102 ~103 ~105",
        {{L"Stra\u00DFen", first.values}}},
       {"rename column",
        [&](StandaloneStore& s) { return done(s.rename_column(L"Roads", L"B", L"C")); },
@@ -328,7 +328,7 @@ TEST(ObjectDataFile, ReadsWhatOtherProgramsWrote) {
 
 TEST(ObjectDataFile, KeepsAndTellsWhatCannotBeRead) {
   const char* const records_kept =
-      "the object data of 1 entities cannot be read; they are kept as they stand";
+      "the object data of one entity cannot be read; they are kept as they stand";
   const std::string good = with_point_data("2 T\n1 a\n");
   struct {
     const char* name;
@@ -398,7 +398,7 @@ TEST(ObjectDataFile, SurvivesDamagedReferences) {
     ASSERT_EQ(store.define_table(texts_table(L"New")), TableChange::Done);
     const ODRecord record = text_record(L"New", L"b");
     std::map<std::uint64_t, std::size_t> attached;
-    for (const std::uint64_t handle : {0x20, 0x21, 0x22}) {
+    for (const std::uint64_t handle : {0x20U, 0x21U, 0x22U}) {
       (void)attach(*drawing, handle, record);
       attached[handle] = records_of(*drawing, handle).size();
     }

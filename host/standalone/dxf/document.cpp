@@ -97,6 +97,8 @@ std::optional<ItemIndex> Document::end_of_table(std::string_view table) const {
 
 std::uint64_t Document::new_handle() {
   if (!has_handles_) return 0;
+  while (next_handle_ == 0 || handles_.find(next_handle_))
+    ++next_handle_;
   handles_given_out_ = true;
   return next_handle_++;
 }

@@ -124,6 +124,7 @@ class Document {
   // Replaces its value by bytes framed as the file's; false without such a variable. Putting back
   // the value of the file gives back the header of the file.
   bool set_variable(std::string_view name, std::string_view raw_value);
+  [[nodiscard]] std::optional<ItemIndex> header() const { return header_; }
   // Where the header stands now; differs whenever a variable does.
   [[nodiscard]] Span header_span() const { return header_ ? items_[*header_].span : Span{}; }
 

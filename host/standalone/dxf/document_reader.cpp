@@ -38,6 +38,8 @@ bool is_part(std::string_view type) {
   return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
 }
 
+constexpr std::uint64_t longest_item = std::numeric_limits<std::uint32_t>::max();
+
 bool has_parts(std::string_view type) { return type == "POLYLINE" || type == "INSERT"; }
 
 }  // namespace
@@ -97,9 +99,11 @@ Result<Document> DocumentReader::read(std::string bytes) {
   if (std::optional<Failure> failure = cut()) return *failure;
 
   document_.items_in_file_ = document_.items_.size();
-  constexpr std::uint64_t last_handle = std::numeric_limits<std::uint64_t>::max();
-  document_.next_handle_ =
-      std::max(document_.seed_in_file_, highest_handle_ == last_handle ? 0 : highest_handle_ + 1);
+  // A seed that would soon run over is a damaged one.
+  constexpr std::uint64_t room = std::uint64_t{1} << 32;
+  constexpr std::uint64_t highest_seed = std::numeric_limits<std::uint64_t>::max() - room;
+  const std::uint64_t seed = document_.seed_in_file_ < highest_seed ? document_.seed_in_file_ : 0;
+  document_.next_handle_ = std::max(seed, highest_handle_ + 1);
   document_.has_handles_ = highest_handle_ != 0 || document_.at_least(first_version_with_markers);
   return std::move(document_);
 }
@@ -143,6 +147,9 @@ std::optional<Failure> DocumentReader::cut() {
     }
     if (std::optional<Failure> failure = begin_item(group)) return failure;
     if (type_ == "EOF") {
+      if (bytes_.size() - group.begin > longest_item) {
+        return fail_at(group.end, "more than 4 GB behind the end-of-file mark");
+      }
       end_item(bytes_.size());  // with whatever follows the mark
       return std::nullopt;
     }
@@ -160,6 +167,9 @@ std::optional<Failure> DocumentReader::begin_item(const Group& group) {
     return std::nullopt;
   }
 
+  if (open_ && group.begin - item_.span.offset > longest_item) {
+    return fail_at(item_.span.offset, "an object longer than 4 GB");
+  }
   if (open_) {
     end_item(group.begin);
   } else if (group.begin > 0) {
