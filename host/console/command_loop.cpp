@@ -6,30 +6,16 @@
 
 #include "frame/case_mapping.h"
 #include "frame/utf.h"
-#include "host/console/typed_text.h"
 #include "host/standalone/standalone_store.h"
 
 namespace korvel {
 namespace {
 
-// A name is typed with these in front by people who want it untranslated, undisturbed or not
-// redefined; here it is all the same.
-constexpr std::wstring_view name_prefixes = L"_'.";
-
-std::wstring_view command_name(std::wstring_view line) {
-  std::wstring_view name = trimmed(line);
-  name.remove_prefix(std::min(name.find_first_not_of(name_prefixes), name.size()));
-  return name;
-}
-
 const HostCommand* find_host_command(std::wstring_view name) {
-  for (const HostCommand& command : host_commands()) {
-    if (equal_ignoring_case(command.name, name)) return &command;
-    for (const std::wstring_view alias : words_of(command.aliases)) {
-      if (equal_ignoring_case(alias, name)) return &command;
-    }
-  }
-  return nullptr;
+  const auto& commands = host_commands();
+  const auto found = std::ranges::find_if(
+      commands, [name](const HostCommand& command) { return is_called(command, name); });
+  return found == commands.end() ? nullptr : &*found;
 }
 
 std::vector<std::wstring> all_names(const ConsoleCommandStack& plugin) {

@@ -37,6 +37,11 @@ class LineSource {
   virtual void set_words(const std::vector<std::wstring>& /*words*/) {}
 };
 
+// What befell a drawing file, the worse the greater.
+enum class FileFault { None, NotRead, NotWritten };
+
+enum class Changes { Kept, Discarded };
+
 // The front end of the stand-alone host at a command line: prompts, forms and messages.
 class ConsoleHost : public StandaloneHost {
  public:
@@ -52,8 +57,11 @@ class ConsoleHost : public StandaloneHost {
   // The selection conversation with the given prompt ("Select objects: ").
   [[nodiscard]] virtual std::optional<EntityList> ask_selection_with(std::wstring_view prompt) = 0;
 
-  // Ends the console after the current command.
-  virtual void quit() = 0;
+  // The same about a drawing file; the worst fault decides how the program ends.
+  virtual void refuse_file(FileFault fault, std::wstring_view sentence) = 0;
+
+  // Ends the console after the current command. Discarded: the user gave up what is not saved.
+  virtual void quit(Changes changes) = 0;
 
   // The file the drawing came from or goes to; empty for a new drawing.
   std::filesystem::path file;
@@ -68,5 +76,12 @@ struct HostCommand {
 };
 
 [[nodiscard]] const std::vector<HostCommand>& host_commands();
+
+// By its name or an alias, without case.
+[[nodiscard]] bool is_called(const HostCommand& command, std::wstring_view name);
+
+// The command's name in what was typed: without blanks around it, and without what people put in
+// front who want it untranslated, undisturbed or not redefined; here it is all the same.
+[[nodiscard]] std::wstring_view command_name(std::wstring_view typed);
 
 }  // namespace korvel

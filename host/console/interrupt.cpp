@@ -49,6 +49,8 @@ void install() {
   sigaction(SIGINT, &action, nullptr);
 }
 
+bool is_pressed() { return pressed; }
+
 bool take() {
   drain();
   return pressed.exchange(false);

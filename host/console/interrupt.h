@@ -1,4 +1,5 @@
-// Ctrl+C: noticed at the next prompt, and obeyed at once when it comes again before that.
+// Ctrl+C: noticed by commands that work long and at the next prompt, and obeyed at once when it
+// comes again before that.
 #pragma once
 
 namespace korvel::interrupt {
@@ -6,7 +7,9 @@ namespace korvel::interrupt {
 // From now on SIGINT does not end the program by itself.
 void install();
 
-// Whether Ctrl+C was pressed since the last call.
+// Whether Ctrl+C was pressed since it was last taken.
+[[nodiscard]] bool is_pressed();
+// The same, and takes it.
 [[nodiscard]] bool take();
 
 // Waits until the file has something to read, or its end. False: Ctrl+C was pressed.

@@ -4,8 +4,6 @@
 #include <exception>
 #include <fstream>
 #include <memory>
-#include <new>
-#include <system_error>
 #include <unistd.h>
 
 #include "frame/utf.h"
@@ -16,51 +14,65 @@
 #include "host/console/interrupt.h"
 #include "host/console/options.h"
 #include "host/console/output.h"
+#include "host/console/paths.h"
 #include "host/console/scripted_lines.h"
 #include "host/console/terminal_lines.h"
 
 namespace korvel {
 namespace {
 
-// Whether saving to `target` would replace a file other than the drawing's own.
-bool replaces_another(const std::filesystem::path& target, const std::filesystem::path& own) {
-  std::error_code error;
-  if (!std::filesystem::exists(target, error)) return false;
-  return own.empty() || !std::filesystem::equivalent(target, own, error);
-}
-
 bool may_write_output(const Options& options, const std::filesystem::path& own) {
-  if (!options.output || options.overwrite || !replaces_another(*options.output, own)) return true;
+  if (!options.output) return true;
+  if (is_folder(*options.output)) {
+    complain(options.output->string() + " is a directory");
+    return false;
+  }
+  if (options.overwrite || !replaces_another(*options.output, own)) return true;
   complain(options.output->string() + " exists and is not the drawing; --overwrite replaces it");
   return false;
 }
 
-int status_of(TerminalHost::Ending ending) {
-  switch (ending) {
-    case TerminalHost::Ending::Refused:
-      complain("stopped at the first refused line");
-      return exit_status::stopped_by_strict;
-    case TerminalHost::Ending::Interrupted:
-      return exit_status::interrupted;
-    case TerminalHost::Ending::InputEndedInPrompt:
-      return exit_status::input_ended_in_prompt;
+// What a script could not read or write counts; a person at a terminal has seen to it.
+int status_of(FileFault worst, const LineSource& lines) {
+  if (lines.is_terminal()) return exit_status::done;
+  switch (worst) {
+    case FileFault::NotWritten:
+      return exit_status::output_not_written;
+    case FileFault::NotRead:
+      return exit_status::input_not_read;
     default:
       return exit_status::done;
   }
 }
 
-// What was stopped is not saved: the drawing may be in the middle of what was wanted.
-int save_output(const Options& options, TerminalHost& host, int status) {
-  const bool stopped =
-      status == exit_status::stopped_by_strict || status == exit_status::interrupted;
-  if (!options.output || stopped) return status;
-  if (!may_write_output(options, host.file)) return exit_status::output_not_written;
-  std::optional<Failure> failure;
-  try {
-    failure = host.drawing().save(*options.output);
-  } catch (const std::bad_alloc&) {
-    failure = Failure{options.output->string() + ": there is not enough memory"};
+int status_of(const TerminalHost& host, const LineSource& lines) {
+  switch (host.ending()) {
+    case TerminalHost::Ending::Refused:
+      complain("stopped at the first refused line");
+      return exit_status::stopped_by_strict;
+    case TerminalHost::Ending::Interrupted:
+      return exit_status::interrupted;
+    default:
+      break;
   }
+  const int file_status = status_of(host.worst_file_fault(), lines);
+  if (file_status != exit_status::done) return file_status;
+  return host.ending() == TerminalHost::Ending::InputEndedInPrompt
+             ? exit_status::input_ended_in_prompt
+             : exit_status::done;
+}
+
+// What was stopped is not saved: the drawing may be in the middle of what was wanted.
+bool wants_saving(TerminalHost::Ending ending) {
+  using Ending = TerminalHost::Ending;
+  return ending != Ending::Refused && ending != Ending::Interrupted &&
+         ending != Ending::QuitDiscarding;
+}
+
+int save_output(const Options& options, TerminalHost& host, int status) {
+  if (!options.output || !wants_saving(host.ending())) return status;
+  if (!may_write_output(options, host.file)) return exit_status::output_not_written;
+  const std::optional<Failure> failure = save_drawing(host.drawing(), *options.output);
   if (!failure) return status;
   complain(failure->reason);
   return exit_status::output_not_written;
@@ -93,15 +105,6 @@ Result<Input> open_input(const Options& options) {
   return input;
 }
 
-Result<std::unique_ptr<Drawing>> open_drawing(const Options& options) {
-  if (!options.drawing) return Drawing::blank();
-  try {
-    return Drawing::open(*options.drawing);
-  } catch (const std::bad_alloc&) {
-    return Failure{options.drawing->string() + ": there is not enough memory"};
-  }
-}
-
 int run_console(const Options& options) {
   const Result<Input> input = open_input(options);
   if (!input) {
@@ -111,7 +114,8 @@ int run_console(const Options& options) {
   if (!may_write_output(options, options.drawing.value_or(std::filesystem::path()))) {
     return exit_status::output_not_written;
   }
-  Result<std::unique_ptr<Drawing>> drawing = open_drawing(options);
+  Result<std::unique_ptr<Drawing>> drawing =
+      options.drawing ? open_drawing(*options.drawing) : Drawing::blank();
   if (!drawing) {
     complain(drawing.reason());
     return exit_status::input_not_read;
@@ -143,7 +147,7 @@ int run_console(const Options& options) {
     complain("the input could not be read: " + *input->reader->failure());
     return exit_status::input_not_read;
   }
-  return save_output(options, host, status_of(host.ending()));
+  return save_output(options, host, status_of(host, *input->lines));
 }
 
 int run(int argc, char** argv) {

@@ -19,7 +19,9 @@ std::variant<Options, int> read_options(int argc, const char* const* argv) {
   app.add_option("-s,--script", options.script,
                  "Input lines from a file, after those of -c; lines that begin with ; are comments")
       ->type_name("FILE");
-  app.add_option("-o,--output", options.output, "Save the drawing there when the input has ended")
+  app.add_option(
+         "-o,--output", options.output,
+         "Save the drawing there when the input has ended, unless QUIT discarded its changes")
       ->type_name("FILE");
   app.add_flag("--strict", options.strict,
                "Stop at the first line that is not understood or refused");

@@ -48,6 +48,10 @@ std::optional<EntityId> entity_with_handle(const Drawing& drawing, std::wstring_
   return id;
 }
 
+std::wstring no_entity_with(std::wstring_view handle) {
+  return L"There is no entity with the handle " + std::wstring(handle) + L".";
+}
+
 std::optional<EntityId> entity_at(const Drawing& drawing, Point3 at) {
   const double reach = size_of_model_space(drawing) * pick_box_pixels / picture_pixels;
   return nearest_entity(drawing, at, reach);
@@ -57,13 +61,15 @@ Pick pick_entity(const Drawing& drawing, std::wstring_view typed) {
   const std::vector<std::wstring_view> words = words_of(typed);
   if (words.size() == 1 &&
       (equal_ignoring_case(words[0], L"LAST") || equal_ignoring_case(words[0], L"L"))) {
-    return {true, last_entity(drawing)};
+    return {true, last_entity(drawing), std::nullopt};
   }
   if (words.size() == 2 && equal_ignoring_case(words[0], L"HANDLE")) {
-    return {true, entity_with_handle(drawing, words[1])};
+    const std::optional<EntityId> entity = entity_with_handle(drawing, words[1]);
+    if (!entity) return {true, std::nullopt, words[1]};
+    return {true, entity, std::nullopt};
   }
   if (const std::optional<Point3> point = point_of(typed)) {
-    return {true, entity_at(drawing, *point)};
+    return {true, entity_at(drawing, *point), std::nullopt};
   }
   return {};
 }

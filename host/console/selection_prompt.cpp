@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "frame/case_mapping.h"
+#include "host/console/commands/questions.h"
 #include "host/console/pick.h"
 #include "host/console/typed_text.h"
 #include "host/standalone/spatial_query.h"
@@ -17,6 +18,10 @@ constexpr std::wstring_view expected =
 
 EntityList as_list(std::optional<EntityId> entity) {
   return entity ? EntityList{*entity} : EntityList{};
+}
+
+std::optional<Point3> last_of(const std::vector<Point3>& points) {
+  return points.empty() ? std::nullopt : std::optional(points.back());
 }
 
 std::vector<Point3> rectangle(Point3 a, Point3 b) {
@@ -148,9 +153,7 @@ SelectionPrompt::Found SelectionPrompt::find_handles(std::wstring_view rest) {
   Found found{Outcome::Found, {}};
   for (const std::wstring_view digits : words_of(rest)) {
     const std::optional<EntityId> entity = entity_with_handle(host_.drawing(), digits);
-    if (!entity) {
-      return refused(L"There is no entity with the handle " + std::wstring(digits) + L".");
-    }
+    if (!entity) return refused(no_entity_with(digits));
     found.entities.push_back(*entity);
   }
   return found.entities.empty() ? invalid() : found;
@@ -182,7 +185,7 @@ SelectionPrompt::Found SelectionPrompt::find_by_shape(Way way, std::wstring_view
   const bool is_rectangle = way == Way::Window || way == Way::Crossing;
   std::vector<Point3> points;
   for (const std::wstring_view word : words_of(rest)) {
-    const std::optional<Point3> point = point_of(word);
+    const auto point = point_of(word, last_of(points));
     if (!point) return invalid();
     points.push_back(*point);
   }
@@ -214,10 +217,12 @@ bool SelectionPrompt::ask_points(Way way, std::vector<Point3>& points) {
                                  : way == Way::Fence ? L"Specify next fence point: "
                                                      : L"Specify next polygon point: ";
   while (!is_rectangle || points.size() < 2) {
-    const Answer<Point3> answer = host_.ask_point(points.empty() ? first : next);
-    if (answer.kind == Answer<Point3>::Kind::Cancelled) return false;
-    if (answer.kind == Answer<Point3>::Kind::Enter) break;
-    points.push_back(answer.value);
+    const Answer<PointOrOption> answer = ask_point_or_option(
+        host_,
+        {.prompt = points.empty() ? first : next, .last = last_of(points), .takes_enter = true});
+    if (is_cancelled(answer)) return false;
+    if (!is_given(answer)) break;
+    points.push_back(std::get<Point3>(answer.value));
   }
   return true;
 }

@@ -1,7 +1,6 @@
 #include "host/console/terminal_host.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "frame/case_mapping.h"
 #include "frame/dialog.h"
@@ -9,7 +8,9 @@
 #include "frame/text_file.h"
 #include "frame/utf.h"
 #include "host/console/form.h"
+#include "host/console/interrupt.h"
 #include "host/console/output.h"
+#include "host/console/paths.h"
 #include "host/console/pick.h"
 #include "host/console/selection_prompt.h"
 #include "host/console/typed_text.h"
@@ -18,15 +19,6 @@ namespace korvel {
 namespace {
 
 constexpr std::size_t longest_string = 132;
-
-std::optional<std::int32_t> integer_of(std::wstring_view typed) {
-  const std::string digits = to_utf8(typed.starts_with(L'+') ? typed.substr(1) : typed);
-  std::int32_t number = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, number);
-  if (error != std::errc{} || stop != end) return std::nullopt;
-  return number;
-}
 
 // "Text files (*.txt), All files (*.*)": the labels of a chooser's filter.
 std::wstring filter_labels(std::wstring_view filter) {
@@ -49,11 +41,6 @@ std::filesystem::path with_extension(std::filesystem::path path, std::wstring_vi
   return path;
 }
 
-bool is_there(const std::filesystem::path& path) {
-  std::error_code ignored;
-  return std::filesystem::exists(path, ignored);
-}
-
 }  // namespace
 
 TerminalHost::TerminalHost(std::unique_ptr<Drawing> drawing, LineSource& lines, Manner manner)
@@ -72,6 +59,7 @@ std::optional<std::wstring> TerminalHost::read_line(std::wstring_view prompt) {
   // The line editor redraws the last line alone, so what stands before it is printed here.
   const std::size_t last_line = prompt.rfind(L'\n') + 1;
   std::wstring line;
+  if (std::exchange(interrupt_seen_, false)) interrupted_before_ = interrupt::take();
   while (ending_ == Ending::None) {
     print(prompt.substr(0, last_line));
     const LineSource::Read read = lines_.next(prompt.substr(last_line), line);
@@ -133,8 +121,14 @@ void TerminalHost::refuse(std::wstring_view sentence) {
   if (manner_.strict && ending_ == Ending::None) ending_ = Ending::Refused;
 }
 
-void TerminalHost::quit() {
-  if (ending_ == Ending::None) ending_ = Ending::Quit;
+void TerminalHost::quit(Changes changes) {
+  if (ending_ != Ending::None) return;
+  ending_ = changes == Changes::Discarded ? Ending::QuitDiscarding : Ending::Quit;
+}
+
+void TerminalHost::refuse_file(FileFault fault, std::wstring_view sentence) {
+  worst_file_fault_ = std::max(worst_file_fault_, fault);
+  refuse(sentence);
 }
 
 // --- Prompts ----------------------------------------------------------------------------------
@@ -172,6 +166,10 @@ std::optional<EntityId> TerminalHost::ask_entity(std::wstring_view prompt) {
     const std::wstring_view typed = trimmed(*line);
     if (typed.empty()) return std::nullopt;
     const Pick pick = pick_entity(drawing(), typed);
+    if (pick.unknown_handle) {
+      refuse(no_entity_with(*pick.unknown_handle));
+      return std::nullopt;
+    }
     if (pick.understood) {
       print(pick.entity ? L"1 found\n" : L"0 found\n");
       return pick.entity;
@@ -274,6 +272,12 @@ void TerminalHost::start_progress(std::wstring_view label, std::int64_t range) {
 void TerminalHost::move_progress(std::int64_t position) { progress_.move(position); }
 
 void TerminalHost::end_progress() { progress_.end(); }
+
+// The key stays pressed until the next prompt, so that a second one before that leaves.
+bool TerminalHost::interrupted() {
+  interrupt_seen_ = interrupt_seen_ || interrupt::is_pressed();
+  return interrupt_seen_;
+}
 
 void TerminalHost::lock() {
   ++locks_;

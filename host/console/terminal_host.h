@@ -23,10 +23,13 @@ class TerminalHost final : public ConsoleHost {
     InputEnded,
     InputEndedInPrompt,  // the prompt was answered with Esc and named on standard error
     Quit,
-    Refused,  // under --strict
+    QuitDiscarding,  // what was not saved is not wanted
+    Refused,         // under --strict
     Interrupted
   };
   [[nodiscard]] Ending ending() const { return ending_; }
+
+  [[nodiscard]] FileFault worst_file_fault() const { return worst_file_fault_; }
 
   // The line typed at the command prompt; none: the console ends.
   [[nodiscard]] std::optional<std::wstring> next_command();
@@ -37,7 +40,8 @@ class TerminalHost final : public ConsoleHost {
   [[nodiscard]] std::optional<std::wstring> ask_line(std::wstring_view prompt) override;
   void refuse(std::wstring_view sentence) override;
   [[nodiscard]] std::optional<EntityList> ask_selection_with(std::wstring_view prompt) override;
-  void quit() override;
+  void refuse_file(FileFault fault, std::wstring_view sentence) override;
+  void quit(Changes changes) override;
 
   [[nodiscard]] std::optional<EntityList> ask_selection() override;
   void print(std::wstring_view text) override;
@@ -56,6 +60,7 @@ class TerminalHost final : public ConsoleHost {
   void start_progress(std::wstring_view label, std::int64_t range) override;
   void move_progress(std::int64_t position) override;
   void end_progress() override;
+  [[nodiscard]] bool interrupted() override;
   void lock() override;
   void unlock() override;
 
@@ -73,6 +78,8 @@ class TerminalHost final : public ConsoleHost {
   Ending ending_ = Ending::None;
   bool at_line_start_ = true;
   bool interrupted_before_ = false;  // and no line was read since
+  bool interrupt_seen_ = false;      // by the running command, which ends for it
+  FileFault worst_file_fault_ = FileFault::None;
   int locks_ = 0;
 };
 

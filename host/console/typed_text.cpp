@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "frame/case_mapping.h"
+#include "geometry/vector.h"
 
 namespace korvel {
 namespace {
@@ -46,6 +47,24 @@ std::optional<QuotedPart> take_quoted(std::wstring_view text) {
       part.rest = text.substr(at + 1);
       return part;
     }
+  }
+  return std::nullopt;
+}
+
+// "x,y" or "x,y,z".
+std::optional<Point3> coordinates_of(std::wstring_view text) {
+  std::array<double, 3> coordinates{};
+  for (std::size_t count = 0; count < 3; ++count) {
+    const std::wstring_view part = text.substr(0, text.find(L','));
+    const std::optional<double> number = real_of(part);
+    if (!number) return std::nullopt;
+    coordinates[count] = *number;
+    text.remove_prefix(part.size());
+    if (text.empty()) {
+      if (count == 0) return std::nullopt;
+      return Point3{coordinates[0], coordinates[1], coordinates[2]};
+    }
+    text.remove_prefix(1);
   }
   return std::nullopt;
 }
@@ -126,21 +145,21 @@ bool begins_with(std::wstring_view text, std::wstring_view beginning) {
          equal_ignoring_case(text.substr(0, beginning.size()), beginning);
 }
 
-std::optional<Point3> point_of(std::wstring_view text) {
-  std::array<double, 3> coordinates{};
-  for (std::size_t count = 0; count < 3; ++count) {
-    const std::wstring_view part = text.substr(0, text.find(L','));
-    const std::optional<double> number = number_of<double>(part);
-    if (!number || !std::isfinite(*number)) return std::nullopt;
-    coordinates[count] = *number;
-    text.remove_prefix(part.size());
-    if (text.empty()) {
-      if (count == 0) return std::nullopt;
-      return Point3{coordinates[0], coordinates[1], coordinates[2]};
-    }
-    text.remove_prefix(1);
-  }
-  return std::nullopt;
+std::optional<std::int32_t> integer_of(std::wstring_view text) {
+  return number_of<std::int32_t>(text);
+}
+
+std::optional<double> real_of(std::wstring_view text) {
+  const std::optional<double> number = number_of<double>(text);
+  return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
+std::optional<Point3> point_of(std::wstring_view text, std::optional<Point3> last) {
+  if (!text.starts_with(L'@')) return coordinates_of(text);
+  const std::optional<Point3> offset = coordinates_of(text.substr(1));
+  if (!offset || !last) return std::nullopt;
+  const Point3 point{last->x + offset->x, last->y + offset->y, last->z + offset->z};
+  return is_finite(point) ? std::optional(point) : std::nullopt;
 }
 
 std::optional<std::uint64_t> handle_from(std::wstring_view text) {

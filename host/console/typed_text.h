@@ -47,8 +47,15 @@ struct NameMatch {
 // The text begins with the other, letter case aside.
 [[nodiscard]] bool begins_with(std::wstring_view text, std::wstring_view beginning);
 
-// A point "x,y" or "x,y,z" of finite numbers without blanks.
-[[nodiscard]] std::optional<Point3> point_of(std::wstring_view text);
+// The number that the whole text is, blanks included: none for any other text, and for a number
+// beyond the range of its type. A leading plus will do.
+[[nodiscard]] std::optional<std::int32_t> integer_of(std::wstring_view text);
+[[nodiscard]] std::optional<double> real_of(std::wstring_view text);  // finite
+
+// A point "x,y" or "x,y,z" (z is 0 without) of finite numbers without blanks, also "@dx,dy" or
+// "@dx,dy,dz" from `last` if there is one.
+[[nodiscard]] std::optional<Point3> point_of(std::wstring_view text,
+                                             std::optional<Point3> last = std::nullopt);
 
 // A handle in hexadecimal digits; not 0.
 [[nodiscard]] std::optional<std::uint64_t> handle_from(std::wstring_view text);

@@ -83,6 +83,20 @@ TEST(TypedText, Points) {
     EXPECT_EQ(point_of(text), point) << std::wstring(text);
 }
 
+TEST(TypedText, PointsFromTheLastOne) {
+  EXPECT_EQ(point_of(L"@1,-2", Point3{10, 20, 30}), (Point3{11, 18, 30}));
+  EXPECT_EQ(point_of(L"@1,2,3", Point3{10, 20, 30}), (Point3{11, 22, 33}));
+  EXPECT_EQ(point_of(L"@1,2"), std::nullopt) << "there is no last one";
+  EXPECT_EQ(point_of(L"@1e308,0", Point3{1e308, 0, 0}), std::nullopt) << "beyond the numbers";
+}
+
+TEST(TypedText, Integers) {
+  EXPECT_EQ(integer_of(L"+2147483647"), 2147483647);
+  EXPECT_EQ(integer_of(L"-2147483648"), -2147483647 - 1);
+  for (const std::wstring_view text : {L"", L"+", L"+-1", L"2147483648", L"1.0", L"1 ", L"0x1"})
+    EXPECT_EQ(integer_of(text), std::nullopt) << std::wstring(text);
+}
+
 TEST(SelectionSet, UndoPutsEverythingBackInItsPlace) {
   SelectionSet set;
   EXPECT_EQ(set.add({{1}, {2}, {3}, {4}}), 0U);

@@ -1,11 +1,14 @@
 #include "host/console/terminal_host.h"
 
 #include <array>
+#include <csignal>
+#include <deque>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <stdexcept>
 
 #include "host/console/command_loop.h"
+#include "host/console/interrupt.h"
 #include "host/console/scripted_lines.h"
 
 namespace korvel {
@@ -84,7 +87,7 @@ TEST(TerminalHost, StrictEndsAtTheFirstRefusalWithEscForTheCommand) {
 }
 
 TEST(TerminalHost, PicksEntities) {
-  Conversation talk({"HANDLE FFFFFF", "foo", "0.2,0", "50,50", "l", "HANDLE 0"});
+  Conversation talk({"HANDLE FFFFFF", "foo", "0.2,0", "50,50", "l", "HANDLE ZZZ"});
   const EntityId first = talk.add_point({0, 0, 0});
   const EntityId last = talk.add_point({100, 0, 0});
   EXPECT_EQ(talk.host.ask_entity(L""), std::nullopt) << "no such handle";
@@ -92,6 +95,7 @@ TEST(TerminalHost, PicksEntities) {
   EXPECT_EQ(talk.host.ask_entity(L""), std::nullopt);
   EXPECT_EQ(talk.host.ask_entity(L""), last);
   EXPECT_EQ(talk.host.ask_entity(L""), std::nullopt);
+  EXPECT_TRUE(talk.printed().ends_with("HANDLE ZZZ\nThere is no entity with the handle ZZZ.\n"));
 }
 
 TEST(TerminalHost, AllLeavesOutFrozenAndLockedLayersButNotThoseThatAreOff) {
@@ -172,6 +176,65 @@ TEST(CommandLoop, OnlyCommandsThatUseThePickFirstSetSeeIt) {
     CommandLoop(talk.host, talk.lines, stack).run();
     EXPECT_EQ(pick_first_seen, seen);
   }
+}
+
+// --- Commands of the host -----------------------------------------------------------------------
+
+// Ctrl+C is pressed as soon as a blank line has been handed out: while the command works.
+class InterruptedLines final : public LineSource {
+ public:
+  explicit InterruptedLines(std::deque<std::wstring> lines) : lines_(std::move(lines)) {
+    interrupt::install();
+  }
+  Read next(std::wstring_view /*prompt*/, std::wstring& line) override {
+    if (interrupt::take()) return Read::Interrupted;
+    if (lines_.empty()) return Read::End;
+    line = std::move(lines_.front());
+    lines_.pop_front();
+    if (line.empty()) (void)std::raise(SIGINT);
+    return Read::Line;
+  }
+  [[nodiscard]] bool is_terminal() const override { return false; }
+
+ private:
+  std::deque<std::wstring> lines_;
+};
+
+TEST(HostCommands, CtrlCEndsTheCommandAndIsNotSeenByTheNextPrompt) {
+  struct Case {
+    const wchar_t* command;
+    std::string_view printed;
+  };
+  for (const auto& [command, printed] :
+       {Case{L"LIST", "2 found\n*Cancel*\n"}, Case{L"ERASE", "2 found\n0 erased.\n*Cancel*\n"}}) {
+    InterruptedLines lines({command, L"ALL", L"", L"NEXT"});
+    TerminalHost host(Drawing::blank(), lines, {});
+    for (const double x : {0.0, 1.0}) {
+      ASSERT_TRUE(host.drawing().add_entity({PointShape{{x, 0, 0}}}, EntityProperties{}));
+    }
+    testing::internal::CaptureStdout();
+    CommandLoop(host, lines, ConsoleCommandStack()).run();
+    const std::string unknown = "Unknown command \"NEXT\". Press F1 for help.\n";
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(printed) + unknown);
+    EXPECT_EQ(host.drawing().entities(Space::Model).size(), 2U);
+    EXPECT_EQ(host.ending(), Ending::InputEnded);
+  }
+}
+
+TEST(HostCommands, ListTellsObjectDataThatCannotBeRead) {
+  const std::unique_ptr<Drawing> drawing = Drawing::blank();
+  const EntityId point = *drawing->add_entity({PointShape{}}, EntityProperties{});
+  StandaloneStore store(*drawing);
+  const ODTableDef table{L"ROADS", {{L"WIDTH", ODType::Real, 1.5}}};
+  ASSERT_EQ(store.define_table(table), TableChange::Done);
+  ASSERT_TRUE(attach_default(store, point, table.name));
+  std::string bytes = drawing->to_bytes();
+  bytes.replace(bytes.rfind("ROADS"), 5, "RIVER");  // in the record: there is no such table
+  Conversation talk({"LIST", "LAST", ""});
+  talk.host.replace_drawing(std::move(*Drawing::read(bytes, "damaged")));
+  CommandLoop(talk.host, talk.lines, ConsoleCommandStack()).run();
+  const std::string printed = talk.printed();
+  EXPECT_TRUE(printed.ends_with("  Object data: cannot be read\n")) << printed;
 }
 
 }  // namespace

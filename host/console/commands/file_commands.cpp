@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iostream>
+#include <new>
 #include <utility>
 
 #include "frame/case_mapping.h"
@@ -12,12 +12,18 @@
 #include "frame/utf.h"
 #include "host/console/commands/handlers.h"
 #include "host/console/commands/questions.h"
+#include "host/console/output.h"
+#include "host/console/paths.h"
 
 namespace korvel {
 namespace {
 
-void refuse_failure(ConsoleHost& host, std::string_view reason) {
-  host.refuse(from_utf8(reason) + L".");
+void refuse_failure(ConsoleHost& host, FileFault fault, std::string_view reason) {
+  host.refuse_file(fault, from_utf8(reason) + L".");
+}
+
+Failure lack_of_memory(const std::filesystem::path& path) {
+  return {path.string() + ": there is not enough memory"};
 }
 
 // True if nothing would be lost, or may be.
@@ -31,19 +37,9 @@ void start_blank(ConsoleHost& host) {
   host.file.clear();
 }
 
-bool is_same_file(const std::filesystem::path& a, const std::filesystem::path& b) {
-  std::error_code error;
-  return std::filesystem::equivalent(a, b, error) && !error;
-}
-
-bool is_there(const std::filesystem::path& path) {
-  std::error_code error;
-  return std::filesystem::exists(path, error);
-}
-
 void save_to(ConsoleHost& host, const std::filesystem::path& path) {
-  if (const std::optional<Failure> failure = host.drawing().save(path)) {
-    refuse_failure(host, failure->reason);
+  if (const std::optional<Failure> failure = save_drawing(host.drawing(), path)) {
+    refuse_failure(host, FileFault::NotWritten, failure->reason);
     return;
   }
   host.file = path;
@@ -52,9 +48,25 @@ void save_to(ConsoleHost& host, const std::filesystem::path& path) {
 
 }  // namespace
 
+Result<std::unique_ptr<Drawing>> open_drawing(const std::filesystem::path& path) {
+  try {
+    return Drawing::open(path);
+  } catch (const std::bad_alloc&) {
+    return lack_of_memory(path);
+  }
+}
+
+std::optional<Failure> save_drawing(Drawing& drawing, const std::filesystem::path& path) {
+  try {
+    return drawing.save(path);
+  } catch (const std::bad_alloc&) {
+    return lack_of_memory(path);
+  }
+}
+
 void print_notices(const Drawing& drawing) {
   for (const std::string& notice : drawing.notices())
-    std::cerr << "korvel: " << notice << '\n';
+    complain(notice);
 }
 
 std::wstring contents_of(const Drawing& drawing) {
@@ -76,7 +88,8 @@ void new_drawing(ConsoleHost& host) {
 void close(ConsoleHost& host) { new_drawing(host); }
 
 void quit(ConsoleHost& host) {
-  if (may_leave_drawing(host)) host.quit();
+  const Changes changes = host.drawing().changed() ? Changes::Discarded : Changes::Kept;
+  if (may_leave_drawing(host)) host.quit(changes);
 }
 
 void open(ConsoleHost& host) {
@@ -84,9 +97,9 @@ void open(ConsoleHost& host) {
   const std::optional<std::wstring> answer = ask_word(host, L"Enter name of drawing to open: ");
   if (!answer || answer->empty()) return;
   const std::filesystem::path path = drawing_path(*answer);
-  Result<std::unique_ptr<Drawing>> opened = Drawing::open(path);
+  Result<std::unique_ptr<Drawing>> opened = open_drawing(path);
   if (!opened) {
-    refuse_failure(host, opened.reason());
+    refuse_failure(host, FileFault::NotRead, opened.reason());
     return;
   }
   host.replace_drawing(std::move(*opened));
@@ -108,11 +121,11 @@ void save_as(ConsoleHost& host) {
   if (!answer || answer->empty()) return;
   const std::filesystem::path path = drawing_path(*answer);
   if (!equal_ignoring_case(path_text(path.extension()), L".dxf")) {
-    host.refuse(L"Drawings are saved as .dxf files.");
+    host.refuse_file(FileFault::NotWritten, L"Drawings are saved as .dxf files.");
     return;
   }
-  const bool replaces_another = is_there(path) && !is_same_file(path, host.file);
-  if (replaces_another &&
+  // Nobody is asked about a folder: it cannot be replaced, which saving says.
+  if (!is_folder(path) && replaces_another(path, host.file) &&
       !ask_yes(host,
                L"A drawing with this name already exists. Do you want to replace it? "
                L"[Yes/No] <N>: ")) {

@@ -1,11 +1,20 @@
-// What opening a drawing tells a person, wherever it is opened from.
+// Opening and saving drawing files, wherever a person asks for it, and what is told then.
 #pragma once
 
+#include <filesystem>
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "host/standalone/drawing.h"
+#include "host/standalone/result.h"
 
 namespace korvel {
+
+// As the drawing does it; that there is not enough memory is a failure like any other.
+[[nodiscard]] Result<std::unique_ptr<Drawing>> open_drawing(const std::filesystem::path& path);
+[[nodiscard]] std::optional<Failure> save_drawing(Drawing& drawing,
+                                                  const std::filesystem::path& path);
 
 // Writes the notices of a drawing just opened to standard error, one "korvel: ..." line each.
 void print_notices(const Drawing& drawing);

@@ -21,22 +21,12 @@ void print_line(ConsoleHost& host, std::wstring_view name, std::wstring_view sum
   host.print(line + L"\n");
 }
 
-bool has_word(std::wstring_view words, std::wstring_view wanted) {
-  while (!words.empty()) {
-    const std::size_t blank = words.find(L' ');
-    if (equal_ignoring_case(words.substr(0, blank), wanted)) return true;
-    words.remove_prefix(blank == std::wstring_view::npos ? words.size() : blank + 1);
-  }
-  return false;
-}
-
 }  // namespace
 
 void help(ConsoleHost& host) {
   const auto answer = ask_word(host, L"Enter a command or Enter for all: ");
   if (!answer) return;
-  std::wstring_view wanted = *answer;
-  wanted.remove_prefix(std::min(wanted.find_first_not_of(L"_'."), wanted.size()));
+  const std::wstring_view wanted = command_name(*answer);
   bool found = false;
   for (const Command& command : command_table()) {
     if (!wanted.empty() && !equal_ignoring_case(command.name, wanted)) continue;
@@ -45,10 +35,7 @@ void help(ConsoleHost& host) {
     found = true;
   }
   for (const HostCommand& command : host_commands()) {
-    if (!wanted.empty() && !equal_ignoring_case(command.name, wanted) &&
-        !has_word(command.aliases, wanted)) {
-      continue;
-    }
+    if (!wanted.empty() && !is_called(command, wanted)) continue;
     print_line(host, command.name, command.summary, command.aliases);
     found = true;
   }

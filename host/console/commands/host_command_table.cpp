@@ -1,5 +1,9 @@
-// The table of the host's own commands.
+// The table of the host's own commands, and how they are found in it.
+#include <algorithm>
+
+#include "frame/case_mapping.h"
 #include "host/console/commands/handlers.h"
+#include "host/console/typed_text.h"
 
 namespace korvel {
 
@@ -34,6 +38,19 @@ const std::vector<HostCommand>& host_commands() {
       {L"ADEEDITDATA", L"", L"edits, attaches and detaches records of an entity", edit_data},
   };
   return commands;
+}
+
+bool is_called(const HostCommand& command, std::wstring_view name) {
+  if (equal_ignoring_case(command.name, name)) return true;
+  return std::ranges::any_of(words_of(command.aliases), [name](std::wstring_view alias) {
+    return equal_ignoring_case(alias, name);
+  });
+}
+
+std::wstring_view command_name(std::wstring_view typed) {
+  std::wstring_view name = trimmed(typed);
+  name.remove_prefix(std::min(name.find_first_not_of(L"_'."), name.size()));
+  return name;
 }
 
 }  // namespace korvel

@@ -34,7 +34,11 @@ class EntityText {
     for (const AttributeText& attribute : drawing_.attributes_of(id)) {
       fact(L"attribute " + attribute.tag, value_in_line(std::wstring_view(attribute.text)));
     }
-    records(Drawing::index_of(id));
+    if (drawing_.has_readable_records(id)) {
+      records(Drawing::index_of(id));
+    } else {
+      fact(L"Object data", L"cannot be read");
+    }
     return std::move(out_);
   }
 
@@ -193,8 +197,10 @@ void list(ConsoleHost& host) {
     host.print(EntityText(host.drawing(), shown_decimals(host)).of(entities->front()));
     return;
   }
-  for (const EntityId id : *entities)
+  for (const EntityId id : *entities) {
+    if (cancelled(host)) return;
     host.print(dump_line(host.drawing(), id) + L"\n");
+  }
 }
 
 }  // namespace korvel::host_command

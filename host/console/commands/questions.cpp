@@ -2,27 +2,16 @@
 #include "host/console/commands/questions.h"
 
 #include <array>
-#include <limits>
 #include <utility>
 
 #include "frame/case_mapping.h"
 #include "frame/format.h"
 #include "frame/utf.h"
 #include "frame/value_text.h"
-#include "geometry/vector.h"
 #include "host/console/typed_text.h"
-#include "host/standalone/dxf/number_text.h"
 
 namespace korvel {
 namespace {
-
-// The number's characters; other letters become one that no number has.
-std::string ascii(std::wstring_view text) {
-  std::string out;
-  for (const wchar_t c : text)
-    out += c > 0 && c < 128 ? static_cast<char>(c) : '?';
-  return out;
-}
 
 std::size_t shortest_form(std::wstring_view keyword) {
   std::size_t length = 0;
@@ -70,34 +59,11 @@ bool ask_yes(ConsoleHost& host, std::wstring_view prompt) {
   return ask_yes_or_no(host, prompt).value_or(false);
 }
 
-std::optional<double> parse_number(std::wstring_view text) {
-  double number = 0;
-  if (!dxf::read_real(ascii(text), number)) return std::nullopt;
-  return number;
-}
-
-std::optional<std::int32_t> parse_integer(std::wstring_view text) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  std::int64_t number = 0;
-  if (!dxf::read_integer(ascii(text), number)) return std::nullopt;
-  if (number < Limits::min() || number > Limits::max()) return std::nullopt;
-  return static_cast<std::int32_t>(number);
-}
-
-std::optional<Point3> parse_point(std::wstring_view text, std::optional<Point3> last) {
-  if (!text.starts_with(L'@')) return point_of(text);
-  const std::optional<Point3> offset = point_of(text.substr(1));
-  if (!offset || !last) return std::nullopt;
-  const Point3 point{last->x + offset->x, last->y + offset->y, last->z + offset->z};
-  if (!is_finite(point)) return std::nullopt;
-  return point;
-}
-
 Answer<PointOrOption> ask_point_or_option(ConsoleHost& host, const PointQuestion& question) {
   using Kind = Answer<PointOrOption>::Kind;
   while (const std::optional<std::wstring> answer = ask_word(host, question.prompt)) {
     if (answer->empty() && question.takes_enter) return {Kind::Enter};
-    if (const auto point = parse_point(*answer, question.last)) return {Kind::Given, *point};
+    if (const auto point = point_of(*answer, question.last)) return {Kind::Given, *point};
     if (const auto option = keyword_of(*answer, question.keywords)) return {Kind::Given, *option};
     host.refuse(question.keywords.empty() ? L"Point required."
                                           : L"Point or option keyword required.");
@@ -131,6 +97,12 @@ std::optional<EntityList> selected_entities(ConsoleHost& host) {
   }
   if (!entities.empty()) host.set_previous_selection(entities);
   return entities;
+}
+
+bool cancelled(ConsoleHost& host) {
+  if (!host.interrupted()) return false;
+  host.print(cancel_line);
+  return true;
 }
 
 std::wstring value_in_line(const ODValueView& value) {

@@ -45,14 +45,6 @@ template <class Value>
 // The same where Esc is No too.
 [[nodiscard]] bool ask_yes(ConsoleHost& host, std::wstring_view prompt);
 
-// A point "x,y" or "x,y,z" (z is 0 without), also "@dx,dy,dz" from `last` if there is one. None
-// for any other text.
-[[nodiscard]] std::optional<Point3> parse_point(std::wstring_view text, std::optional<Point3> last);
-
-// The whole text must be a number.
-[[nodiscard]] std::optional<double> parse_number(std::wstring_view text);
-[[nodiscard]] std::optional<std::int32_t> parse_integer(std::wstring_view text);
-
 // A point or one of the options.
 using PointOrOption = std::variant<Point3, std::size_t>;
 
@@ -76,6 +68,13 @@ struct PointQuestion {
 // selected at the prompt, which become the previous selection. Erased ones are left out. None:
 // cancelled.
 [[nodiscard]] std::optional<EntityList> selected_entities(ConsoleHost& host);
+
+// The last word of a command that Ctrl+C ended.
+inline constexpr std::wstring_view cancel_line = L"*Cancel*\n";
+
+// Whether the user pressed Ctrl+C, after saying that the command ends for it. Commands that go
+// through many entities ask at each.
+[[nodiscard]] bool cancelled(ConsoleHost& host);
 
 // The value as a person sees it, kept on one line: line breaks and tabs show as \n, \r and \t.
 [[nodiscard]] std::wstring value_in_line(const ODValueView& value);

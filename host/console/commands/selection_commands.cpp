@@ -24,9 +24,14 @@ void erase(ConsoleHost& host) {
   if (!entities || entities->empty()) return;
   std::size_t locked = 0;
   std::size_t erased = 0;
+  bool stopped = false;
   {
     const DocumentLock lock(host);
     for (const EntityId id : *entities) {
+      if (host.interrupted()) {  // what was erased so far is one step of UNDO
+        stopped = true;
+        break;
+      }
       if (host.drawing().on_locked_layer(id)) {
         ++locked;
       } else if (host.drawing().erase(id)) {
@@ -38,6 +43,7 @@ void erase(ConsoleHost& host) {
     host.print(counted(locked, L"was on a locked layer.\n", L"were on a locked layer.\n"));
   }
   host.print(counted(erased, L"erased.\n", L"erased.\n"));
+  if (stopped) host.print(cancel_line);
 }
 
 }  // namespace korvel::host_command

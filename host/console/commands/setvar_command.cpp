@@ -9,6 +9,7 @@
 #include "frame/utf.h"
 #include "host/console/commands/handlers.h"
 #include "host/console/commands/questions.h"
+#include "host/console/typed_text.h"
 #include "host/standalone/dxf/number_text.h"
 
 namespace korvel::host_command {
@@ -71,16 +72,16 @@ struct Objection {
   std::wstring_view text;
 
   std::optional<std::wstring> operator()(IntegerRange range) const {
-    const std::optional<std::int32_t> number = parse_integer(text);
+    const std::optional<std::int32_t> number = integer_of(text);
     if (number && *number >= range.least && *number <= range.most) return std::nullopt;
     return format_text(L"Requires an integer between %i and %i.", range.least, range.most);
   }
   std::optional<std::wstring> operator()(AnyReal) const {
-    if (parse_number(text)) return std::nullopt;
+    if (real_of(text)) return std::nullopt;
     return L"Requires a number.";
   }
   std::optional<std::wstring> operator()(PositiveReal) const {
-    const std::optional<double> number = parse_number(text);
+    const std::optional<double> number = real_of(text);
     if (number && *number > 0) return std::nullopt;
     return L"Value must be positive and nonzero.";
   }

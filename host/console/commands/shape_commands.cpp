@@ -11,6 +11,7 @@
 #include "host/console/commands/drawing_defaults.h"
 #include "host/console/commands/handlers.h"
 #include "host/console/commands/questions.h"
+#include "host/console/typed_text.h"
 #include "host/standalone/dxf/number_text.h"
 
 namespace korvel::host_command {
@@ -20,8 +21,8 @@ constexpr std::wstring_view not_positive = L"Value must be positive and nonzero.
 
 // A number, or the distance of a point from `from`.
 std::optional<double> distance_of(std::wstring_view answer, Point3 from) {
-  if (const std::optional<double> number = parse_number(answer)) return number;
-  const std::optional<Point3> point = parse_point(answer, from);
+  if (const std::optional<double> number = real_of(answer)) return number;
+  const std::optional<Point3> point = point_of(answer, from);
   if (!point) return std::nullopt;
   const double distance = length(*point - from);
   return std::isfinite(distance) ? std::optional(distance) : std::nullopt;
@@ -43,7 +44,7 @@ std::optional<double> ask_number(ConsoleHost& host, std::wstring_view what, doub
   const std::wstring prompt = format_text(L"%s <%s>: ", what, fixed_text(usual, decimals));
   while (const std::optional<std::wstring> answer = ask_word(host, prompt)) {
     if (answer->empty()) return usual;
-    if (const auto number = parse_number(*answer)) return number;
+    if (const auto number = real_of(*answer)) return number;
     host.refuse(L"Requires a number.");
   }
   return std::nullopt;

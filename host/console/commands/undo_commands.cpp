@@ -2,6 +2,7 @@
 #include "frame/format.h"
 #include "host/console/commands/handlers.h"
 #include "host/console/commands/questions.h"
+#include "host/console/typed_text.h"
 
 namespace korvel::host_command {
 namespace {
@@ -24,13 +25,13 @@ void undo(ConsoleHost& host) {
     const auto answer = ask_word(host, L"Enter the number of operations to undo <1>: ");
     if (!answer) return;
     if (answer->empty()) break;
-    if (const auto number = parse_integer(*answer); number && *number > 0) {
+    if (const auto number = integer_of(*answer); number && *number > 0) {
       count = *number;
       break;
     }
     host.refuse(L"Requires a positive integer.");
   }
-  for (std::int32_t done = 0; done < count; ++done) {
+  for (std::int32_t done = 0; done < count && !cancelled(host); ++done) {
     if (undo_step(host)) continue;
     if (done == 0) {
       host.refuse(L"Nothing to undo.");

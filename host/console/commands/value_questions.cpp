@@ -7,6 +7,7 @@
 #include "frame/format.h"
 #include "frame/utf.h"
 #include "host/console/commands/questions.h"
+#include "host/console/typed_text.h"
 
 namespace korvel {
 namespace {
@@ -16,12 +17,12 @@ struct Reading {
   std::wstring_view answer;
 
   std::optional<ODValue> operator()(std::monostate) const { return std::nullopt; }
-  std::optional<ODValue> operator()(std::int32_t) const { return parse_integer(answer); }
-  std::optional<ODValue> operator()(double) const { return parse_number(answer); }
+  std::optional<ODValue> operator()(std::int32_t) const { return integer_of(trimmed(answer)); }
+  std::optional<ODValue> operator()(double) const { return real_of(trimmed(answer)); }
   std::optional<ODValue> operator()(const std::wstring&) const {
     return answer == L"." ? std::wstring() : std::wstring(answer);
   }
-  std::optional<ODValue> operator()(Point3) const { return parse_point(answer, std::nullopt); }
+  std::optional<ODValue> operator()(Point3) const { return point_of(trimmed(answer)); }
 };
 
 std::wstring_view requirement(ODType type) {

@@ -1,0 +1,23 @@
+#include "host/console/paths.h"
+
+#include <system_error>
+
+namespace korvel {
+
+bool is_there(const std::filesystem::path& path) {
+  std::error_code ignored;
+  return std::filesystem::exists(path, ignored);
+}
+
+bool is_folder(const std::filesystem::path& path) {
+  std::error_code ignored;
+  return std::filesystem::is_directory(path, ignored);
+}
+
+bool replaces_another(const std::filesystem::path& target, const std::filesystem::path& own) {
+  if (!is_there(target)) return false;
+  std::error_code ignored;
+  return own.empty() || !std::filesystem::equivalent(target, own, ignored);
+}
+
+}  // namespace korvel
