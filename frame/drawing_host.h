@@ -54,7 +54,7 @@ class DrawingHost {
   DrawingHost& operator=(const DrawingHost&) = delete;
   virtual ~DrawingHost() = default;
 
-  // --- Entities -------------------------------------------------------------------------------
+  // --- Entities ---
 
   // The entities of the block table record "*Model_Space", oldest first. Erased ones are left out.
   [[nodiscard]] virtual EntityList model_space() const = 0;
@@ -79,7 +79,7 @@ class DrawingHost {
   // table lacks (they are thawed, on and unlocked).
   [[nodiscard]] virtual std::vector<Layer> layers() const = 0;
 
-  // --- Selection ------------------------------------------------------------------------------
+  // --- Selection ---
 
   // The pick-first set in the order of selection; empty if there is none. Whatever the host holds
   // for it is freed before this returns.
@@ -93,7 +93,7 @@ class DrawingHost {
   // the user pressed Enter without selecting.
   [[nodiscard]] virtual std::optional<EntityList> ask_selection() = 0;
 
-  // --- Command line ---------------------------------------------------------------------------
+  // --- Command line ---
 
   // Text as it stands; a message that ends its line ends in a line feed.
   virtual void print(std::wstring_view text) = 0;
@@ -110,7 +110,7 @@ class DrawingHost {
   // One entity picked; none for Esc, Enter, or a pick that hit nothing.
   [[nodiscard]] virtual std::optional<EntityId> ask_entity(std::wstring_view prompt) = 0;
 
-  // --- Dialogs --------------------------------------------------------------------------------
+  // --- Dialogs ---
 
   // Shows the dialog until one of its buttons closes it. False: it was cancelled.
   [[nodiscard]] virtual bool show(Dialog& dialog) = 0;
@@ -129,7 +129,7 @@ class DrawingHost {
   [[nodiscard]] virtual std::optional<std::filesystem::path> choose_file_to_save(
       const FileQuestion& question) = 0;
 
-  // --- Progress meter -------------------------------------------------------------------------
+  // --- Progress meter ---
 
   // One meter at a time: started with its label and its range from 0, moved, and ended.
   virtual void start_progress(std::wstring_view label, std::int64_t range) = 0;
@@ -140,7 +140,7 @@ class DrawingHost {
   // now and then, and ends as if it had been cancelled. A host that cannot tell answers false.
   [[nodiscard]] virtual bool interrupted() { return false; }
 
-  // --- Document -------------------------------------------------------------------------------
+  // --- Document ---
 
   // The pair brackets every change of entities and object data. In the stand-alone host what is
   // done between them is one step of UNDO. Pairs nest.

@@ -37,7 +37,7 @@ void Drawing::start_recording() {
   od_.set_recorder([this](OdChange change) { journal_.add(std::move(change)); });
 }
 
-// --- Saving -------------------------------------------------------------------------------------
+// --- Saving ---
 
 std::optional<Failure> Drawing::save(const std::filesystem::path& path) {
   const OdWriting writing(*this);
@@ -86,7 +86,7 @@ bool Drawing::takes_records(EntityId id) const {
   return has_readable_records(id) && handle_of(id) != 0 && !why_no_object_data();
 }
 
-// --- Entities -----------------------------------------------------------------------------------
+// --- Entities ---
 
 const Drawing::Entity* Drawing::entity(EntityId id) const {
   if (id.is_null() || id.value > entities_.size()) return nullptr;
@@ -165,7 +165,7 @@ std::vector<AttributeText> Drawing::attributes_of(EntityId id) const {
   return read_attributes(document_.groups(known->item), document_.codec());
 }
 
-// --- Layers -------------------------------------------------------------------------------------
+// --- Layers ---
 
 // An entity without the name of a layer is on "0".
 std::uint32_t Drawing::layer_index(std::wstring_view name) {
@@ -212,7 +212,7 @@ EntityId Drawing::current_layer() const {
   return layer_named(name).value_or(layers_.empty() ? EntityId{} : layers_.front().id);
 }
 
-// --- Undo ---------------------------------------------------------------------------------------
+// --- Undo ---
 
 std::optional<std::wstring> Drawing::undo() {
   std::optional<Journal::Step> step = journal_.take_undo();

@@ -85,7 +85,7 @@ class Drawing {
   // Why the drawing cannot hold object data, for the user; none: it can.
   [[nodiscard]] std::optional<std::string> why_no_object_data() const;
 
-  // --- Entities: those of all spaces and block definitions, in file order -----------------------
+  // --- Entities: those of all spaces and block definitions, in file order ---
 
   // Entities that were not erased, of one space (Block: of all block definitions together).
   [[nodiscard]] EntityList entities(Space space) const;
@@ -105,7 +105,7 @@ class Drawing {
   // Attributes of a block reference, in order.
   [[nodiscard]] std::vector<AttributeText> attributes_of(EntityId id) const;
 
-  // --- Changes; each is recorded in the journal --------------------------------------------------
+  // --- Changes; each is recorded in the journal ---
 
   // Adds an entity to model space: POINT, LINE, CIRCLE or ARC, LWPOLYLINE, 3D POLYLINE or TEXT
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
@@ -114,7 +114,7 @@ class Drawing {
   // Erases the entity with what it owns; false when it does not exist or its layer is locked.
   bool erase(EntityId id);
 
-  // --- Layers ------------------------------------------------------------------------------------
+  // --- Layers ---
 
   // Those of the layer table, and those that entities name though the table lacks them.
   [[nodiscard]] std::vector<Layer> layers() const;
@@ -127,10 +127,10 @@ class Drawing {
   [[nodiscard]] EntityId current_layer() const;
   bool set_current_layer(EntityId layer);
 
-  // --- Header variables
-  // ---------------------------------------------------------------------------
+  // --- Header variables ---
 
-  // Text of a header variable of one value ("LUPREC"), without case; none if there is none such.
+  // Text, in UTF-8, of a header variable of one value ("LUPREC"), named without case; none if there
+  // is none such.
   [[nodiscard]] std::optional<std::string> variable(std::string_view name) const;
   // The same of a variable whose type is a whole number.
   [[nodiscard]] std::optional<std::int64_t> integer_variable(std::string_view name) const;
@@ -139,8 +139,7 @@ class Drawing {
   // The same outside the journal, for what is put back when a command ends.
   bool set_variable_for_now(std::string_view name, std::string_view value);
 
-  // --- Object data, undo
-  // --------------------------------------------------------------------------
+  // --- Object data, undo ---
 
   [[nodiscard]] OdTables& od() { return od_; }
   [[nodiscard]] const OdTables& od() const { return od_; }
@@ -149,8 +148,7 @@ class Drawing {
   std::optional<std::wstring> undo();
   std::optional<std::wstring> redo();
 
-  // --- For the reading and writing of the object data
-  // ---------------------------------------------
+  // --- For the reading and writing of the object data ---
 
   [[nodiscard]] const dxf::Document& document() const { return document_; }
   // Number by which the object data know the entity; the identifier minus one.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "frame/case_mapping.h"
+#include "frame/utf.h"
 #include "host/standalone/dictionary.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/dxf/number_text.h"
@@ -167,10 +168,10 @@ bool Drawing::change_layer(const Layer& state) {
 
 bool Drawing::set_current_layer(EntityId layer) {
   const auto known = std::ranges::find(layers_, layer, &Layer::id);
-  return known != layers_.end() && set_variable("CLAYER", document_.codec().encode(known->name));
+  return known != layers_.end() && set_variable("CLAYER", to_utf8(known->name));
 }
 
-// --- Header variables ---------------------------------------------------------------------------
+// --- Header variables ---
 
 namespace {
 
@@ -206,7 +207,7 @@ std::optional<std::string> Drawing::variable(std::string_view name) const {
   if (!group) return std::nullopt;
   const dxf::ValueKind kind = dxf::value_kind(group->code);
   if (is_integer(kind)) return std::to_string(group->integer());
-  if (kind != dxf::ValueKind::Real) return std::string(group->value);
+  if (kind != dxf::ValueKind::Real) return to_utf8(document_.codec().decode(group->value));
   std::string digits;
   dxf::append_real(digits, group->real());
   return digits;
@@ -248,8 +249,9 @@ bool Drawing::set_variable_for_now(std::string_view name, std::string_view value
     if (number == group->real()) return true;
     writer.real(group->code, number);
   } else {
-    if (value == group->value) return true;
-    writer.raw(group->code, value);
+    const std::string raw = document_.codec().encode(from_utf8(value));
+    if (raw == group->value) return true;
+    writer.raw(group->code, raw);
   }
   dxf::GroupReader reader(bytes, document_.manner().framing);
   dxf::Group framed;

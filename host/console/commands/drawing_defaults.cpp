@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "frame/utf.h"
 #include "host/standalone/dxf/number_text.h"
 
 namespace korvel {
@@ -20,7 +21,7 @@ EntityProperties current_properties(const Drawing& drawing) {
     properties.color = static_cast<int>(color);
   }
   if (const auto linetype = drawing.variable("CELTYPE"); linetype && !linetype->empty()) {
-    properties.linetype = drawing.document().codec().decode(*linetype);
+    properties.linetype = from_utf8(*linetype);
   }
   double scale = 0;
   if (const auto text = drawing.variable("CELTSCALE");

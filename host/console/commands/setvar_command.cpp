@@ -56,7 +56,7 @@ constexpr std::array<Variable, 18> variables = {{
 std::optional<std::wstring> value_of(const Drawing& drawing, std::wstring_view name) {
   const std::optional<std::string> value = drawing.variable(to_utf8(name));
   if (!value) return std::nullopt;
-  return drawing.document().codec().decode(*value);
+  return from_utf8(*value);
 }
 
 void list_variables(ConsoleHost& host) {

@@ -73,16 +73,16 @@ class Document {
   using ItemVisitor = std::function<void(const Document&, ItemIndex, const ItemFacts&)>;
 
   // Cuts the file into items and shows each to the visitor, in file order, with the document as far
-  // as it has been read. `name` stands for the
-  // file in the failure, which names the line (ASCII) or the byte (binary). Refused are files that
-  // are no DXF, end early, or are damaged in their framing; what is inside an item is not judged.
+  // as it has been read. `name` stands for the file in the failure, which names the line (ASCII) or
+  // the byte (binary). Refused are files that are no DXF, end early, or are damaged in their
+  // framing; what is inside an item is not judged.
   [[nodiscard]] static Result<Document> read(std::string bytes, const std::string& name,
                                              const ItemVisitor& visit);
 
   [[nodiscard]] const Manner& manner() const { return manner_; }
   [[nodiscard]] const TextCodec& codec() const { return *codec_; }
   [[nodiscard]] const std::string& version() const { return version_; }
-  // True from R2000 on (`AC1015`) and so on; a file without a version counts as R12.
+  // Whether the version is this one ("AC1015" is R2000) or later; a file without one is R12.
   [[nodiscard]] bool at_least(std::string_view version) const { return version_ >= version; }
 
   [[nodiscard]] const std::vector<Item>& items() const { return items_; }
