@@ -50,6 +50,12 @@ Gathered gather(DrawingHost& host) {
   return gathered;
 }
 
+EntityList selected_entities(DrawingHost& host) {
+  EntityList selected = pick_first_entities(host);
+  if (selected.empty()) selected = asked_entities(host).value_or(EntityList{});
+  return selected;
+}
+
 void leave_selected(DrawingHost& host, const EntityList& entities) {
   host.set_pick_first({});
   host.set_pick_first(entities);

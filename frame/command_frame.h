@@ -34,6 +34,10 @@ struct Gathered {
 // else was looked at.
 [[nodiscard]] Gathered gather(DrawingHost& host);
 
+// The selection alone: the pick-first set, else what the user selects. Neither the whole drawing
+// nor the usable filter comes into it, so the order of selection is kept. Empty after Esc, too.
+[[nodiscard]] EntityList selected_entities(DrawingHost& host);
+
 // Makes the entities the pick-first set in place of the one there was.
 void leave_selected(DrawingHost& host, const EntityList& entities);
 

@@ -17,6 +17,8 @@ void CheckList::check_all(bool on) {
     item.checked = on;
 }
 
+void CheckList::toggle_all() { check_all(!std::ranges::all_of(items, &Item::checked)); }
+
 void CheckList::fill(const std::vector<std::wstring>& texts) {
   items.clear();
   for (const std::wstring& text : texts)

@@ -32,6 +32,8 @@ struct CheckList : Control {
   // Texts of the checked items, in list order.
   [[nodiscard]] std::vector<std::wstring> checked() const;
   void check_all(bool on);
+  // "Select all/nothing": all, or none when all were checked.
+  void toggle_all();
   // Replaces the items; none is checked.
   void fill(const std::vector<std::wstring>& texts);
 };

@@ -14,6 +14,7 @@
 
 #include "frame/entity_geometry.h"
 #include "frame/entity_id.h"
+#include "frame/entity_properties.h"
 #include "frame/od_store.h"
 
 namespace korvel {
@@ -74,6 +75,17 @@ class DrawingHost {
 
   // None for entities without a size (rays, construction lines, empty blocks, unknown types).
   [[nodiscard]] virtual std::optional<Extents> extents_of(EntityId entity) const = 0;
+
+  // The entities of model space whose extents contain the point in plan view (z does not count),
+  // in the order of model_space.
+  [[nodiscard]] virtual EntityList entities_around(Point3 point) const;
+
+  // None for an entity that cannot be opened.
+  [[nodiscard]] virtual std::optional<EntityProperties> properties_of(EntityId entity) const = 0;
+
+  // Sets colour, layer, linetype, linetype scale and lineweight, in this order. False, and nothing
+  // set, when the entity cannot be opened for writing.
+  virtual bool set_properties(EntityId entity, const EntityProperties& properties) = 0;
 
   // Every layer of the drawing, in the layer table's order, also those that entities name but the
   // table lacks (they are thawed, on and unlocked).

@@ -26,6 +26,12 @@ struct Extents {
   friend bool operator==(const Extents&, const Extents&) = default;
 };
 
+// Whether the point lies in the box or on its sides, whatever its z.
+[[nodiscard]] inline bool contains_in_plan(const Extents& extents, const Point3& point) {
+  return extents.min.x <= point.x && point.x <= extents.max.x && extents.min.y <= point.y &&
+         point.y <= extents.max.y;
+}
+
 struct PointShape {
   Point3 position;
 };

@@ -67,8 +67,32 @@ class ForwardingStore : public ODStore {
     return target_.remove_column(table_name, index);
   }
   [[nodiscard]] std::unique_ptr<RecordIterator> records() override { return target_.records(); }
+  [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table_name) override {
+    return target_.records_of(table_name);
+  }
   bool attach(EntityId entity, const ODRecord& record) override {
     return target_.attach(entity, record);
+  }
+  [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
+                                               std::span<const std::wstring> tables) override {
+    return target_.count_records(entities, tables);
+  }
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
+    return target_.tables_on(entities);
+  }
+  void mark_passing(const EntityList& entities, std::wstring_view table_name, int column,
+                    const ValueTest& passes, std::vector<char>& marks) override {
+    target_.mark_passing(entities, table_name, column, passes, marks);
+  }
+  bool add_path_alias(std::wstring_view name, std::wstring_view path) override {
+    return target_.add_path_alias(name, path);
+  }
+  bool remove_path_alias(std::wstring_view name) override {
+    return target_.remove_path_alias(name);
+  }
+  [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(
+      const std::filesystem::path& path) override {
+    return target_.attach_drawing(path);
   }
   [[nodiscard]] std::vector<std::wstring> feature_classes() const override {
     return target_.feature_classes();
@@ -101,6 +125,15 @@ class ForwardingHost : public DrawingHost {
   }
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
     return target_.extents_of(entity);
+  }
+  [[nodiscard]] EntityList entities_around(Point3 point) const override {
+    return target_.entities_around(point);
+  }
+  [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
+    return target_.properties_of(entity);
+  }
+  bool set_properties(EntityId entity, const EntityProperties& properties) override {
+    return target_.set_properties(entity, properties);
   }
   [[nodiscard]] std::vector<Layer> layers() const override { return target_.layers(); }
 

@@ -1,12 +1,108 @@
 #include "frame/od_store.h"
 
+#include <algorithm>
+#include <set>
+
 namespace korvel {
+namespace {
+
+// Shows of another iterator's records those of one table.
+class TableRecords final : public RecordIterator {
+ public:
+  TableRecords(std::unique_ptr<RecordIterator> all, std::wstring_view table)
+      : all_(std::move(all)), table_(table) {}
+
+  bool open(EntityId entity, OpenMode mode) override {
+    const bool opened = all_->open(entity, mode);
+    start();
+    return opened;
+  }
+  [[nodiscard]] int count() const override { return count_; }
+  void start() override {
+    count_ = 0;
+    for (all_->start(); !all_->done(); all_->next()) {
+      if (all_->table_name() == table_) ++count_;
+    }
+    all_->start();
+    skip_others();
+  }
+  [[nodiscard]] bool done() const override { return all_->done(); }
+  void next() override {
+    all_->next();
+    skip_others();
+  }
+  [[nodiscard]] std::wstring_view table_name() const override { return all_->table_name(); }
+  [[nodiscard]] int value_count() const override { return all_->value_count(); }
+  [[nodiscard]] ODValueView value(int index) const override { return all_->value(index); }
+  bool update(const ODRecord& record) override { return all_->update(record); }
+  bool remove() override {
+    const bool removed = all_->remove();
+    if (removed) --count_;
+    return removed;
+  }
+
+ private:
+  void skip_others() {
+    while (!all_->done() && all_->table_name() != table_)
+      all_->next();
+  }
+
+  std::unique_ptr<RecordIterator> all_;
+  std::wstring table_;
+  int count_ = 0;
+};
+
+}  // namespace
+
 void RecordIterator::read(ODRecord& record) const {
   record.table = table_name();
   const int values = value_count();
   record.values.resize(static_cast<std::size_t>(values));
   for (int i = 0; i < values; ++i) {
     record.values[static_cast<std::size_t>(i)] = copy_of(value(i));
+  }
+}
+
+std::unique_ptr<RecordIterator> ODStore::records_of(std::wstring_view table) {
+  return std::make_unique<TableRecords>(records(), table);
+}
+
+std::vector<int> ODStore::count_records(const EntityList& entities,
+                                        std::span<const std::wstring> tables) {
+  const std::unique_ptr<RecordIterator> walk = records();
+  std::vector<int> counts;
+  counts.reserve(entities.size());
+  for (const EntityId entity : entities) {
+    int count = 0;
+    for (walk->open(entity, OpenMode::Read); !walk->done(); walk->next()) {
+      if (std::ranges::find(tables, walk->table_name()) != tables.end()) ++count;
+    }
+    counts.push_back(count);
+  }
+  return counts;
+}
+
+std::vector<std::wstring> ODStore::tables_on(const EntityList& entities) {
+  const std::unique_ptr<RecordIterator> walk = records();
+  std::set<std::wstring, std::less<>> names;
+  for (const EntityId entity : entities) {
+    for (walk->open(entity, OpenMode::Read); !walk->done(); walk->next()) {
+      if (!names.contains(walk->table_name())) names.emplace(walk->table_name());
+    }
+  }
+  return {names.begin(), names.end()};
+}
+
+void ODStore::mark_passing(const EntityList& entities, std::wstring_view table, int column,
+                           const ValueTest& passes, std::vector<char>& marks) {
+  const std::unique_ptr<RecordIterator> walk = records_of(table);
+  for (std::size_t i = 0; i < entities.size(); ++i) {
+    if (marks[i] != 0) continue;
+    for (walk->open(entities[i], OpenMode::Read); !walk->done(); walk->next()) {
+      if (!passes(walk->value(column))) continue;
+      marks[i] = 1;
+      break;
+    }
   }
 }
 

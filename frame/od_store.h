@@ -9,8 +9,11 @@
 // - Nothing handed out survives the command that asked for it.
 #pragma once
 
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -72,6 +75,33 @@ enum class TableChange { Done, Failed, TableExists, TableMissing };
 
 enum class ColumnChange { Done, Failed, DuplicateName, ColumnMissing, TableMissing };
 
+// A question about one value. Equal values must give equal answers, in whatever order and however
+// often they are asked: a store that keeps equal values once may ask once.
+using ValueTest = std::function<bool(const ODValueView&)>;
+
+// Another drawing whose object data can be read; nothing is ever written to it. It is detached
+// when this is destroyed.
+class AttachedDrawing {
+ public:
+  AttachedDrawing() = default;
+  AttachedDrawing(const AttachedDrawing&) = delete;
+  AttachedDrawing& operator=(const AttachedDrawing&) = delete;
+  virtual ~AttachedDrawing() = default;
+
+  // Its tables can be read between the two. False: the host refuses.
+  virtual bool activate() = 0;
+  virtual void deactivate() = 0;
+
+  // As ODStore has them for the active drawing.
+  [[nodiscard]] virtual std::vector<std::wstring> table_names() const = 0;
+  [[nodiscard]] virtual std::optional<ODTableDef> table(std::wstring_view name) const = 0;
+
+  // Brings the table's definition, and no record, into the active drawing. TableExists: a table of
+  // that name is there already, and stays as it is. A host that can bring a definition only along
+  // with a record attaches one to a point of its own making and erases the point.
+  virtual TableChange copy_definition(std::wstring_view table) = 0;
+};
+
 class ODStore {
  public:
   ODStore() = default;
@@ -109,11 +139,42 @@ class ODStore {
   // An iterator over all records of an entity; it stands on nothing until opened.
   [[nodiscard]] virtual std::unique_ptr<RecordIterator> records() = 0;
 
+  // The same over the records of one table only. A table that does not exist has none.
+  [[nodiscard]] virtual std::unique_ptr<RecordIterator> records_of(std::wstring_view table);
+
   // Attaches a record behind those the entity has. An entity may carry several records, also
   // several of one table. False, and nothing attached, when the entity cannot be opened for
   // writing, an iterator stands on it, the table does not exist, the values do not fit its
   // columns, or the drawing cannot hold object data.
   virtual bool attach(EntityId entity, const ODRecord& record) = 0;
+
+  // --- Passes over the records of many entities ---
+  //
+  // Each gives what the iterators would; a host that knows a shorter way takes it. An entity that
+  // cannot be opened for reading has no records.
+
+  // For each entity, in the order given, the number of its records that are of one of the tables.
+  [[nodiscard]] virtual std::vector<int> count_records(const EntityList& entities,
+                                                       std::span<const std::wstring> tables);
+
+  // The tables of which at least one of the entities carries a record, topology tables included:
+  // distinct and in ordinal order.
+  [[nodiscard]] virtual std::vector<std::wstring> tables_on(const EntityList& entities);
+
+  // Marks each entity that has a record of the table whose value in the column (by index) passes.
+  // `marks` is as long as `entities`; what is marked already stays so and is not asked about.
+  virtual void mark_passing(const EntityList& entities, std::wstring_view table, int column,
+                            const ValueTest& passes, std::vector<char>& marks);
+
+  // --- Other drawings ---
+
+  // A named path of the host's drawing set. False: there is such a name already / there is none.
+  virtual bool add_path_alias(std::wstring_view name, std::wstring_view path) = 0;
+  virtual bool remove_path_alias(std::wstring_view name) = 0;
+
+  // Null when the file cannot be read as a drawing.
+  [[nodiscard]] virtual std::unique_ptr<AttachedDrawing> attach_drawing(
+      const std::filesystem::path& path) = 0;
 
   // Feature classes of the drawing. A host without classification has none and classifies nothing.
   [[nodiscard]] virtual std::vector<std::wstring> feature_classes() const { return {}; }

@@ -52,6 +52,7 @@ void CkorvelApp::on_load() {
 void CkorvelApp::on_unload() {
   table_editor.reset();
   command_palette.reset();
+  choices = {};
   stack().remove_group(command_group);
   ModuleApp::on_unload();
 }

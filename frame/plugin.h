@@ -64,6 +64,8 @@ class CkorvelApp final : public ModuleApp {
   void on_load() override;
   void on_unload() override;
 
+  RememberedChoices choices;
+
   // Empty until the first run of KORVEL_CTL and of KORVEL_TABLE; nobody else deletes them.
   std::unique_ptr<PaletteSet> command_palette;
   std::unique_ptr<PaletteSet> table_editor;

@@ -3,13 +3,15 @@
 
 #include "frame/drawing_host.h"
 #include "frame/od_store.h"
+#include "frame/remembered_choices.h"
 
 namespace korvel {
 
-// Made for one run of one command; nothing of it is kept between runs.
+// Made for one run of one command; of it only the choices live on, in their owner.
 struct Session {
   ODStore& store;
   DrawingHost& host;
+  RememberedChoices& choices;
 };
 
 }  // namespace korvel

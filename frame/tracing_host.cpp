@@ -93,6 +93,7 @@ class TraceLine {
     append(definition.columns);
   }
   void append(const Layer& layer) { append(layer.name); }
+  void append(const EntityProperties& properties) { append(properties.layer); }
   void append(const EntityGeometry&) { append_word(L"shape"); }
   void append(const Extents& extents) {
     append(extents.min);
@@ -127,6 +128,10 @@ class TraceLine {
   }
   template <class Value>
   void append(const std::vector<Value>& list) {
+    append(std::span(list));
+  }
+  template <class Value>
+  void append(std::span<const Value> list) {
     std::wstring_view between = L"[";
     for (std::size_t i = 0; i < std::min(list.size(), longest_list); ++i) {
       line_ += between;
@@ -228,6 +233,37 @@ class TracingStore final : public ForwardingStore {
     TraceLine(L"records").ends(sink_);
     return std::make_unique<TracingRecordIterator>(Base::records(), sink_);
   }
+  [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table_name) override {
+    TraceLine(L"records_of", table_name).ends(sink_);
+    return std::make_unique<TracingRecordIterator>(Base::records_of(table_name), sink_);
+  }
+  [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
+                                               std::span<const std::wstring> tables) override {
+    return TraceLine(L"count_records", entities, tables)
+        .returns(sink_, Base::count_records(entities, tables));
+  }
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
+    return TraceLine(L"tables_on", entities).returns(sink_, Base::tables_on(entities));
+  }
+  void mark_passing(const EntityList& entities, std::wstring_view table_name, int column,
+                    const ValueTest& passes, std::vector<char>& marks) override {
+    Base::mark_passing(entities, table_name, column, passes, marks);
+    TraceLine(L"mark_passing", entities, table_name, column)
+        .returns(sink_, std::ranges::count(marks, 1));
+  }
+  bool add_path_alias(std::wstring_view name, std::wstring_view path) override {
+    return TraceLine(L"add_path_alias", name, path)
+        .returns(sink_, Base::add_path_alias(name, path));
+  }
+  bool remove_path_alias(std::wstring_view name) override {
+    return TraceLine(L"remove_path_alias", name).returns(sink_, Base::remove_path_alias(name));
+  }
+  [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(
+      const std::filesystem::path& path) override {
+    std::unique_ptr<AttachedDrawing> attached = Base::attach_drawing(path);
+    TraceLine(L"attach_drawing", path).returns(sink_, attached != nullptr);
+    return attached;
+  }
   bool attach(EntityId entity, const ODRecord& record) override {
     return TraceLine(L"attach", entity, record).returns(sink_, Base::attach(entity, record));
   }
@@ -265,6 +301,16 @@ class TracingHost final : public ForwardingHost {
   }
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
     return TraceLine(L"extents_of", entity).returns(sink_, Base::extents_of(entity));
+  }
+  [[nodiscard]] EntityList entities_around(Point3 point) const override {
+    return TraceLine(L"entities_around", point).returns(sink_, Base::entities_around(point));
+  }
+  [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
+    return TraceLine(L"properties_of", entity).returns(sink_, Base::properties_of(entity));
+  }
+  bool set_properties(EntityId entity, const EntityProperties& properties) override {
+    return TraceLine(L"set_properties", entity, properties)
+        .returns(sink_, Base::set_properties(entity, properties));
   }
   [[nodiscard]] std::vector<Layer> layers() const override {
     return TraceLine(L"layers").returns(sink_, Base::layers());

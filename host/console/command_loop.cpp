@@ -65,7 +65,7 @@ void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) 
     if (trace_) {
       run_traced(command.handler, store);
     } else {
-      Session session{store, host_};
+      Session session{store, host_, choices_};
       run_handler(command.handler, session);
     }
   });
@@ -74,7 +74,7 @@ void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) 
 void CommandLoop::run_traced(CommandHandler handler, ODStore& store) {
   const std::unique_ptr<ODStore> traced_store = tracing_store(store, trace_);
   const std::unique_ptr<DrawingHost> traced_host = tracing_host(host_, trace_);
-  Session session{*traced_store, *traced_host};
+  Session session{*traced_store, *traced_host, choices_};
   run_handler(handler, session);
 }
 

@@ -16,6 +16,7 @@
 #include "frame/drawing_host.h"
 #include "frame/entity_geometry.h"
 #include "frame/entity_id.h"
+#include "frame/entity_properties.h"
 #include "host/standalone/dxf/document.h"
 #include "host/standalone/journal.h"
 #include "host/standalone/od_tables.h"
@@ -33,15 +34,6 @@ struct OdDefinitionItems {
 };
 
 // Properties that every entity has; an absent group means the default given here.
-struct EntityProperties {
-  std::wstring layer = L"0";
-  std::wstring linetype = L"ByLayer";
-  int color = 256;                         // index; 0 by block, 256 by layer
-  std::optional<std::int32_t> true_color;  // 0x00RRGGBB
-  double linetype_scale = 1;
-  int lineweight = -1;  // hundredths of a millimetre; -1 by layer, -2 by block, -3 default
-};
-
 struct AttributeText {
   std::wstring tag;
   std::wstring text;
@@ -111,6 +103,8 @@ class Drawing {
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
   std::optional<EntityId> add_entity(const EntityGeometry& geometry,
                                      const EntityProperties& properties);
+  // Gives the entity these properties; false when it does not exist or its layer is locked.
+  bool set_properties(EntityId id, const EntityProperties& properties);
   // Erases the entity with what it owns; false when it does not exist or its layer is locked.
   bool erase(EntityId id);
 

@@ -86,6 +86,15 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   return id_of(index);
 }
 
+bool Drawing::set_properties(EntityId id, const EntityProperties& properties) {
+  const Entity* const known = entity(id);
+  if (known == nullptr || on_locked_layer(id)) return false;
+  const std::string bytes = with_properties(document_.bytes(known->item), properties,
+                                            document_.manner(), document_.codec());
+  if (bytes != document_.bytes(known->item)) replace_item(known->item, bytes);
+  return true;
+}
+
 bool Drawing::erase(EntityId id) {
   const Entity* const known = entity(id);
   if (known == nullptr || on_locked_layer(id)) return false;

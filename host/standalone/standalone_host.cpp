@@ -52,6 +52,15 @@ std::optional<Extents> StandaloneHost::extents_of(EntityId entity) const {
   return drawing_->extents_of(entity);
 }
 
+std::optional<EntityProperties> StandaloneHost::properties_of(EntityId entity) const {
+  if (!drawing_->exists(entity)) return std::nullopt;
+  return drawing_->properties_of(entity);
+}
+
+bool StandaloneHost::set_properties(EntityId entity, const EntityProperties& properties) {
+  return drawing_->set_properties(entity, properties);
+}
+
 std::vector<Layer> StandaloneHost::layers() const { return drawing_->layers(); }
 
 EntityList StandaloneHost::pick_first() const { return existing(*drawing_, pick_first_); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "geometry/vector.h"
@@ -45,12 +46,45 @@ std::optional<std::uint32_t> column_named(const OdTable& table, std::wstring_vie
   return std::nullopt;
 }
 
+// Asks about the values of one column; about a text, which the store keeps once, only once.
+class ColumnTest {
+ public:
+  ColumnTest(const OdTables& od, std::uint32_t table, std::uint32_t column, const ValueTest& passes)
+      : od_(od),
+        table_(table),
+        column_(column),
+        passes_(passes),
+        texts_(od.texts_of(table, column)) {
+    if (texts_ != nullptr) answers_.resize(od.text_count(), Answer::None);
+  }
+
+  [[nodiscard]] bool passes(std::uint32_t row) {
+    if (texts_ == nullptr) return passes_(od_.value({table_, row}, column_));
+    Answer& answer = answers_[static_cast<std::size_t>((*texts_)[row])];
+    if (answer == Answer::None) {
+      answer = passes_(od_.value({table_, row}, column_)) ? Answer::Yes : Answer::No;
+    }
+    return answer == Answer::Yes;
+  }
+
+ private:
+  enum class Answer : char { None, Yes, No };
+
+  const OdTables& od_;
+  std::uint32_t table_;
+  std::uint32_t column_;
+  const ValueTest& passes_;
+  const std::vector<TextPool::Id>* texts_;
+  std::vector<Answer> answers_;  // by text
+};
+
 }  // namespace
 
 class StandaloneStore::Iterator final : public RecordIterator {
  public:
-  explicit Iterator(StandaloneStore& store)
-      : store_(store), drawing_(store.drawing_), od_(store.drawing_.od()) {
+  // Over the records of all tables, or of one.
+  explicit Iterator(StandaloneStore& store, std::optional<std::uint32_t> only = std::nullopt)
+      : store_(store), drawing_(store.drawing_), od_(store.drawing_.od()), only_(only) {
     store_.iterators_.push_back(this);
   }
   Iterator(const Iterator&) = delete;
@@ -65,13 +99,20 @@ class StandaloneStore::Iterator final : public RecordIterator {
     start();
     return opened_;
   }
-  [[nodiscard]] int count() const override { return static_cast<int>(current_span().count); }
+  [[nodiscard]] int count() const override {
+    const RecordSpan span = current_span();
+    return static_cast<int>(only_ ? od_.count_of(span, *only_) : span.count);
+  }
   void start() override {
     span_ = current_span();
     position_ = 0;
+    skip_others();
   }
   [[nodiscard]] bool done() const override { return position_ >= span_.count || is_overtaken(); }
-  void next() override { ++position_; }
+  void next() override {
+    ++position_;
+    skip_others();
+  }
 
   [[nodiscard]] std::wstring_view table_name() const override { return table().name; }
   [[nodiscard]] int value_count() const override {
@@ -100,6 +141,10 @@ class StandaloneStore::Iterator final : public RecordIterator {
   }
 
  private:
+  void skip_others() {
+    while (only_ && position_ < span_.count && record().table != *only_)
+      ++position_;
+  }
   [[nodiscard]] RecordSpan current_span() const {
     return opened_ ? od_.records_of(Drawing::index_of(entity_)) : RecordSpan{};
   }
@@ -114,6 +159,7 @@ class StandaloneStore::Iterator final : public RecordIterator {
   StandaloneStore& store_;
   Drawing& drawing_;
   OdTables& od_;
+  std::optional<std::uint32_t> only_;
   EntityId entity_;
   bool opened_ = false;
   bool writing_ = false;
@@ -200,6 +246,12 @@ std::unique_ptr<RecordIterator> StandaloneStore::records() {
   return std::make_unique<Iterator>(*this);
 }
 
+std::unique_ptr<RecordIterator> StandaloneStore::records_of(std::wstring_view table) {
+  // No table has the number that stands for one that does not exist.
+  constexpr auto missing = std::numeric_limits<std::uint32_t>::max();
+  return std::make_unique<Iterator>(*this, drawing_.od().find(table).value_or(missing));
+}
+
 bool StandaloneStore::attach(EntityId entity, const ODRecord& record) {
   if (!drawing_.takes_records(entity) || drawing_.on_locked_layer(entity)) return false;
   const std::optional<std::uint32_t> table = drawing_.od().find(record.table);
@@ -215,6 +267,110 @@ bool StandaloneStore::attach(EntityId entity, const ODRecord& record) {
   OdTables& od = drawing_.od();
   od.append_record(Drawing::index_of(entity), od.add_row(*table, values));
   return true;
+}
+
+// --- Passes ---
+
+RecordSpan StandaloneStore::readable_records(EntityId entity) const {
+  return drawing_.has_readable_records(entity) ? drawing_.od().records_of(Drawing::index_of(entity))
+                                               : RecordSpan{};
+}
+
+std::vector<int> StandaloneStore::count_records(const EntityList& entities,
+                                                std::span<const std::wstring> tables) {
+  const OdTables& od = drawing_.od();
+  std::vector<char> counts_table(od.tables().size(), 0);
+  for (const std::wstring& name : tables) {
+    if (const std::optional<std::uint32_t> table = od.find(name)) counts_table[*table] = 1;
+  }
+  std::vector<int> counts;
+  counts.reserve(entities.size());
+  for (const EntityId entity : entities) {
+    int count = 0;
+    for (const RecordRef record : od.references(readable_records(entity))) {
+      count += counts_table[record.table];
+    }
+    counts.push_back(count);
+  }
+  return counts;
+}
+
+std::vector<std::wstring> StandaloneStore::tables_on(const EntityList& entities) {
+  const OdTables& od = drawing_.od();
+  std::vector<char> met(od.tables().size(), 0);
+  for (const EntityId entity : entities) {
+    for (const RecordRef record : od.references(readable_records(entity)))
+      met[record.table] = 1;
+  }
+  std::vector<std::wstring> names;
+  for (std::size_t i = 0; i < met.size(); ++i) {
+    if (met[i] != 0) names.push_back(od.tables()[i].name);
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+void StandaloneStore::mark_passing(const EntityList& entities, std::wstring_view table_name,
+                                   int column, const ValueTest& passes, std::vector<char>& marks) {
+  const OdTables& od = drawing_.od();
+  const std::optional<std::uint32_t> table = od.find(table_name);
+  if (!table || column < 0) return;
+  ColumnTest test(od, *table, static_cast<std::uint32_t>(column), passes);
+  for (std::size_t i = 0; i < entities.size(); ++i) {
+    if (marks[i] != 0) continue;
+    for (const RecordRef record : od.references(readable_records(entities[i]))) {
+      if (record.table == *table && test.passes(record.row)) {
+        marks[i] = 1;
+        break;
+      }
+    }
+  }
+}
+
+// --- Other drawings ---
+
+bool StandaloneStore::add_path_alias(std::wstring_view name, std::wstring_view path) {
+  return path_aliases_.try_emplace(std::wstring(name), path).second;
+}
+
+bool StandaloneStore::remove_path_alias(std::wstring_view name) {
+  const auto alias = path_aliases_.find(name);
+  if (alias == path_aliases_.end()) return false;
+  path_aliases_.erase(alias);
+  return true;
+}
+
+// A copy of the file in memory: what happens to the file, or to a drawing opened from it, does not
+// matter to it.
+class StandaloneStore::Attached final : public AttachedDrawing {
+ public:
+  Attached(StandaloneStore& target, std::unique_ptr<Drawing> source)
+      : target_(target), drawing_(std::move(source)), store_(*drawing_) {}
+
+  bool activate() override { return true; }
+  void deactivate() override {}
+  [[nodiscard]] std::vector<std::wstring> table_names() const override {
+    return store_.table_names();
+  }
+  [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override {
+    return store_.table(name);
+  }
+  TableChange copy_definition(std::wstring_view name) override {
+    const std::optional<ODTableDef> definition = store_.table(name);
+    return definition ? target_.define_table(*definition) : TableChange::TableMissing;
+  }
+
+ private:
+  StandaloneStore& target_;
+  std::unique_ptr<Drawing> drawing_;
+  StandaloneStore store_;
+};
+
+std::unique_ptr<AttachedDrawing> StandaloneStore::attach_drawing(
+    const std::filesystem::path& path) {
+  Result<std::unique_ptr<Drawing>> source = Drawing::open(path);
+  if (!source) return nullptr;
+  return std::make_unique<Attached>(*this, std::move(*source));
 }
 
 }  // namespace korvel

@@ -1,6 +1,7 @@
 // ODStore over the object data of a drawing in memory.
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "frame/od_store.h"
@@ -23,12 +24,26 @@ class StandaloneStore final : public ODStore {
   ColumnChange add_column(std::wstring_view table, const ODColumnDef& column, int index) override;
   ColumnChange remove_column(std::wstring_view table, int index) override;
   [[nodiscard]] std::unique_ptr<RecordIterator> records() override;
+  [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override;
   bool attach(EntityId entity, const ODRecord& record) override;
+  [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
+                                               std::span<const std::wstring> tables) override;
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override;
+  void mark_passing(const EntityList& entities, std::wstring_view table, int column,
+                    const ValueTest& passes, std::vector<char>& marks) override;
+  bool add_path_alias(std::wstring_view name, std::wstring_view path) override;
+  bool remove_path_alias(std::wstring_view name) override;
+  [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(
+      const std::filesystem::path& path) override;
 
  private:
   class Iterator;
+  class Attached;
+
+  [[nodiscard]] RecordSpan readable_records(EntityId entity) const;
 
   Drawing& drawing_;
+  std::map<std::wstring, std::wstring, std::less<>> path_aliases_;
   std::vector<const Iterator*> iterators_;
 };
 

@@ -14,6 +14,7 @@ class TextPool {
   enum class Id : std::uint32_t {};
 
   Id intern(std::wstring_view text);
+  [[nodiscard]] std::size_t size() const { return texts_.size(); }
   [[nodiscard]] std::wstring_view at(Id id) const { return texts_[static_cast<std::size_t>(id)]; }
 
  private:

@@ -221,6 +221,71 @@ TEST_P(HostContract, RecordsRemovedByOthersLeaveTheIteratorOnNothing) {
   EXPECT_EQ(records->count(), 0);
 }
 
+TEST_P(HostContract, IteratorOfATableSeesItsRecordsOnly) {
+  for (const ODRecord& record : {parcel(1), road(L"a"), parcel(2), road(L"b"), road(L"c")})
+    ASSERT_TRUE(store_.attach(plain_, record));
+  const std::unique_ptr<RecordIterator> records = store_.records_of(L"ROADS");
+  ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+  EXPECT_EQ(records->count(), 3);
+  for (const std::wstring name : {L"a", L"b", L"c"}) {
+    ASSERT_FALSE(records->done());
+    EXPECT_EQ(records->value(0), ODValueView(std::wstring_view(name)));
+    ASSERT_TRUE(records->update(road(name + name)));
+    records->next();
+  }
+  EXPECT_TRUE(records->done());
+  records->start();
+  ASSERT_TRUE(records->remove());
+  EXPECT_TRUE(records->done());
+  records->start();
+  EXPECT_EQ(records->count(), 2);
+  EXPECT_EQ(records_of(plain_), (Records{parcel(1), parcel(2), road(L"bb"), road(L"cc")}));
+  EXPECT_TRUE(records->open(other_, OpenMode::Read));
+  EXPECT_TRUE(records->done());
+  const std::unique_ptr<RecordIterator> none = store_.records_of(L"roads");
+  EXPECT_TRUE(none->open(plain_, OpenMode::Read));
+  EXPECT_TRUE(none->done());
+  EXPECT_EQ(none->count(), 0);
+}
+
+TEST_P(HostContract, PassesGiveWhatIteratorsGive) {
+  for (const ODRecord& record : {road(L"a"), parcel(1), road(L"b"), road(L"a")})
+    ASSERT_TRUE(store_.attach(plain_, record));
+  ASSERT_TRUE(store_.attach(other_, road(L"b")));
+  const EntityList all = {other_, plain_, unlisted_, erased_, plain_, EntityId{}};
+  using Names = std::vector<std::wstring>;
+
+  EXPECT_EQ(store_.count_records(all, Names{L"ROADS"}), (std::vector{1, 3, 0, 0, 3, 0}));
+  EXPECT_EQ(store_.count_records(all, Names{L"PARCELS", L"ROADS", L"NONE", L"ROADS"}),
+            (std::vector{1, 4, 0, 0, 4, 0}));
+  EXPECT_EQ(store_.count_records(all, {}), (std::vector{0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(store_.tables_on(all), (Names{L"PARCELS", L"ROADS"}));
+  EXPECT_EQ(store_.tables_on({other_}), Names{L"ROADS"});
+
+  const auto marked = [&](std::wstring_view table, int column, const ValueTest& passes) {
+    std::vector<char> marks = {0, 0, 0, 0, 1, 0};
+    store_.mark_passing(all, table, column, passes, marks);
+    return std::string(marks.begin(), marks.end());
+  };
+  const auto is = [](std::wstring_view text) {
+    return [text](const ODValueView& value) { return value == ODValueView(text); };
+  };
+  const auto always = [](const ODValueView&) { return true; };
+  EXPECT_EQ(marked(L"ROADS", 0, is(L"a")), std::string("\0\1\0\0\1\0", 6));
+  EXPECT_EQ(marked(L"ROADS", 0, is(L"b")), std::string("\1\1\0\0\1\0", 6));
+  EXPECT_EQ(marked(L"ROADS", 1, [](const ODValueView& v) { return v == ODValueView(1); }),
+            std::string("\1\1\0\0\1\0", 6));
+  EXPECT_EQ(marked(L"PARCELS", 0, always), std::string("\0\1\0\0\1\0", 6));
+  EXPECT_EQ(marked(L"NONE", 0, always), std::string("\0\0\0\0\1\0", 6));
+}
+
+TEST_P(HostContract, AliasesAreAddedOnceAndRemovedOnce) {
+  EXPECT_TRUE(store_.add_path_alias(L"DATA", L"C:"));
+  EXPECT_FALSE(store_.add_path_alias(L"DATA", L"D:"));
+  EXPECT_TRUE(store_.remove_path_alias(L"DATA"));
+  EXPECT_FALSE(store_.remove_path_alias(L"DATA"));
+}
+
 TEST_P(HostContract, NothingIsAttachedWhereAnIteratorStands) {
   ASSERT_TRUE(store_.attach(plain_, road(L"a")));
   ASSERT_TRUE(store_.attach(other_, road(L"b")));
@@ -405,6 +470,29 @@ TEST_P(HostContract, PickFirstSetKeepsTheOrderOfSelection) {
   EXPECT_EQ(host_.pick_first(), EntityList{other_});
   host_.set_pick_first({});
   EXPECT_EQ(host_.pick_first(), EntityList{});
+}
+
+TEST_P(HostContract, PropertiesAreSetTogetherUnlessTheLayerIsLocked) {
+  EXPECT_EQ(host_.properties_of(erased_), std::nullopt);
+  EntityProperties wanted = host_.properties_of(plain_).value();
+  EXPECT_EQ(wanted, (EntityProperties{L"Roads", L"ByLayer", 256, std::nullopt, 1, -1}));
+  wanted = {L"Off", L"DASHED", 3, 0x102030, 2.5, 30};
+  EXPECT_TRUE(host_.set_properties(plain_, wanted));
+  EXPECT_EQ(host_.properties_of(plain_), wanted);
+  EXPECT_EQ(host_.layer_of(plain_), host_.layers().at(4).id);
+  const EntityProperties former = host_.properties_of(locked_).value();
+  EXPECT_FALSE(host_.set_properties(locked_, wanted));
+  EXPECT_FALSE(host_.set_properties(erased_, wanted));
+  EXPECT_EQ(host_.properties_of(locked_), former);
+  // Moved to a locked layer, it is locked.
+  wanted.layer = L"Locked";
+  EXPECT_TRUE(host_.set_properties(plain_, wanted));
+  EXPECT_FALSE(host_.opens(plain_, OpenMode::Write));
+}
+
+TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {
+  EXPECT_EQ(host_.entities_around({1, 2, 99}), host_.model_space());
+  EXPECT_EQ(host_.entities_around({1, 2.001, 3}), EntityList{});
 }
 
 TEST_P(HostContract, LayersHaveTheirFlagsAlsoWithoutARecord) {

@@ -44,6 +44,21 @@ class FailingStore final : public ForwardingStore {
   [[nodiscard]] std::unique_ptr<RecordIterator> records() override {
     return std::make_unique<FailingRecordIterator>(ForwardingStore::records(), failures_);
   }
+  [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override {
+    return ODStore::records_of(table);
+  }
+  // As a host without shorter ways has it: record by record.
+  [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
+                                               std::span<const std::wstring> tables) override {
+    return ODStore::count_records(entities, tables);
+  }
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
+    return ODStore::tables_on(entities);
+  }
+  void mark_passing(const EntityList& entities, std::wstring_view table, int column,
+                    const ValueTest& passes, std::vector<char>& marks) override {
+    ODStore::mark_passing(entities, table, column, passes, marks);
+  }
   bool attach(EntityId entity, const ODRecord& record) override {
     return !failures_.attach.contains(entity) && !failures_.open.contains(entity) &&
            ForwardingStore::attach(entity, record);
@@ -66,6 +81,15 @@ class FailingHost final : public ForwardingHost {
   }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return failures_.open.contains(entity) ? std::nullopt : Base::geometry_of(entity);
+  }
+  [[nodiscard]] EntityList entities_around(Point3 point) const override {
+    return DrawingHost::entities_around(point);
+  }
+  [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
+    return failures_.open.contains(entity) ? std::nullopt : Base::properties_of(entity);
+  }
+  bool set_properties(EntityId entity, const EntityProperties& properties) override {
+    return !failures_.open.contains(entity) && Base::set_properties(entity, properties);
   }
   [[nodiscard]] std::optional<EntityList> ask_selection() override {
     return esc() ? std::nullopt : Base::ask_selection();

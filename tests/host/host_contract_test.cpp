@@ -53,6 +53,19 @@ class Traced final : public Standalone {
   std::unique_ptr<DrawingHost> host_ = tracing_host(Standalone::host(), check);
 };
 
+// Without the short ways of the stand-alone host: what the interfaces do by themselves.
+class Plain final : public Standalone {
+ public:
+  using Standalone::Standalone;
+  ODStore& store() override { return store_; }
+  DrawingHost& host() override { return host_; }
+
+ private:
+  Failures none_;
+  FailingStore store_{Standalone::store(), none_};
+  FailingHost host_{Standalone::host(), none_};
+};
+
 template <class Host>
 std::unique_ptr<HostUnderTest> make(const std::vector<LayerSpec>& layers,
                                     const std::vector<EntitySpec>& entities) {
@@ -61,6 +74,7 @@ std::unique_ptr<HostUnderTest> make(const std::vector<LayerSpec>& layers,
 
 INSTANTIATE_TEST_SUITE_P(Standalone, HostContract, testing::Values(make<Standalone>));
 INSTANTIATE_TEST_SUITE_P(Forwarding, HostContract, testing::Values(make<Forwarded>));
+INSTANTIATE_TEST_SUITE_P(Plain, HostContract, testing::Values(make<Plain>));
 INSTANTIATE_TEST_SUITE_P(Tracing, HostContract, testing::Values(make<Traced>));
 
 TEST(FailingStore, FailsAtWhatItWasToldToOnly) {

@@ -161,7 +161,8 @@ class ResourceHost final : public ScriptedHost {
 TEST(Plugin, EveryHandlerRunsWithTheModulesResources) {
   ResourceHost host;
   StandaloneStore store(host.drawing());
-  Session session{store, host};
+  RememberedChoices choices;
+  Session session{store, host, choices};
   run_handler([](Session& s) { EXPECT_EQ(dynamic_cast<ResourceHost&>(s.host).depth, 1); }, session);
   EXPECT_EQ(host.depth, 0);
   EXPECT_THROW(run_handler([](Session&) { throw 1; }, session), int);
@@ -175,7 +176,8 @@ TEST(Plugin, FrameworkEntriesDoNothing) {
   ScriptedHost host(make_drawing({{L"0"}}, {{L"0"}}));
   StandaloneStore store(host.drawing());
   host.set_pick_first(host.model_space());
-  Session session{store, host};
+  RememberedChoices choices;
+  Session session{store, host, choices};
   for (std::size_t i = 0; i < 3; ++i)
     run_handler(stack.handlers.at(i), session);
   EXPECT_EQ(host.printed, L"");
@@ -186,7 +188,8 @@ TEST(Plugin, FrameworkEntriesDoNothing) {
 TEST(Plugin, AboutIsATextWindow) {
   ScriptedHost host(make_drawing({{L"0"}}, {}));
   StandaloneStore store(host.drawing());
-  Session session{store, host};
+  RememberedChoices choices;
+  Session session{store, host, choices};
   for (const Command& command : command_table()) {
     if (command.name == L"KORVEL_ABOUT") run_handler(command.handler, session);
   }

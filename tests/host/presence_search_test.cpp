@@ -55,7 +55,8 @@ class PresenceSearch : public testing::Test {
   // The entities that the command finds of these, and what it prints.
   std::pair<EntityList, std::wstring> run(void (*command)(Session&), DrawingHost& host) {
     host_.printed.clear();
-    Session session{store_, host};
+    RememberedChoices choices;
+    Session session{store_, host, choices};
     command(session);
     return {host_.pick_first(), host_.printed};
   }
