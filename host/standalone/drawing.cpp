@@ -33,9 +33,7 @@ Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::str
   return DrawingReader().read(std::move(bytes), name);
 }
 
-void Drawing::start_recording() {
-  od_.set_recorder([this](OdChange change) { journal_.add(std::move(change)); });
-}
+void Drawing::start_recording() { od_.set_journal(&journal_); }
 
 // --- Saving ---
 
@@ -218,7 +216,7 @@ std::optional<std::wstring> Drawing::undo() {
   std::optional<Journal::Step> step = journal_.take_undo();
   if (!step) return std::nullopt;
   std::for_each(step->changes.rbegin(), step->changes.rend(),
-                [this](Change& change) { apply(change); });
+                [this](Change& change) { apply(change, JournalDirection::Undo); });
   std::wstring name = step->name;
   journal_.undone(std::move(*step));
   return name;
@@ -228,15 +226,15 @@ std::optional<std::wstring> Drawing::redo() {
   std::optional<Journal::Step> step = journal_.take_redo();
   if (!step) return std::nullopt;
   for (Change& change : step->changes)
-    apply(change);
+    apply(change, JournalDirection::Redo);
   std::wstring name = step->name;
   journal_.redone(std::move(*step));
   return name;
 }
 
-void Drawing::apply(Change& change) {
+void Drawing::apply(Change& change, JournalDirection direction) {
   if (auto* const od = std::get_if<OdChange>(&change)) {
-    od_.exchange(*od);
+    od_.exchange(*od, direction);
     return;
   }
   auto& item = std::get<ItemChange>(change);

@@ -201,7 +201,7 @@ class Drawing {
   void place_block(const BlockReferenceShape& reference, int depth,
                    const std::function<void(const Point3&)>& visit) const;
   [[nodiscard]] const BlockOutline& outline_of_block(std::uint32_t block, int depth) const;
-  void apply(Change& change);
+  void apply(Change& change, JournalDirection direction);
 
   dxf::Document document_;
   Journal journal_;

@@ -19,6 +19,54 @@ void Journal::add(Change change) {
   close();
 }
 
+// Changes of the records of entities, and of the values of different columns, can change places: a
+// command that fills three columns by turns makes three runs.
+template <class Run, class Fits>
+Run* Journal::run(const Fits& fits) {
+  constexpr std::size_t reach = 16;
+  std::vector<Change>& changes = current_.changes;
+  for (std::size_t i = changes.size(); i-- > 0 && i + reach >= changes.size();) {
+    auto* const od = std::get_if<OdChange>(&changes[i]);
+    if (od == nullptr) return nullptr;
+    if (auto* const found = std::get_if<Run>(&od->what)) {
+      if (fits(*found)) return found;
+    } else if (!std::holds_alternative<OdChange::Records>(od->what) &&
+               !std::holds_alternative<OdChange::Values>(od->what)) {
+      return nullptr;
+    }
+  }
+  return nullptr;
+}
+
+void Journal::add_records(std::uint32_t entity, RecordSpan former) {
+  open();
+  auto* records = run<OdChange::Records>([](const OdChange::Records&) { return true; });
+  if (records == nullptr) {
+    Change& added = current_.changes.emplace_back(std::in_place_type<OdChange>);
+    records = &std::get<OdChange>(added).what.emplace<OdChange::Records>();
+  }
+  records->formers.push_back({entity, former});
+  close();
+}
+
+void Journal::add_value(std::uint32_t table, std::uint32_t column, std::uint32_t row,
+                        const Cell& former) {
+  open();
+  auto* values = run<OdChange::Values>([&](const OdChange::Values& other) {
+    return other.table == table && other.column == column;
+  });
+  if (values == nullptr) {
+    Change& added = current_.changes.emplace_back(std::in_place_type<OdChange>);
+    values = &std::get<OdChange>(added).what.emplace<OdChange::Values>();
+    values->table = table;
+    values->column = column;
+    values->formers = cells_for(static_cast<ODType>(former.index()));
+  }
+  values->rows.push_back(row);
+  append(values->formers, former);
+  close();
+}
+
 std::optional<Journal::Step> Journal::take(std::vector<Step>& steps) {
   if (steps.empty()) return std::nullopt;
   Step step = std::move(steps.back());

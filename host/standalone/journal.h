@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "host/standalone/dxf/document.h"
-#include "host/standalone/od_tables.h"
+#include "host/standalone/od_change.h"
 
 namespace korvel {
 
@@ -22,6 +22,8 @@ struct ItemChange {
 // Every change holds what stood there before; undoing swaps it with what stands there now, so the
 // same change then serves redo.
 using Change = std::variant<ItemChange, OdChange>;
+
+enum class JournalDirection { Undo, Redo };
 
 class Journal {
  public:
@@ -40,6 +42,10 @@ class Journal {
   // Outside a step the change is a step of its own.
   void add(Change change);
 
+  // The same for an entity's records and for a value; what comes in a row is kept together.
+  void add_records(std::uint32_t entity, RecordSpan former);
+  void add_value(std::uint32_t table, std::uint32_t column, std::uint32_t row, const Cell& former);
+
   // Takes the newest step off; the caller swaps its changes, newest first, and hands it back with
   // `undone` (or the other way round for redo).
   [[nodiscard]] std::optional<Step> take_undo();
@@ -53,6 +59,9 @@ class Journal {
 
  private:
   static std::optional<Step> take(std::vector<Step>& steps);
+  // The newest change that `fits`, if only changes of records and values came after it.
+  template <class Run, class Fits>
+  [[nodiscard]] Run* run(const Fits& fits);
 
   std::wstring name_;
   Step current_;

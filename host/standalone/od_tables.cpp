@@ -1,27 +1,10 @@
 #include "host/standalone/od_tables.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace korvel {
 namespace {
-
-CellVector cells_for(ODType type) {
-  switch (type) {
-    case ODType::Integer:
-      return std::vector<std::int32_t>{};
-    case ODType::Real:
-      return std::vector<double>{};
-    case ODType::Character:
-      return std::vector<TextPool::Id>{};
-    case ODType::Point:
-      return std::vector<Point3>{};
-    case ODType::Unknown:
-      break;
-  }
-  return {};
-}
 
 Cell cell_for(const ODValueView& value, TextPool& texts) {
   struct Convert {
@@ -35,48 +18,10 @@ Cell cell_for(const ODValueView& value, TextPool& texts) {
   return std::visit(Convert{texts}, value);
 }
 
-void append(CellVector& cells, const Cell& cell) {
-  std::visit(
-      [&cell](auto& typed) {
-        if constexpr (!std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) {
-          typed.push_back(std::get<typename std::decay_t<decltype(typed)>::value_type>(cell));
-        }
-      },
-      cells);
-}
-
-// Brings a column that was out of its table while rows were added to the others' length.
-void fill_up(CellVector& cells, std::uint32_t rows) {
-  std::visit(
-      [rows](auto& typed) {
-        if constexpr (!std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) {
-          typed.resize(rows);
-        }
-      },
-      cells);
-}
-
-Cell put(CellVector& cells, std::uint32_t row, const Cell& cell) {
-  return std::visit(
-      [&cell, row](auto& typed) -> Cell {
-        if constexpr (std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) {
-          return {};
-        } else {
-          return std::exchange(typed[row],
-                               std::get<typename std::decay_t<decltype(typed)>::value_type>(cell));
-        }
-      },
-      cells);
-}
-
-// Bitwise for reals: a negative zero put in place of a zero is a change.
-bool same(const Cell& left, const Cell& right) {
-  const auto* const number = std::get_if<double>(&left);
-  const auto* const other = std::get_if<double>(&right);
-  if (number != nullptr && other != nullptr) {
-    return *number == *other && std::signbit(*number) == std::signbit(*other);
-  }
-  return left == right;
+// An entity or a row may come several times in a run.
+void in_order(JournalDirection direction, std::size_t count, const auto& swap) {
+  for (std::size_t i = 0; i < count; ++i)
+    swap(direction == JournalDirection::Undo ? count - 1 - i : i);
 }
 
 }  // namespace
@@ -90,11 +35,11 @@ ODTableDef OdTable::definition() const {
 }
 
 void OdTables::note(OdChange change) {
-  if (record_) record_(std::move(change));
+  if (journal_ != nullptr) journal_->add(std::move(change));
 }
 
 void OdTables::touch(std::uint32_t entity) {
-  if (!record_) return;  // being read
+  if (journal_ == nullptr) return;  // being read
   if (touched_.size() <= entity)
     touched_.resize(std::max(records_.size(), entity + std::size_t{1}));
   touched_[entity] = true;
@@ -212,7 +157,8 @@ RecordRef OdTables::add_row(std::uint32_t table, std::span<const ODValueView> va
 
 void OdTables::set_records(std::uint32_t entity, RecordSpan span) {
   touch(entity);
-  note({OdChange::Records{entity, std::exchange(records_[entity], span)}});
+  const RecordSpan former = std::exchange(records_[entity], span);
+  if (journal_ != nullptr) journal_->add_records(entity, former);
 }
 
 void OdTables::append_record(std::uint32_t entity, RecordRef record) {
@@ -244,20 +190,27 @@ void OdTables::remove_record(std::uint32_t entity, std::uint32_t index) {
 
 void OdTables::set_value(std::uint32_t entity, RecordRef record, std::uint32_t column,
                          const ODValueView& value) {
-  Cell cell = cell_for(value, texts_);
+  const Cell cell = cell_for(value, texts_);
   CellVector& cells = tables_[record.table].columns[column].cells;
-  Cell former = put(cells, record.row, cell);
+  const Cell former = exchange_cell(cells, record.row, cell);
   if (same(former, cell)) return;
   touch(entity);
-  note({OdChange::Value{record.table, column, record.row, former}});
+  if (journal_ != nullptr) journal_->add_value(record.table, column, record.row, former);
 }
 
-void OdTables::exchange(OdChange& change) {
+void OdTables::exchange(OdChange& change, JournalDirection direction) {
   struct Swap {
     OdTables& od;
-    void operator()(OdChange::Records& was) const { std::swap(od.records_[was.entity], was.span); }
-    void operator()(OdChange::Value& was) const {
-      was.cell = put(od.tables_[was.table].columns[was.column].cells, was.row, was.cell);
+    JournalDirection direction;
+    void operator()(OdChange::Records& was) const {
+      in_order(direction, was.formers.size(), [&](std::size_t i) {
+        std::swap(od.records_[was.formers[i].entity], was.formers[i].span);
+      });
+    }
+    void operator()(OdChange::Values& was) const {
+      CellVector& cells = od.tables_[was.table].columns[was.column].cells;
+      in_order(direction, was.rows.size(),
+               [&](std::size_t i) { swap_cells(cells, was.rows[i], was.formers, i); });
     }
     void operator()(OdChange::TableName& was) const {
       std::swap(od.tables_[was.table].name, was.name);
@@ -281,7 +234,7 @@ void OdTables::exchange(OdChange& change) {
       od.tables_[was.table].deleted = !od.tables_[was.table].deleted;
     }
   };
-  std::visit(Swap{*this}, change.what);
+  std::visit(Swap{*this, direction}, change.what);
 }
 
 }  // namespace korvel

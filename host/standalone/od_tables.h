@@ -6,28 +6,18 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "frame/od_table.h"
+#include "host/standalone/journal.h"
+#include "host/standalone/od_change.h"
 #include "host/standalone/text_pool.h"
 
 namespace korvel {
-
-using CellVector = std::variant<std::monostate, std::vector<std::int32_t>, std::vector<double>,
-                                std::vector<TextPool::Id>, std::vector<Point3>>;
-using Cell = std::variant<std::monostate, std::int32_t, double, TextPool::Id, Point3>;
-
-struct OdColumn {
-  ODColumnDef definition;
-  CellVector cells;  // by row; of the definition's type
-};
 
 struct OdTable {
   std::wstring name;
@@ -44,49 +34,10 @@ struct RecordRef {
   std::uint32_t row;
 };
 
-// An entity's records: a stretch of the common list of references.
-struct RecordSpan {
-  std::uint32_t first = 0;
-  std::uint32_t count = 0;
-};
-
-struct OdChange {
-  struct Records {
-    std::uint32_t entity;
-    RecordSpan span;
-  };
-  struct Value {
-    std::uint32_t table;
-    std::uint32_t column;
-    std::uint32_t row;
-    Cell cell;
-  };
-  struct TableName {
-    std::uint32_t table;
-    std::wstring name;
-  };
-  struct ColumnName {
-    std::uint32_t table;
-    std::uint32_t column;
-    std::wstring name;
-  };
-  // A column taken out (then it is held here) or put in.
-  struct ColumnPresence {
-    std::uint32_t table;
-    std::uint32_t column;
-    std::unique_ptr<OdColumn> taken_out;  // few changes hold one, so it must not widen them all
-  };
-  struct TablePresence {
-    std::uint32_t table;
-  };
-  std::variant<Records, Value, TableName, ColumnName, ColumnPresence, TablePresence> what;
-};
-
 class OdTables {
  public:
-  // Where changes are recorded; null while the drawing is being read.
-  using Recorder = std::function<void(OdChange)>;
-  void set_recorder(Recorder recorder) { record_ = std::move(recorder); }
+  // Where changes are recorded; none while the drawing is being read.
+  void set_journal(Journal* journal) { journal_ = journal; }
 
   // --- Definitions. Indexes are stable; deleted tables keep theirs. ---
 
@@ -133,8 +84,9 @@ class OdTables {
   [[nodiscard]] bool touched(std::uint32_t entity) const;
   [[nodiscard]] bool any_touched() const { return any_touched_; }
 
-  // Exchanges what the change holds with what stands there.
-  void exchange(OdChange& change);
+  // Exchanges what the change holds with what stands there; a run newest first to undo it, oldest
+  // first to redo it.
+  void exchange(OdChange& change, JournalDirection direction);
 
  private:
   void note(OdChange change);
@@ -148,7 +100,7 @@ class OdTables {
   std::vector<RecordSpan> records_;
   std::vector<bool> touched_;
   bool any_touched_ = false;
-  Recorder record_;
+  Journal* journal_ = nullptr;
 };
 
 }  // namespace korvel

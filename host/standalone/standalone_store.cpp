@@ -260,12 +260,11 @@ bool StandaloneStore::attach(EntityId entity, const ODRecord& record) {
           iterators_, [entity](const Iterator* iterator) { return iterator->stands_on(entity); })) {
     return false;
   }
-  std::vector<ODValueView> values;
-  values.reserve(record.values.size());
+  views_.clear();
   for (const ODValue& value : record.values)
-    values.push_back(view_of(value));
+    views_.push_back(view_of(value));
   OdTables& od = drawing_.od();
-  od.append_record(Drawing::index_of(entity), od.add_row(*table, values));
+  od.append_record(Drawing::index_of(entity), od.add_row(*table, views_));
   return true;
 }
 

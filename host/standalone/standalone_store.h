@@ -45,6 +45,7 @@ class StandaloneStore final : public ODStore {
   Drawing& drawing_;
   std::map<std::wstring, std::wstring, std::less<>> path_aliases_;
   std::vector<const Iterator*> iterators_;
+  std::vector<ODValueView> views_;  // of the record being attached
 };
 
 }  // namespace korvel
