@@ -31,6 +31,9 @@ class ForwardingRecordIterator : public RecordIterator {
   [[nodiscard]] ODValueView value(int index) const override { return target_->value(index); }
   void read(ODRecord& record) const override { target_->read(record); }
   bool update(const ODRecord& record) override { return target_->update(record); }
+  bool set_value(int index, const ODValueView& value) override {
+    return target_->set_value(index, value);
+  }
   bool remove() override { return target_->remove(); }
 
  private:

@@ -63,6 +63,14 @@ void RecordIterator::read(ODRecord& record) const {
   }
 }
 
+bool RecordIterator::set_value(int index, const ODValueView& value) {
+  ODRecord record;
+  if (done() || index < 0 || index >= value_count()) return false;
+  read(record);
+  record.values[static_cast<std::size_t>(index)] = copy_of(value);
+  return update(record);
+}
+
 std::unique_ptr<RecordIterator> ODStore::records_of(std::wstring_view table) {
   return std::make_unique<TableRecords>(records(), table);
 }

@@ -66,6 +66,10 @@ class RecordIterator {
   // are not those of the table's columns, or when a number is not finite.
   virtual bool update(const ODRecord& record) = 0;
 
+  // Writes one value of the current record and leaves the others as they are. False, and nothing
+  // written, for the reasons of update().
+  virtual bool set_value(int index, const ODValueView& value);
+
   // Removes the current record. Afterwards the iterator stands on nothing until start() or open().
   // False, and nothing removed, when opened for reading.
   virtual bool remove() = 0;

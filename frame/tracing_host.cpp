@@ -189,6 +189,9 @@ class TracingRecordIterator final : public ForwardingRecordIterator {
   bool update(const ODRecord& record) override {
     return TraceLine(L"  update", record).returns(sink_, Base::update(record));
   }
+  bool set_value(int index, const ODValueView& value) override {
+    return TraceLine(L"  set_value", index, value).returns(sink_, Base::set_value(index, value));
+  }
   bool remove() override { return TraceLine(L"  remove").returns(sink_, Base::remove()); }
 
  private:

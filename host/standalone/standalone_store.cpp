@@ -11,7 +11,7 @@ namespace korvel {
 namespace {
 
 // Numbers that are not finite have no form in a drawing file.
-bool fits(const ODValue& value, ODType type) {
+bool fits(const ODValueView& value, ODType type) {
   if (const auto* const real = std::get_if<double>(&value); real != nullptr) {
     if (!std::isfinite(*real)) return false;
   }
@@ -26,7 +26,7 @@ bool is_sound(const ODTableDef& definition) {
   return !definition.name.empty() &&
          std::ranges::all_of(definition.columns, [&names](const ODColumnDef& column) {
            return !column.name.empty() && names.insert(column.name).second &&
-                  fits(column.default_value, column.type);
+                  fits(view_of(column.default_value), column.type);
          });
 }
 
@@ -35,7 +35,7 @@ bool fits(const ODRecord& record, const OdTable& table) {
   return record.table == table.name &&
          std::ranges::equal(record.values, table.columns,
                             [](const ODValue& value, const OdColumn& column) {
-                              return fits(value, column.definition.type);
+                              return fits(view_of(value), column.definition.type);
                             });
 }
 
@@ -127,6 +127,13 @@ class StandaloneStore::Iterator final : public RecordIterator {
     for (std::uint32_t i = 0; i < changed.values.size(); ++i) {
       od_.set_value(Drawing::index_of(entity_), record(), i, view_of(changed.values[i]));
     }
+    return true;
+  }
+  bool set_value(int index, const ODValueView& value) override {
+    if (!writing_ || done() || index < 0 || index >= value_count()) return false;
+    const auto column = static_cast<std::uint32_t>(index);
+    if (!fits(value, table().columns[column].definition.type)) return false;
+    od_.set_value(Drawing::index_of(entity_), record(), column, value);
     return true;
   }
   bool remove() override {
@@ -226,7 +233,7 @@ ColumnChange StandaloneStore::add_column(std::wstring_view table, const ODColumn
   const OdTable& owner = drawing_.od().tables()[*found];
   if (column_named(owner, column.name)) return ColumnChange::DuplicateName;
   const bool in_range = index >= 0 && index <= static_cast<int>(owner.columns.size());
-  if (column.name.empty() || !in_range || !fits(column.default_value, column.type)) {
+  if (column.name.empty() || !in_range || !fits(view_of(column.default_value), column.type)) {
     return ColumnChange::Failed;
   }
   drawing_.od().insert_column(*found, static_cast<std::uint32_t>(index), column);

@@ -154,6 +154,29 @@ TEST_P(HostContract, UpdateWritesTheCurrentRecordOnly) {
   EXPECT_EQ(records_of(plain_), (Records{road(L"a"), changed, road(L"c")}));
 }
 
+TEST_P(HostContract, OneValueIsWrittenUnlessItDoesNotFit) {
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  ASSERT_TRUE(store_.attach(plain_, parcel(1)));
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+  EXPECT_TRUE(records->set_value(0, std::wstring_view(L"new")));
+  EXPECT_TRUE(records->set_value(2, 9.5));
+  EXPECT_FALSE(records->set_value(-1, 9.5));
+  EXPECT_FALSE(records->set_value(4, 9.5));
+  EXPECT_FALSE(records->set_value(1, 9.5)) << "a real for an integer";
+  EXPECT_FALSE(records->set_value(2, std::numeric_limits<double>::infinity()));
+  EXPECT_FALSE(records->set_value(2, {}));
+  records->next();
+  EXPECT_TRUE(records->set_value(0, std::int32_t{7}));
+  records->next();
+  EXPECT_FALSE(records->set_value(0, std::int32_t{8})) << "at the end";
+  const Records expected = {{L"ROADS", {L"new", std::int32_t{1}, 9.5, Point3{4, 5, 6}}}, parcel(7)};
+  EXPECT_EQ(records_of(plain_), expected);
+  ASSERT_TRUE(records->open(plain_, OpenMode::Read));
+  EXPECT_FALSE(records->set_value(2, 1.0)) << "opened for reading";
+  EXPECT_EQ(records_of(plain_), expected);
+}
+
 TEST_P(HostContract, RefusedUpdatesChangeNothing) {
   ASSERT_TRUE(store_.attach(plain_, road(L"a")));
   const std::int32_t one = 1;

@@ -28,6 +28,9 @@ class FailingRecordIterator final : public ForwardingRecordIterator {
   bool update(const ODRecord& record) override {
     return !failures_.update.contains(entity_) && Base::update(record);
   }
+  bool set_value(int index, const ODValueView& value) override {
+    return RecordIterator::set_value(index, value);
+  }
   bool remove() override { return !failures_.remove.contains(entity_) && Base::remove(); }
 
  private:
