@@ -80,6 +80,12 @@ class DrawingHost {
   // in the order of model_space.
   [[nodiscard]] virtual EntityList entities_around(Point3 point) const;
 
+  // Gives the entity another shape, and with it, where need be, another type; its handle, its
+  // properties and its extension dictionary stay. False, and nothing changed, when it cannot be
+  // opened for writing or the host has no entity for the shape: points, lines, arcs, ellipses,
+  // polylines, texts and block references it has.
+  virtual bool set_geometry(EntityId entity, const EntityGeometry& geometry) = 0;
+
   // None for an entity that cannot be opened.
   [[nodiscard]] virtual std::optional<EntityProperties> properties_of(EntityId entity) const = 0;
 

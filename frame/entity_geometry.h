@@ -34,11 +34,13 @@ struct Extents {
 
 struct PointShape {
   Point3 position;
+  Vector3 normal{};  // of the thickness
 };
 
 struct LineShape {
   Point3 start;
   Point3 end;
+  Vector3 normal{};  // of the thickness
 };
 
 // A circle is an arc with `sweep` of exactly 2 pi. `start` points at the arc's beginning seen from
@@ -62,21 +64,24 @@ struct EllipseShape {
 };
 
 // A vertex of a polyline. The bulge, tan(sweep / 4) with positive counter-clockwise about the
-// polyline's normal, belongs to the segment that begins at the vertex.
+// polyline's normal, and the widths belong to the segment that begins at the vertex.
 struct Vertex {
   Point3 point;
   double bulge = 0;
+  double start_width = 0;
+  double end_width = 0;
 };
 
 enum class PolylineKind { Light, Old2d, ThreeD };
 
 // A lightweight, old-style 2D or 3D polyline. Frame control points of fitted polylines are left
-// out; a 3D polyline has no bulges.
+// out; a 3D polyline has no bulges and no widths.
 struct PolylineShape {
   PolylineKind kind = PolylineKind::Light;
   std::vector<Vertex> vertices;
   Vector3 normal;
   bool closed = false;
+  bool linetype_runs_on = false;  // across vertices, instead of anew at each
 };
 
 struct SplineShape {

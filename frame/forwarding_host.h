@@ -132,6 +132,9 @@ class ForwardingHost : public DrawingHost {
   [[nodiscard]] EntityList entities_around(Point3 point) const override {
     return target_.entities_around(point);
   }
+  bool set_geometry(EntityId entity, const EntityGeometry& geometry) override {
+    return target_.set_geometry(entity, geometry);
+  }
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
     return target_.properties_of(entity);
   }

@@ -308,6 +308,10 @@ class TracingHost final : public ForwardingHost {
   [[nodiscard]] EntityList entities_around(Point3 point) const override {
     return TraceLine(L"entities_around", point).returns(sink_, Base::entities_around(point));
   }
+  bool set_geometry(EntityId entity, const EntityGeometry& geometry) override {
+    return TraceLine(L"set_geometry", entity, geometry)
+        .returns(sink_, Base::set_geometry(entity, geometry));
+  }
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
     return TraceLine(L"properties_of", entity).returns(sink_, Base::properties_of(entity));
   }

@@ -34,6 +34,8 @@ struct OdDefinitionItems {
 };
 
 // Properties that every entity has; an absent group means the default given here.
+struct NewEntityPlace;
+
 struct AttributeText {
   std::wstring tag;
   std::wstring text;
@@ -103,6 +105,10 @@ class Drawing {
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
   std::optional<EntityId> add_entity(const EntityGeometry& geometry,
                                      const EntityProperties& properties);
+  // Gives the entity another shape; handle, properties and object data stay. False when it does not
+  // exist, its layer is locked, or the file has no type of entity for the shape (see add_entity,
+  // and ellipses but in R12).
+  bool set_geometry(EntityId id, const EntityGeometry& geometry);
   // Gives the entity these properties; false when it does not exist or its layer is locked.
   bool set_properties(EntityId id, const EntityProperties& properties);
   // Erases the entity with what it owns; false when it does not exist or its layer is locked.
@@ -190,6 +196,7 @@ class Drawing {
   Drawing() = default;
 
   [[nodiscard]] const Entity* entity(EntityId id) const;
+  [[nodiscard]] NewEntityPlace place_for_new();
   [[nodiscard]] std::uint32_t layer_index(std::wstring_view name);  // made if it is not there
   [[nodiscard]] bool is_there(std::size_t layer) const;
   [[nodiscard]] bool has_record(std::size_t layer) const;

@@ -42,6 +42,7 @@ void Drawing::erase_item(dxf::ItemIndex item) {
 // What the drawing knows of an item follows the item's bytes.
 void Drawing::refresh(dxf::ItemIndex item) {
   block_outlines_.clear();
+  document_.refresh_type(item);
   const dxf::Item& changed = document_.item(item);
   const std::uint32_t slot = changed.slot;
   if (slot == dxf::no_index) return;
@@ -56,11 +57,8 @@ void Drawing::refresh(dxf::ItemIndex item) {
   }
 }
 
-std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
-                                            const EntityProperties& properties) {
-  const std::optional<dxf::ItemIndex> end = document_.end_of(dxf::Section::Entities);
-  if (!end) return std::nullopt;
-  const NewEntityPlace place{
+NewEntityPlace Drawing::place_for_new() {
+  return {
       .manner = document_.manner(),
       .codec = document_.codec(),
       .subclass_markers = document_.at_least(first_version_with_markers),
@@ -68,7 +66,13 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
       .owner = model_space_owner_,
       .new_handle = [this] { return document_.new_handle(); },
   };
-  const std::optional<NewEntity> written = write_entity(geometry, properties, place);
+}
+
+std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
+                                            const EntityProperties& properties) {
+  const std::optional<dxf::ItemIndex> end = document_.end_of(dxf::Section::Entities);
+  if (!end) return std::nullopt;
+  const std::optional<NewEntity> written = write_entity(geometry, properties, place_for_new());
   if (!written) return std::nullopt;
 
   const dxf::ItemIndex item = document_.add_before(*end, written->bytes, written->handle);
@@ -84,6 +88,16 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   absent.erased = true;
   journal_.add(ItemChange{item, absent});
   return id_of(index);
+}
+
+bool Drawing::set_geometry(EntityId id, const EntityGeometry& geometry) {
+  const Entity* const known = entity(id);
+  if (known == nullptr || on_locked_layer(id)) return false;
+  const std::optional<std::string> bytes =
+      with_geometry(document_.bytes(known->item), geometry, place_for_new());
+  if (!bytes) return false;
+  if (*bytes != document_.bytes(known->item)) replace_item(known->item, *bytes);
+  return true;
 }
 
 bool Drawing::set_properties(EntityId id, const EntityProperties& properties) {

@@ -12,6 +12,7 @@ constexpr std::int64_t closed_bit = 1;
 constexpr std::int64_t three_d_bit = 8;
 constexpr std::int64_t mesh_bit = 16;
 constexpr std::int64_t polyface_bit = 64;
+constexpr std::int64_t linetype_bit = 128;  // LWPOLYLINE has it too
 
 // Bits of group 70 of VERTEX.
 constexpr std::int64_t frame_control_bit = 16;
@@ -21,6 +22,8 @@ constexpr std::int64_t polyface_vertex_bit = 128;
 struct PolylineHead {
   std::int64_t flags = 0;
   std::optional<double> elevation;
+  double start_width = 0;  // of vertices that have none of their own
+  double end_width = 0;
   Extrusion extrusion;
 };
 
@@ -30,6 +33,8 @@ PolylineHead read_head(EntityRecords& records) {
   while (records.next(group)) {
     if (group.code == 70) head.flags = group.integer();
     if (group.code == 30) head.elevation = group.real();
+    if (group.code == 40) head.start_width = group.real();
+    if (group.code == 41) head.end_width = group.real();
     head.extrusion.take(group);
   }
   return head;
@@ -40,11 +45,15 @@ struct FileVertex {
   std::int64_t flags = 0;
 };
 
-FileVertex read_vertex(EntityRecords& records) {
+FileVertex read_vertex(EntityRecords& records, const PolylineHead& head) {
   FileVertex read;
+  read.vertex.start_width = head.start_width;
+  read.vertex.end_width = head.end_width;
   dxf::Group group;
   while (records.next(group)) {
     if (take_point(group, 10, read.vertex.point)) continue;
+    if (group.code == 40) read.vertex.start_width = group.real();
+    if (group.code == 41) read.vertex.end_width = group.real();
     if (group.code == 42) read.vertex.bulge = group.real();
     if (group.code == 70) read.flags = group.integer();
   }
@@ -58,32 +67,46 @@ bool is_on_shape(std::int64_t vertex_flags) {
   return (vertex_flags & frame_control_bit) == 0 && !is_face;
 }
 
+// What follows the x of a lightweight polyline's vertex.
+bool take_vertex(const dxf::Group& group, Vertex& vertex) {
+  switch (group.code) {
+    case 20:
+      vertex.point.y = group.real();
+      return true;
+    case 40:
+      vertex.start_width = group.real();
+      return true;
+    case 41:
+      vertex.end_width = group.real();
+      return true;
+    case 42:
+      vertex.bulge = group.real();
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 EntityGeometry read_lwpolyline(EntityRecords& records, const dxf::TextCodec&) {
   PolylineShape line;
   double elevation = 0;
+  double constant_width = 0;
   Extrusion extrusion;
   dxf::Group group;
   while (records.next(group)) {
-    switch (group.code) {
-      case 10:
-        line.vertices.push_back({{group.real(), 0, 0}, 0});
-        break;
-      case 20:
-        if (!line.vertices.empty()) line.vertices.back().point.y = group.real();
-        break;
-      case 42:
-        if (!line.vertices.empty()) line.vertices.back().bulge = group.real();
-        break;
-      case 38:
-        elevation = group.real();
-        break;
-      case 70:
-        line.closed = (group.integer() & closed_bit) != 0;
-        break;
-      default:
-        extrusion.take(group);
+    if (group.code == 10) {
+      line.vertices.push_back({{group.real(), 0, 0}, 0, constant_width, constant_width});
+    } else if (group.code == 38) {
+      elevation = group.real();
+    } else if (group.code == 43) {
+      constant_width = group.real();
+    } else if (group.code == 70) {
+      line.closed = (group.integer() & closed_bit) != 0;
+      line.linetype_runs_on = (group.integer() & linetype_bit) != 0;
+    } else if (line.vertices.empty() || !take_vertex(group, line.vertices.back())) {
+      extrusion.take(group);
     }
   }
   const PlaneToWorld world(extrusion.normal);
@@ -105,16 +128,18 @@ EntityGeometry read_polyline(EntityRecords& records, const dxf::TextCodec&) {
   line.closed = !is_mesh && (head.flags & closed_bit) != 0;
   const PlaneToWorld world(is_plane ? head.extrusion.normal : Vector3{});
   line.normal = world.normal();
+  line.linetype_runs_on = is_plane && (head.flags & linetype_bit) != 0;
 
   while (records.next_record() && records.type() == "VERTEX") {
-    FileVertex read = read_vertex(records);
+    FileVertex read = read_vertex(records, head);
     if (!is_on_shape(read.flags)) continue;
     if (is_plane) {
       if (head.elevation) read.vertex.point.z = *head.elevation;
+      read.vertex.point = world(read.vertex.point);
     } else {
-      read.vertex.bulge = 0;
+      read.vertex = {read.vertex.point};
     }
-    line.vertices.push_back({world(read.vertex.point), read.vertex.bulge});
+    line.vertices.push_back(read.vertex);
   }
   return {std::move(line), head.extrusion.thickness};
 }

@@ -112,6 +112,7 @@ EntityGeometry read_point(EntityRecords& records, const dxf::TextCodec&) {
   while (records.next(group)) {
     if (!take_point(group, 10, point.position)) extrusion.take(group);
   }
+  point.normal = PlaneToWorld(extrusion.normal).normal();
   return {point, extrusion.thickness};
 }
 
@@ -123,6 +124,7 @@ EntityGeometry read_line(EntityRecords& records, const dxf::TextCodec&) {
     if (take_point(group, 10, line.start) || take_point(group, 11, line.end)) continue;
     extrusion.take(group);
   }
+  line.normal = PlaneToWorld(extrusion.normal).normal();
   return {line, extrusion.thickness};
 }
 

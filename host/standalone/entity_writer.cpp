@@ -1,6 +1,7 @@
 // Writes new entities.
 #include "host/standalone/entity_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -56,6 +57,7 @@ class EntityWriter {
     marker("AcDbPoint");
     groups_.point(10, point.position);
     write_thickness();
+    write_normal(point.normal);
     return true;
   }
 
@@ -65,6 +67,7 @@ class EntityWriter {
     write_thickness();
     groups_.point(10, line.start);
     groups_.point(11, line.end);
+    write_normal(line.normal);
     return true;
   }
 
@@ -82,6 +85,19 @@ class EntityWriter {
     marker("AcDbArc");
     groups_.real(50, angle_in_degrees(start));
     groups_.real(51, angle_in_degrees(start + arc.sweep));
+    return true;
+  }
+
+  bool write_shape(const EllipseShape& ellipse) {
+    if (!place_.subclass_markers) return false;  // R12 has none
+    begin_entity("ELLIPSE");
+    marker("AcDbEllipse");
+    groups_.point(10, ellipse.center);
+    groups_.point(11, {ellipse.major.x, ellipse.major.y, ellipse.major.z});
+    groups_.point(210, {ellipse.normal.x, ellipse.normal.y, ellipse.normal.z});
+    groups_.real(40, ellipse.ratio);
+    groups_.real(41, ellipse.start);
+    groups_.real(42, ellipse.end);
     return true;
   }
 
@@ -139,13 +155,19 @@ class EntityWriter {
     begin_entity("LWPOLYLINE");
     marker("AcDbPolyline");
     groups_.integer(90, static_cast<std::int64_t>(line.vertices.size()));
-    groups_.integer(70, line.closed ? 1 : 0);
+    groups_.integer(70, flags_of(line));
+    const double first_width = line.vertices.front().start_width;
+    const bool constant_width = std::ranges::all_of(line.vertices, [&](const Vertex& vertex) {
+      return vertex.start_width == first_width && vertex.end_width == first_width;
+    });
+    if (constant_width && first_width != 0) groups_.real(43, first_width);
     if (elevation != 0) groups_.real(38, elevation);
     write_thickness();
     for (const Vertex& vertex : line.vertices) {
       const Point3 ocs = to_plane(frame, vertex.point);
       groups_.real(10, ocs.x);
       groups_.real(20, ocs.y);
+      if (!constant_width) write_widths(vertex);
       if (vertex.bulge != 0) groups_.real(42, vertex.bulge);
     }
     write_normal(frame.normal);
@@ -155,14 +177,25 @@ class EntityWriter {
     const PlaneFrame frame = plane_frame(line.normal);
     const double elevation = to_plane(frame, line.vertices.front().point).z;
     const std::uint64_t owner =
-        begin_polyline("AcDb2dPolyline", elevation, line.closed ? 1 : 0, frame.normal);
+        begin_polyline("AcDb2dPolyline", elevation, flags_of(line), frame.normal);
     for (const Vertex& vertex : line.vertices) {
       const Point3 ocs = to_plane(frame, vertex.point);
       begin_vertex(owner, "AcDb2dVertex");
       groups_.point(10, {ocs.x, ocs.y, elevation});
+      write_widths(vertex);
       if (vertex.bulge != 0) groups_.real(42, vertex.bulge);
     }
     begin_record("SEQEND", owner);
+  }
+
+  static int flags_of(const PolylineShape& line) {
+    return (line.closed ? 1 : 0) | (line.linetype_runs_on ? 128 : 0);
+  }
+
+  void write_widths(const Vertex& vertex) {
+    if (vertex.start_width == 0 && vertex.end_width == 0) return;
+    groups_.real(40, vertex.start_width);
+    groups_.real(41, vertex.end_width);
   }
 
   void write_3d_polyline(const PolylineShape& line) {

@@ -29,13 +29,21 @@ struct NewEntity {
   std::uint64_t handle = 0;
 };
 
-// The entity whose type suits the shape: POINT, LINE, CIRCLE or ARC, LWPOLYLINE or POLYLINE, TEXT,
-// INSERT. None for the other shapes and for a polyline without vertices. The vertices of a plane
-// polyline are taken to lie in the plane of the first. Without subclass markers there are no
-// linetype scale, lineweight and true colour either, as those versions have none.
+// The entity whose type suits the shape: POINT, LINE, CIRCLE or ARC, ELLIPSE (but in R12),
+// LWPOLYLINE or POLYLINE, TEXT, INSERT. None for the other shapes and for a polyline without
+// vertices. The vertices of a plane polyline are taken to lie in the plane of the first. Without
+// subclass markers there are no linetype scale, lineweight and true colour either, as those
+// versions have none.
 [[nodiscard]] std::optional<NewEntity> write_entity(const EntityGeometry& geometry,
                                                     const EntityProperties& properties,
                                                     const NewEntityPlace& place);
+
+// The entity in another shape: of the type that suits it, with the handle, the extension
+// dictionary, the properties and the XDATA it had. Parts (vertices) are new. None as for
+// write_entity.
+[[nodiscard]] std::optional<std::string> with_geometry(std::string_view entity_bytes,
+                                                       const EntityGeometry& geometry,
+                                                       const NewEntityPlace& place);
 
 // The entity with other properties. Only the head record changes, and in it only the groups of
 // properties whose values change; names are compared without case. A property that becomes the

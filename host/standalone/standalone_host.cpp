@@ -52,6 +52,10 @@ std::optional<Extents> StandaloneHost::extents_of(EntityId entity) const {
   return drawing_->extents_of(entity);
 }
 
+bool StandaloneHost::set_geometry(EntityId entity, const EntityGeometry& geometry) {
+  return drawing_->set_geometry(entity, geometry);
+}
+
 std::optional<EntityProperties> StandaloneHost::properties_of(EntityId entity) const {
   if (!drawing_->exists(entity)) return std::nullopt;
   return drawing_->properties_of(entity);

@@ -29,6 +29,7 @@ class StandaloneHost : public DrawingHost {
   [[nodiscard]] std::wstring handle_of(EntityId entity) const override;
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override;
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override;
+  bool set_geometry(EntityId entity, const EntityGeometry& geometry) override;
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override;
   bool set_properties(EntityId entity, const EntityProperties& properties) override;
   [[nodiscard]] std::vector<Layer> layers() const override;

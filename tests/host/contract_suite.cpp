@@ -513,6 +513,30 @@ TEST_P(HostContract, PropertiesAreSetTogetherUnlessTheLayerIsLocked) {
   EXPECT_FALSE(host_.opens(plain_, OpenMode::Write));
 }
 
+TEST_P(HostContract, AnotherShapeLeavesTheRestOfTheEntity) {
+  ASSERT_TRUE(store_.attach(plain_, parcel(1)));
+  const std::wstring handle = host_.handle_of(plain_);
+  const EntityGeometry shapes[] = {
+      {LineShape{{1, 2, 3}, {4, 5, 6}}},
+      {ArcShape{{1, 2, 0}, {0, 0, 1}, {1, 0, 0}, 5, 1.5}},
+      {EllipseShape{{1, 2, 0}, {0, 0, 1}, {4, 0, 0}, 0.5, 0, 3}},
+      {PolylineShape{PolylineKind::ThreeD, {{{0, 0, 0}}, {{1, 2, 3}}}, {0, 0, 1}, true}},
+      {PolylineShape{PolylineKind::Light, {{{0, 0, 1}, 0.5}, {{1, 2, 1}}}, {0, 0, 1}, false}, 2}};
+  for (const EntityGeometry& shape : shapes) {
+    ASSERT_TRUE(host_.set_geometry(plain_, shape));
+    const std::optional<EntityGeometry> now = host_.geometry_of(plain_);
+    ASSERT_TRUE(now);
+    EXPECT_EQ(now->shape.index(), shape.shape.index());
+    EXPECT_EQ(now->thickness, shape.thickness);
+    EXPECT_EQ(host_.handle_of(plain_), handle);
+    EXPECT_EQ(host_.properties_of(plain_).value().layer, L"Roads");
+    EXPECT_EQ(records_of(plain_), Records{parcel(1)});
+  }
+  EXPECT_FALSE(host_.set_geometry(plain_, {HatchShape{}}));
+  EXPECT_FALSE(host_.set_geometry(locked_, shapes[0]));
+  EXPECT_FALSE(host_.set_geometry(erased_, shapes[0]));
+}
+
 TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {
   EXPECT_EQ(host_.entities_around({1, 2, 99}), host_.model_space());
   EXPECT_EQ(host_.entities_around({1, 2.001, 3}), EntityList{});

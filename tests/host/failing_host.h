@@ -91,6 +91,9 @@ class FailingHost final : public ForwardingHost {
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
     return failures_.open.contains(entity) ? std::nullopt : Base::properties_of(entity);
   }
+  bool set_geometry(EntityId entity, const EntityGeometry& geometry) override {
+    return !failures_.open.contains(entity) && Base::set_geometry(entity, geometry);
+  }
   bool set_properties(EntityId entity, const EntityProperties& properties) override {
     return !failures_.open.contains(entity) && Base::set_properties(entity, properties);
   }

@@ -96,7 +96,9 @@ TEST(EntityWriter, ReadsBackTheSameInEveryPlaneAndFraming) {
           {ArcShape{a, plane.normal, plane.y, 2, pi / 3}, 3},
           {ArcShape{a, plane.normal, plane.x, 2, 2 * pi}},
           {PolylineShape{PolylineKind::Light, {{a, 1}, {b, 0}}, plane.normal, false}, 3},
-          {PolylineShape{PolylineKind::Old2d, {{a, 1}, {b, 0}}, plane.normal, true}},
+          {PolylineShape{PolylineKind::Light, {{a, 1, 2, 3}, {b}}, plane.normal, true, true}},
+          {PolylineShape{PolylineKind::Light, {{a, 1, 4, 4}, {b, 0, 4, 4}}, plane.normal}},
+          {PolylineShape{PolylineKind::Old2d, {{a, 1, 2, 3}, {b}}, plane.normal, true, true}},
           {PolylineShape{PolylineKind::ThreeD, {{a, 0}, {b, 0}}, {0, 0, 1}, true}},
           {TextShape{a, plane.normal, L"a\n^b \U0001F600", 2.5, pi / 6, 0.5}},
       };
@@ -119,6 +121,13 @@ TEST(EntityWriter, ReadsBackTheSameInEveryPlaneAndFraming) {
         if (const auto* line = std::get_if<PolylineShape>(&read.shape)) {
           EXPECT_EQ(line->kind, std::get<PolylineShape>(shape.shape).kind);
           EXPECT_EQ(line->closed, std::get<PolylineShape>(shape.shape).closed);
+          EXPECT_EQ(line->linetype_runs_on, std::get<PolylineShape>(shape.shape).linetype_runs_on);
+          for (std::size_t i = 0; i < 2; ++i) {
+            const Vertex& vertex = line->vertices.at(i);
+            const Vertex& was = std::get<PolylineShape>(shape.shape).vertices[i];
+            EXPECT_EQ(std::pair(vertex.start_width, vertex.end_width),
+                      std::pair(was.start_width, was.end_width));
+          }
         }
         if (const auto* text = std::get_if<TextShape>(&read.shape)) {
           EXPECT_EQ(text->text, std::get<TextShape>(shape.shape).text);
@@ -144,6 +153,69 @@ TEST(EntityWriter, ReadsBackAnArrayOfReferences) {
   EXPECT_EQ(read.rows, 2);
   EXPECT_EQ(read.column_spacing, 5);
   EXPECT_EQ(read.row_spacing, 6);
+}
+
+// The same with bars for line ends, before and after.
+std::string reshaped(std::string entity, const EntityGeometry& geometry, bool old_version = false) {
+  std::ranges::replace(entity, '|', '\n');
+  std::uint64_t next = 0x2A;
+  const dxf::Manner manner{.code_width = 0};
+  const NewEntityPlace place{.manner = manner,
+                             .codec = codec,
+                             .subclass_markers = !old_version,
+                             .lightweight_polylines = !old_version,
+                             .owner = old_version ? 0U : 0x1FU,
+                             .new_handle = [&next] { return next++; }};
+  std::string bytes = with_geometry(entity, geometry, place).value_or("none");
+  std::ranges::replace(bytes, '\n', '|');
+  return bytes;
+}
+
+TEST(EntityReshaping, KeepsAllButTheShape) {
+  const std::string head =
+      "5|9|102|{ACAD_XDICTIONARY|360|77|102|}|330|1F|100|AcDbEntity|67|1|8|A|62|     5|";
+  const std::string xdata = "1001|X|1010|1.0|1020|2.0|1030|3.0|";
+  const std::string line =
+      "0|LINE|" + head + "100|AcDbLine|10|0.0|20|0.0|30|0.0|11|1.0|21|0.0|" + "31|0.0|" + xdata;
+  const std::string polyline =
+      "0|POLYLINE|" + head + "100|AcDb2dPolyline|66|1|70|1|" + xdata +
+      "0|VERTEX|5|A|330|9|100|AcDbEntity|8|A|100|AcDbVertex|10|0.0|20|0.0|1001|GONE|" +
+      "0|SEQEND|5|B|330|9|100|AcDbEntity|8|A|";
+  const std::string vertex = "330|9|100|AcDbEntity|8|A|62|     5|";
+  struct Case {
+    const char* name;
+    std::string before;
+    EntityGeometry geometry;
+    std::string after;
+  };
+  const std::vector<Case> cases = {
+      {"line to light polyline",
+       line,
+       {light},
+       "0|LWPOLYLINE|" + head + "100|AcDbPolyline|90|        2|70|     1|38|5.0|10|1.0|20|2.0|" +
+           "42|0.5|10|3.0|20|4.0|" + xdata},
+      {"polyline to line",
+       polyline,
+       {LineShape{{1, 2, 3}, {4, 5, 6}}},
+       "0|LINE|" + head + "100|AcDbLine|10|1.0|20|2.0|30|3.0|11|4.0|21|5.0|31|6.0|" + xdata},
+      {"line to 3D polyline",
+       line,
+       {three_d},
+       "0|POLYLINE|" + head + "100|AcDb3dPolyline|66|     1|10|0.0|20|0.0|30|0.0|70|     9|" +
+           xdata + "0|VERTEX|5|2A|" + vertex +
+           "100|AcDbVertex|100|AcDb3dPolylineVertex|10|1.0|20|2.0|30|3.0|70|    32|0|SEQEND|5|2B|" +
+           vertex},
+  };
+  for (const Case& test : cases)
+    EXPECT_EQ(reshaped(test.before, test.geometry), test.after) << test.name;
+  EXPECT_EQ(reshaped(line, {MtextShape{}}), "none");
+}
+
+TEST(EntityReshaping, OldVersionsKeepWhatTheyHave) {
+  const std::string line =
+      "0|LINE|5|9|8|A|62|     5|10|0.0|20|0.0|30|0.0|11|1.0|21|0.0|31|0.0|1001|X|";
+  EXPECT_EQ(reshaped(line, {ArcShape{{1, 2, 3}, {}, {1, 0, 0}, 4, 2 * pi}}, true),
+            "0|CIRCLE|5|9|8|A|62|     5|10|1.0|20|2.0|30|3.0|40|4.0|1001|X|");
 }
 
 TEST(PropertyEdit, ChangesOnlyTheGroupsConcerned) {

@@ -71,16 +71,19 @@ ItemIndex Document::add_before(ItemIndex terminator, std::string_view bytes, std
   item.handle = handle;
   const auto index = static_cast<ItemIndex>(items_.size());
   if (handle != 0) (void)handles_.enter(handle, index);
-  GroupReader reader(bytes, manner_.framing);
-  Group head;
-  if (reader.next(head)) {
-    const auto found = std::ranges::find(type_names_, head.value);
-    item.type = static_cast<std::uint16_t>(found - type_names_.begin());
-    if (found == type_names_.end()) type_names_.emplace_back(head.value);
-  }
   items_.push_back(item);
+  refresh_type(index);
   added_before_[terminator].push_back(index);
   return index;
+}
+
+void Document::refresh_type(ItemIndex index) {
+  GroupReader reader = groups(index);
+  Group head;
+  if (!reader.next(head) || head.code != 0 || head.value == type_of(index)) return;
+  const auto found = std::ranges::find(type_names_, head.value);
+  items_[index].type = static_cast<std::uint16_t>(found - type_names_.begin());
+  if (found == type_names_.end()) type_names_.emplace_back(head.value);
 }
 
 std::optional<ItemIndex> Document::end_of(Section section) const {

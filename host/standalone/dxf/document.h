@@ -109,6 +109,8 @@ class Document {
   [[nodiscard]] Span store(std::string_view bytes);
   // Adds an item in front of `terminator` (an ENDSEC or ENDTAB), behind those added there before.
   ItemIndex add_before(ItemIndex terminator, std::string_view bytes, std::uint64_t handle);
+  // To be called when other bytes became the item's: they may be of another type.
+  void refresh_type(ItemIndex index);
   // ENDSEC of the section, ENDTAB of the table; none when the file has no such.
   [[nodiscard]] std::optional<ItemIndex> end_of(Section section) const;
   [[nodiscard]] std::optional<ItemIndex> end_of_table(std::string_view table) const;
