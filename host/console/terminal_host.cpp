@@ -96,6 +96,7 @@ std::optional<std::wstring> TerminalHost::next_command() {
 std::optional<std::wstring> TerminalHost::answer(std::wstring_view prompt,
                                                  std::wstring_view place) {
   const bool asked = ending_ == Ending::None;
+  if (asked) start_line();
   std::optional<std::wstring> line = read_line(prompt);
   if (asked && ending_ == Ending::InputEnded) {
     ending_ = Ending::InputEndedInPrompt;
