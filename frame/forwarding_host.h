@@ -1,5 +1,5 @@
-// A host, a store and a record iterator that pass every call on to others: the ground on which a
-// special host is no more than the few operations in which it differs.
+// A host, a store, a record iterator and an attached drawing that pass every call on to others: the
+// ground on which a special host is no more than the few operations in which it differs.
 #pragma once
 
 #include <filesystem>
@@ -38,6 +38,28 @@ class ForwardingRecordIterator : public RecordIterator {
 
  private:
   std::unique_ptr<RecordIterator> target_;
+};
+
+// Owns the drawing that it passes its calls to.
+class ForwardingAttachedDrawing : public AttachedDrawing {
+ public:
+  explicit ForwardingAttachedDrawing(std::unique_ptr<AttachedDrawing> target)
+      : target_(std::move(target)) {}
+
+  bool activate() override { return target_->activate(); }
+  void deactivate() override { target_->deactivate(); }
+  [[nodiscard]] std::vector<std::wstring> table_names() const override {
+    return target_->table_names();
+  }
+  [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override {
+    return target_->table(name);
+  }
+  TableChange copy_definition(std::wstring_view table_name) override {
+    return target_->copy_definition(table_name);
+  }
+
+ private:
+  std::unique_ptr<AttachedDrawing> target_;
 };
 
 // The store that it passes its calls to must outlive it.

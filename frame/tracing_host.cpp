@@ -199,6 +199,35 @@ class TracingRecordIterator final : public ForwardingRecordIterator {
   const TraceSink& sink_;
 };
 
+class TracingAttachedDrawing final : public ForwardingAttachedDrawing {
+ public:
+  TracingAttachedDrawing(std::unique_ptr<AttachedDrawing> target, const TraceSink& sink)
+      : Base(std::move(target)), sink_(sink) {}
+  TracingAttachedDrawing(const TracingAttachedDrawing&) = delete;
+  TracingAttachedDrawing& operator=(const TracingAttachedDrawing&) = delete;
+  ~TracingAttachedDrawing() override { TraceLine(L"  detach").ends(sink_); }
+
+  bool activate() override { return TraceLine(L"  activate").returns(sink_, Base::activate()); }
+  void deactivate() override {
+    TraceLine(L"  deactivate").ends(sink_);
+    Base::deactivate();
+  }
+  [[nodiscard]] std::vector<std::wstring> table_names() const override {
+    return TraceLine(L"  table_names").returns(sink_, Base::table_names());
+  }
+  [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override {
+    return TraceLine(L"  table", name).returns(sink_, Base::table(name));
+  }
+  TableChange copy_definition(std::wstring_view table_name) override {
+    return TraceLine(L"  copy_definition", table_name)
+        .returns(sink_, Base::copy_definition(table_name));
+  }
+
+ private:
+  using Base = ForwardingAttachedDrawing;
+  const TraceSink& sink_;
+};
+
 class TracingStore final : public ForwardingStore {
  public:
   TracingStore(ODStore& target, TraceSink sink) : Base(target), sink_(std::move(sink)) {}
@@ -265,7 +294,8 @@ class TracingStore final : public ForwardingStore {
       const std::filesystem::path& path) override {
     std::unique_ptr<AttachedDrawing> attached = Base::attach_drawing(path);
     TraceLine(L"attach_drawing", path).returns(sink_, attached != nullptr);
-    return attached;
+    if (!attached) return nullptr;
+    return std::make_unique<TracingAttachedDrawing>(std::move(attached), sink_);
   }
   bool attach(EntityId entity, const ODRecord& record) override {
     return TraceLine(L"attach", entity, record).returns(sink_, Base::attach(entity, record));
