@@ -309,6 +309,31 @@ TEST_P(HostContract, AliasesAreAddedOnceAndRemovedOnce) {
   EXPECT_FALSE(store_.remove_path_alias(L"DATA"));
 }
 
+TEST_P(HostContract, DefinitionsComeFromAnAttachedDrawing) {
+  const ODTableDef other_parcels = {L"PARCELS", {{L"NUMBER", ODType::Real, 0.0}}};
+  const ODTableDef rivers = {L"RIVERS", roads.columns};
+  const std::filesystem::path file = under_test_->drawing_with({rivers, other_parcels});
+  const Everything before = everything();
+  const std::unique_ptr<AttachedDrawing> attached = store_.attach_drawing(file);
+  ASSERT_NE(attached, nullptr);
+  ASSERT_TRUE(attached->activate());
+  EXPECT_EQ(attached->table_names(), (std::vector<std::wstring>{L"RIVERS", L"PARCELS"}));
+  EXPECT_EQ(attached->table(L"RIVERS"), rivers);
+  EXPECT_EQ(attached->table(L"ROADS"), std::nullopt);
+  EXPECT_EQ(attached->copy_definition(L"ROADS"), TableChange::TableMissing);
+  EXPECT_EQ(attached->copy_definition(L"PARCELS"), TableChange::TableExists);
+  EXPECT_EQ(everything(), before);
+  EXPECT_EQ(attached->copy_definition(L"RIVERS"), TableChange::Done);
+  EXPECT_EQ(attached->copy_definition(L"RIVERS"), TableChange::TableExists);
+  attached->deactivate();
+  EXPECT_EQ(store_.table(L"RIVERS"), rivers);
+  EXPECT_EQ(everything().second, before.second);
+  EXPECT_EQ(host_.model_space(), (EntityList{plain_, other_, locked_, unlisted_}));
+
+  EXPECT_EQ(store_.attach_drawing(file.parent_path() / "no such drawing"), nullptr);
+  EXPECT_EQ(store_.attach_drawing(file.parent_path()), nullptr);
+}
+
 TEST_P(HostContract, NothingIsAttachedWhereAnIteratorStands) {
   ASSERT_TRUE(store_.attach(plain_, road(L"a")));
   ASSERT_TRUE(store_.attach(other_, road(L"b")));

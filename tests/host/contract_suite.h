@@ -2,6 +2,7 @@
 // A host is put under them by INSTANTIATE_TEST_SUITE_P(Name, HostContract, testing::Values(make)).
 #pragma once
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -24,6 +25,8 @@ class HostUnderTest {
   // The entities in the order in which they were asked for.
   virtual EntityList entities() = 0;
   virtual void erase(EntityId entity) = 0;
+  // The file of another drawing, which holds these tables; it lives as long as this.
+  virtual std::filesystem::path drawing_with(const std::vector<ODTableDef>& tables) = 0;
 };
 
 using MakeHost = std::unique_ptr<HostUnderTest> (*)(const std::vector<LayerSpec>&,

@@ -2,6 +2,7 @@
 #include "frame/forwarding_host.h"
 #include "frame/tracing_host.h"
 #include "tests/host/contract_suite.h"
+#include "tests/host/drawing_file.h"
 #include "tests/host/failing_host.h"
 #include "tests/host/scripted_host.h"
 
@@ -19,11 +20,15 @@ class Standalone : public HostUnderTest {
   DrawingHost& host() override { return host_; }
   EntityList entities() override { return entities_; }
   void erase(EntityId entity) override { EXPECT_TRUE(host_.drawing().erase(entity)); }
+  std::filesystem::path drawing_with(const std::vector<ODTableDef>& tables) override {
+    return file_.emplace(tables).path();
+  }
 
  private:
   ScriptedHost host_;
   StandaloneStore store_;
   EntityList entities_;
+  std::optional<DrawingFile> file_;
 };
 
 class Forwarded final : public Standalone {
