@@ -13,4 +13,10 @@ void has_no_od(Session& session);
 void has_multiple_od(Session& session);
 void has_duplicate_od(Session& session);
 
+void copy_od(Session& session);
+void copy_value(Session& session);
+void copy_od_value(Session& session);
+void copy_all(Session& session);
+void copy_all_value(Session& session);
+
 }  // namespace korvel
