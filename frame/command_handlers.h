@@ -18,5 +18,6 @@ void copy_value(Session& session);
 void copy_od_value(Session& session);
 void copy_all(Session& session);
 void copy_all_value(Session& session);
+void load_definition(Session& session);
 
 }  // namespace korvel

@@ -14,7 +14,8 @@ constexpr int modal = 0;
 constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_PSEL", usual, L"asks for a point and selects the entities found around it", nullptr},
     {L"KORVEL_CTL", usual, L"shows the command palette", nullptr},
-    {L"KORVEL_LOAD_DEFINITION", modal, L"loads table definitions from a drawing file", nullptr},
+    {L"KORVEL_LOAD_DEFINITION", modal, L"loads table definitions from a drawing file",
+     load_definition},
     {L"KORVEL_HAS_DUPLICATE_OD", usual, L"selects entities with a table attached twice or more",
      has_duplicate_od},
     {L"KORVEL_HAS_OD", usual, L"selects entities with any object data", has_od},
