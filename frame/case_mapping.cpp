@@ -32,11 +32,15 @@ constexpr bool ranges_ascend() {
 }
 static_assert(ranges_ascend(), "the binary search needs ranges in order that do not overlap");
 
+constexpr bool contains(const LowerRange& range, char32_t code_point) {
+  return code_point >= range.first && code_point <= range.last &&
+         (code_point - range.first) % range.stride == 0;
+}
+
 constexpr char32_t search_lower(char32_t code_point) {
   const auto* const range =
       std::ranges::lower_bound(lower_ranges, code_point, {}, &LowerRange::last);
-  if (range == lower_ranges.end() || code_point < range->first) return code_point;
-  if ((code_point - range->first) % range->stride != 0) return code_point;
+  if (range == lower_ranges.end() || !contains(*range, code_point)) return code_point;
   return code_point + static_cast<char32_t>(range->delta);
 }
 
@@ -90,6 +94,33 @@ bool equal_ignoring_case(std::wstring_view a, std::wstring_view b) {
     at += left.units;
   }
   return true;
+}
+
+CaselessFinder::CaselessFinder(std::wstring_view wanted) : lowered_(lower(wanted)) {
+  if (lowered_.empty()) return;
+  first_units_.fill(lowered_.front());
+  const char32_t first = lowered_at(lowered_, 0).value;
+  std::size_t place = 1;
+  for (const LowerRange& range : lower_ranges) {
+    const char32_t other = first - static_cast<char32_t>(range.delta);
+    if (!contains(range, other)) continue;
+    std::wstring units;
+    append_code_point(other, units);
+    first_units_.at(place++) = units.front();
+  }
+}
+
+std::size_t CaselessFinder::find(std::wstring_view text, std::size_t from) const {
+  if (lowered_.size() > text.size()) return std::wstring_view::npos;
+  const std::size_t last = text.size() - lowered_.size();
+  if (lowered_.empty()) return from <= last ? from : std::wstring_view::npos;
+  const auto [a, b, c] = first_units_;
+  for (std::size_t at = from; at <= last; ++at) {
+    const wchar_t unit = text[at];
+    const bool may_begin = unit == a || unit == b || unit == c;
+    if (may_begin && equal_ignoring_case(text.substr(at, lowered_.size()), lowered_)) return at;
+  }
+  return std::wstring_view::npos;
 }
 
 }  // namespace korvel

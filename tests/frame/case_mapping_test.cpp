@@ -2,6 +2,7 @@
 #include "frame/case_mapping.h"
 
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -45,6 +46,37 @@ TEST(Lower, IsIdempotentAndKeepsTheLengthOfEveryCodePoint) {
   EXPECT_EQ(once.size(), all.size());
   EXPECT_TRUE(lower(once) == once);
   EXPECT_TRUE(equal_ignoring_case(all, once));
+}
+
+TEST(CaselessFinder, FindsEveryLetterInAllItsCases) {
+  for (char32_t code = 1; code <= 0x1FFFF; ++code) {
+    std::wstring letter;
+    append_code_point(code, letter);
+    if (lower(letter) == letter) continue;
+    for (const std::wstring& wanted : {letter, lower(letter)}) {
+      const CaselessFinder finder(wanted + L"X");
+      EXPECT_EQ(finder.find(L"ab" + letter + L"x"), 2U) << to_utf8(letter);
+      EXPECT_EQ(finder.find(L"ab" + letter + L"y"), std::wstring::npos) << to_utf8(letter);
+    }
+  }
+}
+
+// Short texts of few letters, so that parts of a find overlap and come again; K has a third form.
+TEST(CaselessFinder, FindsWhereTheLowerCasedTextHoldsIt) {
+  std::mt19937 random(1);
+  const auto letters = [&random](std::size_t most) {
+    std::wstring text(random() % (most + 1), L'\0');
+    for (wchar_t& letter : text)
+      letter = L"aAkK\u212A"[random() % 5];
+    return text;
+  };
+  for (int i = 0; i < 20000; ++i) {
+    const std::wstring text = letters(9);
+    const std::wstring wanted = letters(3);
+    const std::size_t from = random() % 11;
+    EXPECT_EQ(CaselessFinder(wanted).find(text, from), lower(text).find(lower(wanted), from))
+        << to_utf8(wanted) << " in " << to_utf8(text) << " from " << from;
+  }
 }
 
 TEST(Lower, LeavesLoneSurrogatesAsTheyStand) {
