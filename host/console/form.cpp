@@ -105,10 +105,9 @@ FormReply set_cell(Dialog& dialog, const FormAssignment& assignment) {
       columns.push_back({control, column});
     }
   }
-  const NameMatch match = match_name(headings, assignment.label);
-  if (!match.index || match.ambiguous) {
-    return no_such_label(dialog, assignment.label, match.ambiguous);
-  }
+  const std::wstring heading = field_text(assignment.label);
+  const NameMatch match = match_name(headings, heading);
+  if (!match.index || match.ambiguous) return no_such_label(dialog, heading, match.ambiguous);
   const CellColumn cell = columns[*match.index];
   return set_control(dialog, cell.control, [&](const ControlPointer& pointer) {
     return change_cell(*std::get<Grid*>(pointer), cell.column, assignment);
@@ -131,14 +130,15 @@ FormReply apply_line(Dialog& dialog, std::wstring_view typed) {
     return no_such_label(dialog, line, button.ambiguous);
   }
 
-  const NameMatch control = match_name(control_names(dialog), assignment->left);
+  const std::wstring label = field_text(assignment->left);
+  const NameMatch control = match_name(control_names(dialog), label);
   if (control.index && !control.ambiguous) {
     return set_control(dialog, *control.index, [&](const ControlPointer& pointer) {
       return change_control(pointer, *assignment);
     });
   }
   if (assignment->row) return set_cell(dialog, *assignment);
-  return no_such_label(dialog, assignment->left, control.ambiguous);
+  return no_such_label(dialog, label, control.ambiguous);
 }
 
 void cancel(Dialog& dialog) {

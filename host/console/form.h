@@ -9,7 +9,7 @@
 //   OK                        presses a button
 //
 // Labels and items ignore case and may be shortened while unique. An item with a comma or a blank
-// at an end stands in double quotes, a quote inside doubled.
+// at an end stands in double quotes, a quote inside doubled; a label may.
 #pragma once
 
 #include <string>

@@ -149,6 +149,7 @@ FormChange change(Grid& grid, FormOperation operation, std::wstring_view value) 
 }  // namespace
 
 std::wstring listed(std::span<const std::wstring_view> names) {
+  if (names.empty()) return L"none";
   std::wstring text;
   for (const std::wstring_view name : names) {
     if (!text.empty()) text += L", ";

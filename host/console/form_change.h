@@ -23,7 +23,7 @@ struct FormChange {
 [[nodiscard]] FormChange change_cell(Grid& grid, std::size_t column,
                                      const FormAssignment& assignment);
 
-// The names one after the other, as they may be typed.
+// The names one after the other, as they may be typed; "none" if there are none.
 [[nodiscard]] std::wstring listed(std::span<const std::wstring_view> names);
 
 [[nodiscard]] std::wstring in_quotes(std::wstring_view text);
