@@ -19,5 +19,6 @@ void copy_od_value(Session& session);
 void copy_all(Session& session);
 void copy_all_value(Session& session);
 void load_definition(Session& session);
+void has_specific_values(Session& session);
 
 }  // namespace korvel

@@ -2,12 +2,14 @@
 """Every conversation quoted in the documents must stand, line for line, in a tested transcript.
 
 Usage: quotes.py REPOSITORY
-A quote is a fenced block whose first line begins with "Command: ".
+A quote is a fenced block whose first line begins with "Command: " or "dialog> ".
 """
 
 import pathlib
 import re
 import sys
+
+QUOTE = re.compile(r"^```\n((?:Command: |dialog> ).*?)^```$", re.MULTILINE | re.DOTALL)
 
 
 def main():
@@ -16,8 +18,7 @@ def main():
             for golden in sorted((root / "tests" / "transcripts").glob("*/*.golden"))]
     quotes = [(page, block)
               for page in sorted((root / "docs").glob("*.md"))
-              for block in re.findall(r"^```\n(Command: .*?)^```$", page.read_text(encoding="utf-8"),
-                                      re.MULTILINE | re.DOTALL)]
+              for block in QUOTE.findall(page.read_text(encoding="utf-8"))]
     if not quotes:
         sys.exit("no document quotes a conversation")
     stale = [(page, block) for page, block in quotes if not any(block in text for text in seen)]

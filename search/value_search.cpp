@@ -1,0 +1,72 @@
+#include "search/value_search.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <utility>
+
+#include "frame/command_frame.h"
+#include "frame/command_handlers.h"
+#include "frame/session.h"
+#include "search/find_values_dialog.h"
+#include "search/value_pattern.h"
+
+namespace korvel {
+namespace {
+
+std::vector<ODTableDef> definitions(const ODStore& store, const std::vector<std::wstring>& names) {
+  std::vector<ODTableDef> tables;
+  for (const std::wstring& name : names) {
+    if (std::optional<ODTableDef> table = store.table(name)) tables.push_back(std::move(*table));
+  }
+  return tables;
+}
+
+// Marks the entities with a record in which the field's value passes.
+std::vector<char> marks_of(const ValueCriterion& criterion, ValuePattern& pattern,
+                           const std::vector<ODTableDef>& tables, ODStore& store,
+                           const EntityList& entities) {
+  std::vector<char> marks(entities.size(), 0);
+  for (const ODTableDef& table : tables) {
+    if (const std::optional<std::size_t> column = table.column(criterion.field)) {
+      store.mark_passing(entities, table.name, static_cast<int>(*column), std::ref(pattern), marks);
+    }
+  }
+  return marks;
+}
+
+void keep_marked(EntityList& entities, const std::vector<char>& marks) {
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < entities.size(); ++i) {
+    if (marks[i] != 0) entities[kept++] = entities[i];
+  }
+  entities.resize(kept);
+}
+
+}  // namespace
+
+EntityList find_by_values(const ValueSearch& search, ODStore& store, const EntityList& entities) {
+  const std::vector<ODTableDef> tables = definitions(store, search.tables);
+  EntityList found = entities;
+  for (const ValueCriterion& criterion : search.criteria) {
+    ValuePattern pattern(criterion.pattern, search.extended);
+    const bool met_at_once = pattern.needs_no_value() && !search.tables.empty();
+    if (met_at_once) continue;
+    keep_marked(found, marks_of(criterion, pattern, tables, store, found));
+  }
+  return found;
+}
+
+void has_specific_values(Session& session) {
+  FindValues dialog(user_tables(session.store), session.choices.extended);
+  if (!session.host.show(dialog)) return;
+  session.choices.extended = dialog.extended.on;
+  const ValueSearch search = dialog.search();
+  if (search.criteria.empty()) return;
+
+  const EntityList gathered = gather(session.host).entities;
+  if (gathered.empty()) return;
+  leave_found(session.host, find_by_values(search, session.store, gathered));
+}
+
+}  // namespace korvel
