@@ -72,6 +72,32 @@ void presence_search(benchmark::State& state) {
   count_entities(state);
 }
 
+// What a query by place asks of every entity.
+void ask_extents(const Drawing& drawing, const EntityList& entities) {
+  for (const EntityId id : entities)
+    benchmark::DoNotOptimize(drawing.extents_of(id));
+}
+
+void extents_first(benchmark::State& state) {
+  for ([[maybe_unused]] auto _ : state) {
+    state.PauseTiming();
+    const auto drawing = drawing_of(state.range(0));
+    const EntityList entities = drawing->entities(Space::Model);
+    state.ResumeTiming();
+    ask_extents(*drawing, entities);
+  }
+  count_entities(state);
+}
+
+void extents_again(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  const EntityList entities = drawing->entities(Space::Model);
+  ask_extents(*drawing, entities);
+  for ([[maybe_unused]] auto _ : state)
+    ask_extents(*drawing, entities);
+  count_entities(state);
+}
+
 void list_model_space(benchmark::State& state) {
   const auto drawing = drawing_of(state.range(0));
   for ([[maybe_unused]] auto _ : state)
@@ -142,6 +168,8 @@ BENCHMARK_TEMPLATE(presence_search, Presence::None)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Any)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Multiple)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Duplicated)->Apply(sizes);
+BENCHMARK(extents_first)->Apply(sizes);
+BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
