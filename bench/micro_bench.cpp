@@ -11,6 +11,7 @@
 #include "host/standalone/dxf/text_codec.h"
 #include "host/standalone/standalone_store.h"
 #include "search/presence_search.h"
+#include "search/table_search.h"
 
 namespace korvel {
 namespace {
@@ -68,6 +69,17 @@ void presence_search(benchmark::State& state) {
   const EntityList entities = drawing->entities(Space::Model);
   for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(find_by_presence(criterion, store, entities));
+  }
+  count_entities(state);
+}
+
+void table_search(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  const TableSearch search{TableCriterion::Carries, user_tables(store), true};
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(find_by_tables(search, store, entities));
   }
   count_entities(state);
 }
@@ -168,6 +180,7 @@ BENCHMARK_TEMPLATE(presence_search, Presence::None)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Any)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Multiple)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Duplicated)->Apply(sizes);
+BENCHMARK(table_search)->Apply(sizes);
 BENCHMARK(extents_first)->Apply(sizes);
 BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);

@@ -61,6 +61,11 @@ void leave_selected(DrawingHost& host, const EntityList& entities) {
   host.set_pick_first(entities);
 }
 
+void leave_found(DrawingHost& host, const EntityList& found) {
+  leave_selected(host, found);
+  report<Message::Selected>(host, found.size());
+}
+
 Progress::Progress(DrawingHost& host, std::int64_t range)
     : host_(host), stride_(std::max<std::int64_t>((range + most_moves - 1) / most_moves, 1)) {
   host_.start_progress(L"KORVEL", range);

@@ -41,6 +41,9 @@ struct Gathered {
 // Makes the entities the pick-first set in place of the one there was.
 void leave_selected(DrawingHost& host, const EntityList& entities);
 
+// How a search ends: leaves what it found selected and prints how many they are, none included.
+void leave_found(DrawingHost& host, const EntityList& found);
+
 // Prints the catalogue's message with its arguments.
 template <Message message, class... Args>
 void report(DrawingHost& host, const Args&... args) {

@@ -13,4 +13,7 @@ void has_no_od(Session& session);
 void has_multiple_od(Session& session);
 void has_duplicate_od(Session& session);
 
+void has_specific_od(Session& session);
+void has_no_specific_od(Session& session);
+
 }  // namespace korvel

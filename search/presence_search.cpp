@@ -26,9 +26,7 @@ bool has_duplicate_table(RecordIterator& records, EntityId entity) {
 
 void search(Session& session, Presence criterion) {
   const EntityList gathered = gather(session.host).entities;
-  const EntityList found = find_by_presence(criterion, session.store, gathered);
-  leave_selected(session.host, found);
-  report<Message::Selected>(session.host, found.size());
+  leave_found(session.host, find_by_presence(criterion, session.store, gathered));
 }
 
 }  // namespace
