@@ -11,6 +11,7 @@
 #include "host/standalone/dxf/text_codec.h"
 #include "host/standalone/standalone_store.h"
 #include "search/presence_search.h"
+#include "search/statistics.h"
 #include "search/table_search.h"
 
 namespace korvel {
@@ -80,6 +81,16 @@ void table_search(benchmark::State& state) {
   const TableSearch search{TableCriterion::Carries, user_tables(store), true};
   for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(find_by_tables(search, store, entities));
+  }
+  count_entities(state);
+}
+
+void statistics(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(count_object_data(store, entities));
   }
   count_entities(state);
 }
@@ -181,6 +192,7 @@ BENCHMARK_TEMPLATE(presence_search, Presence::Any)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Multiple)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Duplicated)->Apply(sizes);
 BENCHMARK(table_search)->Apply(sizes);
+BENCHMARK(statistics)->Apply(sizes);
 BENCHMARK(extents_first)->Apply(sizes);
 BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);

@@ -16,4 +16,6 @@ void has_duplicate_od(Session& session);
 void has_specific_od(Session& session);
 void has_no_specific_od(Session& session);
 
+void stat(Session& session);
+
 }  // namespace korvel

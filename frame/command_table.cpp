@@ -42,7 +42,7 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_ADDVAL_OD2OD", usual, L"adds values of one table into another", nullptr},
     {L"KORVEL_23DPOLY", usual, L"converts entities to 3D polylines", nullptr},
     {L"KORVEL_RMUNUSED", usual, L"removes unused table definitions", nullptr},
-    {L"KORVEL_STAT", usual, L"shows statistics of the object data", nullptr},
+    {L"KORVEL_STAT", usual, L"shows statistics of the object data", stat},
     {L"KORVEL_HAS_NO_SPECIFIC_OD", usual, L"selects entities without chosen tables",
      has_no_specific_od},
     {L"KORVEL_TABLE", usual, L"shows the table editor", nullptr},
