@@ -17,5 +17,6 @@ void has_specific_od(Session& session);
 void has_no_specific_od(Session& session);
 
 void stat(Session& session);
+void psel(Session& session);
 
 }  // namespace korvel

@@ -12,7 +12,7 @@ constexpr int usual =
 constexpr int modal = 0;
 
 constexpr std::array<Command, 38> commands = {{
-    {L"KORVEL_PSEL", usual, L"asks for a point and selects the entities found around it", nullptr},
+    {L"KORVEL_PSEL", usual, L"asks for a point and selects the entities found around it", psel},
     {L"KORVEL_CTL", usual, L"shows the command palette", nullptr},
     {L"KORVEL_LOAD_DEFINITION", modal, L"loads table definitions from a drawing file", nullptr},
     {L"KORVEL_HAS_DUPLICATE_OD", usual, L"selects entities with a table attached twice or more",
