@@ -11,6 +11,8 @@
 #include "host/standalone/dxf/text_codec.h"
 #include "host/standalone/standalone_store.h"
 #include "search/presence_search.h"
+#include "search/statistics.h"
+#include "search/table_search.h"
 #include "search/value_pattern.h"
 #include "search/value_search.h"
 
@@ -105,6 +107,53 @@ void value_pattern(benchmark::State& state, const wchar_t* typed, bool extended)
   state.SetItemsProcessed(characters * state.iterations());
 }
 
+void table_search(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  const TableSearch search{TableCriterion::Carries, user_tables(store), true};
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(find_by_tables(search, store, entities));
+  }
+  count_entities(state);
+}
+
+void statistics(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(count_object_data(store, entities));
+  }
+  count_entities(state);
+}
+
+// What a query by place asks of every entity.
+void ask_extents(const Drawing& drawing, const EntityList& entities) {
+  for (const EntityId id : entities)
+    benchmark::DoNotOptimize(drawing.extents_of(id));
+}
+
+void extents_first(benchmark::State& state) {
+  for ([[maybe_unused]] auto _ : state) {
+    state.PauseTiming();
+    const auto drawing = drawing_of(state.range(0));
+    const EntityList entities = drawing->entities(Space::Model);
+    state.ResumeTiming();
+    ask_extents(*drawing, entities);
+  }
+  count_entities(state);
+}
+
+void extents_again(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  const EntityList entities = drawing->entities(Space::Model);
+  ask_extents(*drawing, entities);
+  for ([[maybe_unused]] auto _ : state)
+    ask_extents(*drawing, entities);
+  count_entities(state);
+}
+
 void list_model_space(benchmark::State& state) {
   const auto drawing = drawing_of(state.range(0));
   for ([[maybe_unused]] auto _ : state)
@@ -181,6 +230,10 @@ BENCHMARK_CAPTURE(value_search, greater_real, L"WIDTH", L">5", true)->Apply(size
 BENCHMARK_CAPTURE(value_search, contained_in_real, L"WIDTH", L"5.0", false)->Apply(sizes);
 BENCHMARK_CAPTURE(value_pattern, contained, L"street", false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(value_pattern, wildcard, L"*north*9*9", true)->Unit(benchmark::kMillisecond);
+BENCHMARK(table_search)->Apply(sizes);
+BENCHMARK(statistics)->Apply(sizes);
+BENCHMARK(extents_first)->Apply(sizes);
+BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);

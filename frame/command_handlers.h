@@ -13,6 +13,11 @@ void has_no_od(Session& session);
 void has_multiple_od(Session& session);
 void has_duplicate_od(Session& session);
 
+void has_specific_od(Session& session);
+void has_no_specific_od(Session& session);
+
+void stat(Session& session);
+void psel(Session& session);
 void copy_od(Session& session);
 void copy_value(Session& session);
 void copy_od_value(Session& session);

@@ -12,7 +12,7 @@ constexpr int usual =
 constexpr int modal = 0;
 
 constexpr std::array<Command, 38> commands = {{
-    {L"KORVEL_PSEL", usual, L"asks for a point and selects the entities found around it", nullptr},
+    {L"KORVEL_PSEL", usual, L"asks for a point and selects the entities found around it", psel},
     {L"KORVEL_CTL", usual, L"shows the command palette", nullptr},
     {L"KORVEL_LOAD_DEFINITION", modal, L"loads table definitions from a drawing file",
      load_definition},
@@ -21,7 +21,7 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_HAS_OD", usual, L"selects entities with any object data", has_od},
     {L"KORVEL_HAS_MULTIPLE_OD", usual, L"selects entities with more than one record",
      has_multiple_od},
-    {L"KORVEL_HAS_SPECIFIC_OD", usual, L"selects entities with chosen tables", nullptr},
+    {L"KORVEL_HAS_SPECIFIC_OD", usual, L"selects entities with chosen tables", has_specific_od},
     {L"KORVEL_REMOVE_DUPLICATE_OD", usual, L"removes duplicated records", nullptr},
     {L"KORVEL_HAS_NO_OD", usual, L"selects entities without object data", has_no_od},
     {L"KORVEL_HAS_SPECIFIC_VALUES", usual, L"selects entities by record values",
@@ -44,8 +44,9 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_ADDVAL_OD2OD", usual, L"adds values of one table into another", nullptr},
     {L"KORVEL_23DPOLY", usual, L"converts entities to 3D polylines", nullptr},
     {L"KORVEL_RMUNUSED", usual, L"removes unused table definitions", nullptr},
-    {L"KORVEL_STAT", usual, L"shows statistics of the object data", nullptr},
-    {L"KORVEL_HAS_NO_SPECIFIC_OD", usual, L"selects entities without chosen tables", nullptr},
+    {L"KORVEL_STAT", usual, L"shows statistics of the object data", stat},
+    {L"KORVEL_HAS_NO_SPECIFIC_OD", usual, L"selects entities without chosen tables",
+     has_no_specific_od},
     {L"KORVEL_TABLE", usual, L"shows the table editor", nullptr},
     {L"KORVEL_BREAK", usual, L"breaks an entity; the pieces keep its object data", nullptr},
     {L"KORVEL_ABOUT", usual, L"says what this program is", about},

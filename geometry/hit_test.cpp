@@ -35,9 +35,6 @@ struct PlanBox {
   }
 };
 
-// Some fifty times the rounding of coordinates as large as these.
-constexpr double relative_tolerance = 1e-14;
-
 struct Segment {
   Point3 from;
   Point3 to;
@@ -85,6 +82,22 @@ bool any_edge(std::span<const Point3> polygon, Visit&& visit) {
     if (visit(edge)) return true;
   }
   return false;
+}
+
+// The even-odd rule over the edges that any_of_them(visit) visits.
+template <typename AnyOfThem>
+bool enclosed(Point3 point, AnyOfThem&& any_of_them) {
+  if (!std::isfinite(point.x) || !std::isfinite(point.y)) return false;
+  bool inside = false;
+  const bool on_outline = any_of_them([&](const Segment& edge) {
+    // A ray to the right passes an edge that begins at or below it and ends above it, or reversed.
+    if ((edge.from.y > point.y) != (edge.to.y > point.y)) {
+      const double side = cross(edge.to - edge.from, point - edge.from);
+      if (edge.to.y > edge.from.y ? side > 0 : side < 0) inside = !inside;
+    }
+    return lies_on(point, edge);
+  });
+  return on_outline || inside;
 }
 
 // Places strictly between the ends of `segment`, as shares of its length, where it meets an edge.
@@ -136,16 +149,13 @@ double distance_to_segment(Point3 point, const Segment& segment) {
 }  // namespace
 
 bool point_in_polygon(Point3 point, std::span<const Point3> polygon) {
-  bool inside = false;
-  const bool on_outline = any_edge(polygon, [&](const Segment& edge) {
-    // A ray to the right passes an edge that begins at or below it and ends above it, or reversed.
-    if ((edge.from.y > point.y) != (edge.to.y > point.y)) {
-      const double side = cross(edge.to - edge.from, point - edge.from);
-      if (edge.to.y > edge.from.y ? side > 0 : side < 0) inside = !inside;
-    }
-    return lies_on(point, edge);
+  return enclosed(point, [&](auto&& visit) { return any_edge(polygon, visit); });
+}
+
+bool point_in_outlines(Point3 point, const Path& outlines) {
+  return enclosed(point, [&](auto&& visit) {
+    return any_segment(outlines, [&](Point3 from, Point3 to) { return visit(Segment{from, to}); });
   });
-  return on_outline || inside;
 }
 
 bool path_crosses_polygon(const Path& path, std::span<const Point3> polygon) {

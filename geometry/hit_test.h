@@ -7,13 +7,20 @@
 
 namespace korvel {
 
+// Coordinates closer than this fraction of their size, some fifty times their rounding, touch.
+inline constexpr double relative_tolerance = 1e-14;
+
 // An area is the polygon's corners in running order either way, the last joined to the first, with
-// its outline; a self-crossing polygon encloses its area by the even-odd rule. Coordinates closer
-// than their own rounding count as touching. A polygon of no corner encloses nothing, an empty path
-// meets nothing, and neither does a point that is not finite.
+// its outline; a self-crossing polygon encloses its area by the even-odd rule. A polygon of no
+// corner encloses nothing, an empty path meets nothing, and neither does a point that is not
+// finite.
 
 // True for a point of the area.
 [[nodiscard]] bool point_in_polygon(Point3 point, std::span<const Point3> polygon);
+
+// The same of the area that the parts of a closed path enclose together by the even-odd rule: what
+// lies in a part within another is outside.
+[[nodiscard]] bool point_in_outlines(Point3 point, const Path& outlines);
 
 // True if any point of the path lies in the area: what a crossing window selects. A window that
 // lies wholly inside a closed path meets none of its points.

@@ -90,8 +90,11 @@ class Placement {
 }  // namespace
 
 std::optional<Extents> Drawing::extents_of(EntityId id) const {
-  const Entity* const known = entity(id);
-  if (known == nullptr) return std::nullopt;
+  if (!exists(id)) return std::nullopt;
+  return extents_.of(index_of(id), entities_.size(), [&] { return work_out_extents(id); });
+}
+
+std::optional<Extents> Drawing::work_out_extents(EntityId id) const {
   const EntityGeometry geometry = geometry_of(id);
   const auto* const reference = std::get_if<BlockReferenceShape>(&geometry.shape);
   if (reference == nullptr) return korvel::extents_of(geometry);
@@ -114,6 +117,15 @@ void Drawing::place_block(const BlockReferenceShape& reference, int depth,
   } else {
     for (const Point3& point : outline.points)
       placement.place(point, visit);
+  }
+}
+
+// The entity is not what it was; one in a block definition is part of what references show.
+void Drawing::forget_extents(std::uint32_t entity) {
+  extents_.forget(entity);
+  if (blocks_[entities_[entity].block].space == Space::Block) {
+    block_outlines_.clear();
+    extents_.forget_all();
   }
 }
 

@@ -18,6 +18,7 @@
 #include "frame/entity_id.h"
 #include "frame/entity_properties.h"
 #include "host/standalone/dxf/document.h"
+#include "host/standalone/extents_cache.h"
 #include "host/standalone/journal.h"
 #include "host/standalone/od_tables.h"
 #include "host/standalone/result.h"
@@ -94,7 +95,7 @@ class Drawing {
   [[nodiscard]] bool on_locked_layer(EntityId id) const;
   [[nodiscard]] EntityProperties properties_of(EntityId id) const;
   [[nodiscard]] EntityGeometry geometry_of(EntityId id) const;
-  // Block references are expanded; none for entities without a size.
+  // Block references are expanded; none for entities without a size. Kept for the next question.
   [[nodiscard]] std::optional<Extents> extents_of(EntityId id) const;
   // Attributes of a block reference, in order.
   [[nodiscard]] std::vector<AttributeText> attributes_of(EntityId id) const;
@@ -204,9 +205,11 @@ class Drawing {
   void erase_item(dxf::ItemIndex item);
   void erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited);
   void refresh(dxf::ItemIndex item);
+  void forget_extents(std::uint32_t entity);
   void start_recording();
   void place_block(const BlockReferenceShape& reference, int depth,
                    const std::function<void(const Point3&)>& visit) const;
+  [[nodiscard]] std::optional<Extents> work_out_extents(EntityId id) const;
   [[nodiscard]] const BlockOutline& outline_of_block(std::uint32_t block, int depth) const;
   void apply(Change& change, JournalDirection direction);
 
@@ -224,6 +227,7 @@ class Drawing {
   OdDefinitionItems definition_items_;
   std::unordered_map<std::uint32_t, OdHandles> od_handles_;
   mutable std::unordered_map<std::uint32_t, BlockOutline> block_outlines_;
+  mutable ExtentsCache extents_;
   std::vector<std::string> notices_;
   std::uint64_t saved_state_ = 0;
   dxf::Span saved_header_;

@@ -41,12 +41,12 @@ void Drawing::erase_item(dxf::ItemIndex item) {
 
 // What the drawing knows of an item follows the item's bytes.
 void Drawing::refresh(dxf::ItemIndex item) {
-  block_outlines_.clear();
   document_.refresh_type(item);
   const dxf::Item& changed = document_.item(item);
   const std::uint32_t slot = changed.slot;
   if (slot == dxf::no_index) return;
   if (slot < entities_.size() && entities_[slot].item == item) {
+    forget_extents(slot);
     Entity& entity = entities_[slot];
     if (!entity.erased) --entities_on_[entity.layer];
     entity.erased = changed.span.erased;

@@ -9,7 +9,6 @@
 #include <variant>
 
 #include "geometry/curve_sampler.h"
-#include "geometry/extents.h"
 #include "geometry/hit_test.h"
 
 namespace korvel {
@@ -89,12 +88,9 @@ void for_each_visible(const Drawing& drawing, Test&& test, Visit&& visit) {
   Outline outline;
   for (const EntityId id : drawing.entities(Space::Model)) {
     if (invisible.contains(drawing.layer_of(id))) continue;
-    const EntityGeometry geometry = drawing.geometry_of(id);
-    const std::optional<Extents> extents =
-        std::holds_alternative<BlockReferenceShape>(geometry.shape) ? drawing.extents_of(id)
-                                                                    : extents_of(geometry);
+    const std::optional<Extents> extents = drawing.extents_of(id);
     if (!extents || !test(*extents)) continue;
-    outline_of(geometry, *extents, outline);
+    outline_of(drawing.geometry_of(id), *extents, outline);
     visit(id, std::as_const(outline));
   }
 }

@@ -565,6 +565,8 @@ TEST_P(HostContract, AnotherShapeLeavesTheRestOfTheEntity) {
 TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {
   EXPECT_EQ(host_.entities_around({1, 2, 99}), host_.model_space());
   EXPECT_EQ(host_.entities_around({1, 2.001, 3}), EntityList{});
+  under_test_->erase(other_);
+  EXPECT_EQ(host_.entities_around({1, 2, 3}), (EntityList{plain_, locked_, unlisted_}));
 }
 
 TEST_P(HostContract, LayersHaveTheirFlagsAlsoWithoutARecord) {

@@ -170,5 +170,36 @@ TEST(SpatialQuery, BlockReferencesCountByTheExtentsOfTheirContents) {
   EXPECT_FALSE(nearest_entity(plan, {14.2, 11}, 0.1));
 }
 
+TEST(SpatialQuery, KnownExtentsFollowChangesUndoAndRedo) {
+  const auto read = Drawing::read(drawing_with_block, "block.dxf");
+  ASSERT_TRUE(read) << read.reason();
+  Drawing& drawing = **read;
+  const EntityId reference = drawing.entities(Space::Model).at(0);
+  const EntityId stroke = drawing.entities(Space::Block).at(0);
+  std::optional<EntityId> line;
+  const auto known = [&] {  // R: the reference, B: the line in its block, L: the line added
+    std::string letters;
+    if (drawing.extents_of(reference) == Extents{{10, 10, 0}, {14, 12, 0}}) letters += 'R';
+    if (drawing.extents_of(stroke) == Extents{{0, 0, 0}, {2, 1, 0}}) letters += 'B';
+    if (line && drawing.extents_of(*line) == Extents{{1, 1, 0}, {5, 9, 0}}) letters += 'L';
+    return letters;
+  };
+  EXPECT_EQ(known(), "RB");
+  line = drawing.add_entity({LineShape{{1, 1, 0}, {5, 9, 0}}}, {});
+  EXPECT_EQ(known(), "RBL");
+  ASSERT_TRUE(drawing.erase(stroke));
+  EXPECT_EQ(known(), "L");
+  ASSERT_TRUE(drawing.erase(*line));
+  EXPECT_EQ(known(), "");
+  for (const char* expected : {"L", "RBL", "RB"}) {
+    ASSERT_TRUE(drawing.undo());
+    EXPECT_EQ(known(), expected);
+  }
+  for (const char* expected : {"RBL", "L", ""}) {
+    ASSERT_TRUE(drawing.redo());
+    EXPECT_EQ(known(), expected);
+  }
+}
+
 }  // namespace
 }  // namespace korvel
