@@ -13,4 +13,10 @@ void has_no_od(Session& session);
 void has_multiple_od(Session& session);
 void has_duplicate_od(Session& session);
 
+void ade_attach_data(Session& session);
+void rm(Session& session);
+void rm_all(Session& session);
+void remove_duplicate_od(Session& session);
+void rm_unused(Session& session);
+
 }  // namespace korvel

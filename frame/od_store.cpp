@@ -111,6 +111,13 @@ bool attach_default(ODStore& store, EntityId entity, std::wstring_view table) {
   return definition && store.attach(entity, default_record(*definition));
 }
 
+std::vector<std::wstring> user_table_names(const ODStore& store) {
+  std::vector<std::wstring> names = store.table_names();
+  std::erase_if(names, [](const std::wstring& name) { return !is_user_table(name); });
+  std::ranges::sort(names);
+  return names;
+}
+
 std::vector<std::wstring> user_tables_of(RecordIterator& records, EntityId entity) {
   std::vector<std::wstring> names;
   if (!records.open(entity, OpenMode::Read)) return names;

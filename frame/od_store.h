@@ -184,6 +184,9 @@ class ODStore {
 // Attaches a new record of the table with every column at its default.
 bool attach_default(ODStore& store, EntityId entity, std::wstring_view table);
 
+// The user tables of the drawing in ordinal order, as lists show them.
+[[nodiscard]] std::vector<std::wstring> user_table_names(const ODStore& store);
+
 // The table names of the entity's records of user tables, in record order, one entry a record.
 // An entity that cannot be opened has none.
 [[nodiscard]] std::vector<std::wstring> user_tables_of(RecordIterator& records, EntityId entity);
