@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "attach/duplicate_removal.h"
 #include "bench/drawing_maker.h"
 #include "frame/od_store.h"
 #include "host/standalone/drawing.h"
@@ -197,6 +198,17 @@ void attach_to_all(benchmark::State& state) {
   count_entities(state);
 }
 
+// The drawing has no duplicates, so that every pass meets the same records.
+void look_for_duplicates_to_remove(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(remove_duplicates(store, entities, DuplicateMode::First));
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -236,6 +248,7 @@ BENCHMARK(extents_first)->Apply(sizes);
 BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
+BENCHMARK(look_for_duplicates_to_remove)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

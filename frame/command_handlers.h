@@ -12,18 +12,23 @@ void has_od(Session& session);
 void has_no_od(Session& session);
 void has_multiple_od(Session& session);
 void has_duplicate_od(Session& session);
-
 void has_specific_od(Session& session);
 void has_no_specific_od(Session& session);
-
+void has_specific_values(Session& session);
 void stat(Session& session);
 void psel(Session& session);
+
+void ade_attach_data(Session& session);
+void rm(Session& session);
+void rm_all(Session& session);
+void remove_duplicate_od(Session& session);
+void rm_unused(Session& session);
+
 void copy_od(Session& session);
 void copy_value(Session& session);
 void copy_od_value(Session& session);
 void copy_all(Session& session);
 void copy_all_value(Session& session);
 void load_definition(Session& session);
-void has_specific_values(Session& session);
 
 }  // namespace korvel

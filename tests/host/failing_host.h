@@ -11,6 +11,7 @@ struct Failures {
   std::set<EntityId> open;  // neither the entity nor its records
   std::set<EntityId> update;
   std::set<EntityId> remove;
+  std::set<std::wstring, std::less<>> kept_tables;  // their records cannot be removed
   std::set<EntityId> attach;
   int esc_at_question = 0;  // counted from 1; 0: at none
 };
@@ -31,7 +32,10 @@ class FailingRecordIterator final : public ForwardingRecordIterator {
   bool set_value(int index, const ODValueView& value) override {
     return RecordIterator::set_value(index, value);
   }
-  bool remove() override { return !failures_.remove.contains(entity_) && Base::remove(); }
+  bool remove() override {
+    const bool kept = !done() && failures_.kept_tables.contains(table_name());
+    return !kept && !failures_.remove.contains(entity_) && Base::remove();
+  }
 
  private:
   using Base = ForwardingRecordIterator;

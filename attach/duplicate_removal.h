@@ -1,0 +1,23 @@
+// Leaves every entity with at most one record of each table.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "frame/od_store.h"
+
+namespace korvel {
+
+// The end of an entity's records from which duplicates are removed. Deliberately not the record
+// that stays: First removes the earliest ones and keeps the last, Last keeps the first.
+enum class DuplicateMode { First, Last };
+
+// The mode whose word the answer begins, without regard to letter case; First for nothing typed.
+[[nodiscard]] std::optional<DuplicateMode> duplicate_mode_of(std::wstring_view answer);
+
+// Duplicates are records of one table on one entity, whatever their values; names that differ in
+// letter case alone count as one table. Gives, summed over the entities, the number of tables of
+// which at least one record was removed. What refuses to be removed stays.
+int remove_duplicates(ODStore& store, const EntityList& entities, DuplicateMode mode);
+
+}  // namespace korvel

@@ -1,0 +1,19 @@
+// Removes records from entities: those of some tables, or all of them.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "frame/od_store.h"
+
+namespace korvel {
+
+// Removes every record of the tables, table by table, from every entity. A table that does not
+// exist (any more) and what cannot be removed are skipped. Gives the number of records removed.
+int remove_tables(ODStore& store, const EntityList& entities, std::span<const std::wstring> tables);
+
+// Removes every record, topology tables included. Gives the number of entities that carried any and
+// could be opened for writing.
+int remove_all(ODStore& store, const EntityList& entities);
+
+}  // namespace korvel
