@@ -98,27 +98,62 @@ bool equal_ignoring_case(std::wstring_view a, std::wstring_view b) {
 
 CaselessFinder::CaselessFinder(std::wstring_view wanted) : lowered_(lower(wanted)) {
   if (lowered_.empty()) return;
-  first_units_.fill(lowered_.front());
-  const char32_t first = lowered_at(lowered_, 0).value;
+  first_units_ = cases_of(lowered_at(lowered_, 0).value);
+  const auto last = static_cast<char32_t>(lowered_.back());
+  last_is_whole_ = last < 0xD800 || last > 0xDFFF;
+  if (last_is_whole_) last_units_ = cases_of(last);
+}
+
+CaselessFinder::Units CaselessFinder::cases_of(char32_t lowered) {
+  std::wstring text;
+  append_code_point(lowered, text);
+  Units units;
+  units.fill(text.front());
   std::size_t place = 1;
   for (const LowerRange& range : lower_ranges) {
-    const char32_t other = first - static_cast<char32_t>(range.delta);
+    const char32_t other = lowered - static_cast<char32_t>(range.delta);
     if (!contains(range, other)) continue;
-    std::wstring units;
-    append_code_point(other, units);
-    first_units_.at(place++) = units.front();
+    text.clear();
+    append_code_point(other, text);
+    units.at(place++) = text.front();
   }
+  return units;
+}
+
+bool CaselessFinder::stands_at(const wchar_t* place) const {
+  return equal_ignoring_case({place, lowered_.size()}, lowered_);
+}
+
+// Whether the text may stand at one of the places: a loop without branches, which the machine's
+// wide instructions go through several places at a time.
+bool CaselessFinder::may_stand_in(const wchar_t* places, std::size_t count) const {
+  const auto [a, b, c] = first_units_;
+  const auto [x, y, z] = last_units_;
+  const wchar_t* const ends = places + lowered_.size() - 1;
+  std::uint32_t any = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto begins = static_cast<std::uint32_t>(places[i] == a) |
+                        static_cast<std::uint32_t>(places[i] == b) |
+                        static_cast<std::uint32_t>(places[i] == c);
+    const auto closes = static_cast<std::uint32_t>(ends[i] == x) |
+                        static_cast<std::uint32_t>(ends[i] == y) |
+                        static_cast<std::uint32_t>(ends[i] == z);
+    any |= begins & closes;
+  }
+  return any != 0;
 }
 
 std::size_t CaselessFinder::find(std::wstring_view text, std::size_t from) const {
   if (lowered_.size() > text.size()) return std::wstring_view::npos;
-  const std::size_t last = text.size() - lowered_.size();
-  if (lowered_.empty()) return from <= last ? from : std::wstring_view::npos;
-  const auto [a, b, c] = first_units_;
-  for (std::size_t at = from; at <= last; ++at) {
-    const wchar_t unit = text[at];
-    const bool may_begin = unit == a || unit == b || unit == c;
-    if (may_begin && equal_ignoring_case(text.substr(at, lowered_.size()), lowered_)) return at;
+  const std::size_t end = text.size() - lowered_.size() + 1;
+  if (lowered_.empty()) return from < end ? from : std::wstring_view::npos;
+  constexpr std::size_t stretch = 64;
+  for (std::size_t at = from; at < end; at += stretch) {
+    const std::size_t count = std::min(stretch, end - at);
+    if (last_is_whole_ && !may_stand_in(&text[at], count)) continue;
+    for (std::size_t i = at; i < at + count; ++i) {
+      if (stands_at(&text[i])) return i;
+    }
   }
   return std::wstring_view::npos;
 }

@@ -32,8 +32,16 @@ class CaselessFinder {
   [[nodiscard]] const std::wstring& lowered() const { return lowered_; }
 
  private:
+  using Units = std::array<wchar_t, 3>;  // the cases of one character; some may be the same
+
+  [[nodiscard]] static Units cases_of(char32_t lowered);
+  [[nodiscard]] bool stands_at(const wchar_t* place) const;
+  [[nodiscard]] bool may_stand_in(const wchar_t* places, std::size_t count) const;
+
   std::wstring lowered_;
-  std::array<wchar_t, 3> first_units_{};  // with which the text may begin; some may be the same
+  Units first_units_{};         // the wanted text begins with one of them
+  Units last_units_{};          // and ends with one of these
+  bool last_is_whole_ = false;  // otherwise half of a surrogate pair: no unit to look for
 };
 
 }  // namespace korvel

@@ -67,13 +67,16 @@ void leave_found(DrawingHost& host, const EntityList& found) {
 }
 
 Progress::Progress(DrawingHost& host, std::int64_t range)
-    : host_(host), stride_(std::max<std::int64_t>((range + most_moves - 1) / most_moves, 1)) {
+    : host_(host),
+      stride_(std::max<std::int64_t>((range + most_moves - 1) / most_moves, 1)),
+      next_move_(stride_) {
   host_.start_progress(L"KORVEL", range);
 }
 
 void Progress::step() {
-  ++done_;
-  if (done_ % stride_ == 0) host_.move_progress(done_);
+  if (++done_ < next_move_) return;
+  host_.move_progress(done_);
+  next_move_ = done_ + stride_;
 }
 
 }  // namespace korvel

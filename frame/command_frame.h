@@ -77,6 +77,7 @@ class Progress {
   DrawingHost& host_;
   std::int64_t done_ = 0;
   std::int64_t stride_;
+  std::int64_t next_move_;
 };
 
 }  // namespace korvel

@@ -106,8 +106,8 @@ class ForwardingStore : public ODStore {
     return target_.tables_on(entities);
   }
   void mark_passing(const EntityList& entities, std::wstring_view table_name, int column,
-                    const ValueTest& passes, std::vector<char>& marks) override {
-    target_.mark_passing(entities, table_name, column, passes, marks);
+                    ValueTest& test, std::vector<char>& marks) override {
+    target_.mark_passing(entities, table_name, column, test, marks);
   }
   bool add_path_alias(std::wstring_view name, std::wstring_view path) override {
     return target_.add_path_alias(name, path);

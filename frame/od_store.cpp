@@ -102,12 +102,12 @@ std::vector<std::wstring> ODStore::tables_on(const EntityList& entities) {
 }
 
 void ODStore::mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                           const ValueTest& passes, std::vector<char>& marks) {
+                           ValueTest& test, std::vector<char>& marks) {
   const std::unique_ptr<RecordIterator> walk = records_of(table);
   for (std::size_t i = 0; i < entities.size(); ++i) {
     if (marks[i] != 0) continue;
     for (walk->open(entities[i], OpenMode::Read); !walk->done(); walk->next()) {
-      if (!passes(walk->value(column))) continue;
+      if (!test(walk->value(column))) continue;
       marks[i] = 1;
       break;
     }

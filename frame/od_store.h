@@ -10,12 +10,12 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "frame/entity_id.h"
@@ -79,9 +79,26 @@ enum class TableChange { Done, Failed, TableExists, TableMissing };
 
 enum class ColumnChange { Done, Failed, DuplicateName, ColumnMissing, TableMissing };
 
-// A question about one value. Equal values must give equal answers, in whatever order and however
-// often they are asked: a store that keeps equal values once may ask once.
-using ValueTest = std::function<bool(const ODValueView&)>;
+// A question about single values, asked by their type. Equal values must give equal answers, in
+// whatever order and however often they are asked: a store that keeps equal values once may ask
+// once.
+class ValueTest {
+ public:
+  ValueTest() = default;
+  ValueTest(const ValueTest&) = default;
+  ValueTest& operator=(const ValueTest&) = default;
+  virtual ~ValueTest() = default;
+
+  virtual bool passes(std::monostate none) = 0;
+  virtual bool passes(std::int32_t number) = 0;
+  virtual bool passes(double number) = 0;
+  virtual bool passes(std::wstring_view text) = 0;
+  virtual bool passes(const Point3& point) = 0;
+
+  bool operator()(const ODValueView& value) {
+    return std::visit([this](const auto& typed) { return passes(typed); }, value);
+  }
+};
 
 // Another drawing whose object data can be read; nothing is ever written to it. It is detached
 // when this is destroyed.
@@ -168,7 +185,7 @@ class ODStore {
   // Marks each entity that has a record of the table whose value in the column (by index) passes.
   // `marks` is as long as `entities`; what is marked already stays so and is not asked about.
   virtual void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                            const ValueTest& passes, std::vector<char>& marks);
+                            ValueTest& test, std::vector<char>& marks);
 
   // --- Other drawings ---
 

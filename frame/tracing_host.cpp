@@ -278,8 +278,8 @@ class TracingStore final : public ForwardingStore {
     return TraceLine(L"tables_on", entities).returns(sink_, Base::tables_on(entities));
   }
   void mark_passing(const EntityList& entities, std::wstring_view table_name, int column,
-                    const ValueTest& passes, std::vector<char>& marks) override {
-    Base::mark_passing(entities, table_name, column, passes, marks);
+                    ValueTest& test, std::vector<char>& marks) override {
+    Base::mark_passing(entities, table_name, column, test, marks);
     TraceLine(L"mark_passing", entities, table_name, column)
         .returns(sink_, std::ranges::count(marks, 1));
   }

@@ -21,18 +21,33 @@ class ValueComparison {
   ValueComparison(Relation relation, std::wstring_view operand);
 
   // Whether the value is ... the operand.
-  [[nodiscard]] bool holds(const ODValueView& value) const;
+  [[nodiscard]] bool holds(std::int32_t number) const { return is(number <=> integer_); }
+  [[nodiscard]] bool holds(double number) const { return is(number <=> real_); }
+  [[nodiscard]] bool holds(std::wstring_view text) const;
 
   [[nodiscard]] std::wstring description() const;
 
  private:
-  [[nodiscard]] bool holds(std::partial_ordering order) const;
-  [[nodiscard]] bool holds_for_text(std::wstring_view text) const;
+  [[nodiscard]] bool is(std::partial_ordering order) const;
 
   Relation relation_;
   std::wstring operand_;
   std::int32_t integer_;
   double real_;
 };
+
+inline bool ValueComparison::is(std::partial_ordering order) const {
+  switch (relation_) {
+    case Relation::Equal:
+      return order == 0;
+    case Relation::Different:
+      return order != 0;
+    case Relation::Greater:
+      return order > 0;
+    case Relation::Smaller:
+      return order < 0;
+  }
+  return false;
+}
 
 }  // namespace korvel

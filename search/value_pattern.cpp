@@ -1,5 +1,6 @@
 #include "search/value_pattern.h"
 
+#include <type_traits>
 #include <utility>
 
 #include "frame/value_text.h"
@@ -34,14 +35,33 @@ ValuePattern::Test ValuePattern::test_of(std::wstring_view text, bool extended) 
   return ValueComparison(Relation::Equal, text);
 }
 
-bool ValuePattern::operator()(const ODValueView& value) {
+template <class Value>
+std::wstring_view ValuePattern::text_of(const Value& value) {
+  if constexpr (std::is_same_v<Value, std::wstring_view>) {
+    return value;
+  } else {
+    buffer_.clear();
+    append_value_text(value, buffer_);
+    return buffer_;
+  }
+}
+
+template <class Value>
+bool ValuePattern::passes_typed(const Value& value) {
   if (const auto* comparison = std::get_if<ValueComparison>(&test_)) {
-    return comparison->holds(value);
+    if constexpr (requires { comparison->holds(value); }) return comparison->holds(value);
+    return false;
   }
   const std::wstring_view text = text_of(value);
   if (const auto* wildcard = std::get_if<Wildcard>(&test_)) return wildcard->matches(text);
   return std::get<CaselessFinder>(test_).find(text) != std::wstring_view::npos;
 }
+
+bool ValuePattern::passes(std::monostate none) { return passes_typed(none); }
+bool ValuePattern::passes(std::int32_t number) { return passes_typed(number); }
+bool ValuePattern::passes(double number) { return passes_typed(number); }
+bool ValuePattern::passes(std::wstring_view text) { return passes_typed(text); }
+bool ValuePattern::passes(const Point3& point) { return passes_typed(point); }
 
 std::wstring ValuePattern::description() const {
   if (needs_no_value()) return L"any value";
@@ -50,13 +70,6 @@ std::wstring ValuePattern::description() const {
   }
   const bool wild = std::holds_alternative<Wildcard>(test_);
   return (wild ? L"matches \"" : L"contains \"") + text_ + L'"';
-}
-
-std::wstring_view ValuePattern::text_of(const ODValueView& value) {
-  if (const auto* text = std::get_if<std::wstring_view>(&value)) return *text;
-  buffer_.clear();
-  append_value_text(value, buffer_);
-  return buffer_;
 }
 
 }  // namespace korvel

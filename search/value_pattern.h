@@ -6,7 +6,7 @@
 #include <variant>
 
 #include "frame/case_mapping.h"
-#include "frame/od_value.h"
+#include "frame/od_store.h"
 #include "search/value_comparison.h"
 #include "search/wildcard.h"
 
@@ -27,12 +27,15 @@ namespace korvel {
 //
 // Numbers and points have the text of value_text for the first test and for wildcards; no value has
 // an empty text.
-class ValuePattern {
+class ValuePattern final : public ValueTest {
  public:
   ValuePattern(std::wstring_view typed, bool extended);
 
-  // Not const: it keeps a buffer for the text of numbers.
-  [[nodiscard]] bool operator()(const ODValueView& value);
+  bool passes(std::monostate none) override;
+  bool passes(std::int32_t number) override;
+  bool passes(double number) override;
+  bool passes(std::wstring_view text) override;
+  bool passes(const Point3& point) override;
 
   // Exactly "*", extended or not, asks for nothing: deliberately not even for a record.
   [[nodiscard]] bool needs_no_value() const { return text_ == any_value; }
@@ -46,11 +49,14 @@ class ValuePattern {
   static constexpr std::wstring_view any_value = L"*";
 
   [[nodiscard]] static Test test_of(std::wstring_view text, bool extended);
-  [[nodiscard]] std::wstring_view text_of(const ODValueView& value);
+  template <class Value>
+  [[nodiscard]] bool passes_typed(const Value& value);
+  template <class Value>
+  [[nodiscard]] std::wstring_view text_of(const Value& value);
 
   std::wstring text_;
   Test test_;
-  std::wstring buffer_;
+  std::wstring buffer_;  // for the text of numbers
 };
 
 }  // namespace korvel

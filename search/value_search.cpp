@@ -1,7 +1,7 @@
 #include "search/value_search.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <utility>
 
@@ -29,32 +29,38 @@ std::vector<char> marks_of(const ValueCriterion& criterion, ValuePattern& patter
   std::vector<char> marks(entities.size(), 0);
   for (const ODTableDef& table : tables) {
     if (const std::optional<std::size_t> column = table.column(criterion.field)) {
-      store.mark_passing(entities, table.name, static_cast<int>(*column), std::ref(pattern), marks);
+      store.mark_passing(entities, table.name, static_cast<int>(*column), pattern, marks);
     }
   }
   return marks;
 }
 
-void keep_marked(EntityList& entities, const std::vector<char>& marks) {
-  std::size_t kept = 0;
+// Written without a branch on what nobody can guess; hence the one place too many.
+EntityList marked(const EntityList& entities, const std::vector<char>& marks) {
+  EntityList kept(static_cast<std::size_t>(std::ranges::count(marks, 1)) + 1);
+  std::size_t count = 0;
   for (std::size_t i = 0; i < entities.size(); ++i) {
-    if (marks[i] != 0) entities[kept++] = entities[i];
+    kept[count] = entities[i];
+    count += marks[i] != 0 ? 1 : 0;
   }
-  entities.resize(kept);
+  kept.pop_back();
+  return kept;
 }
 
 }  // namespace
 
 EntityList find_by_values(const ValueSearch& search, ODStore& store, const EntityList& entities) {
   const std::vector<ODTableDef> tables = definitions(store, search.tables);
-  EntityList found = entities;
+  EntityList found;
+  const EntityList* left = &entities;
   for (const ValueCriterion& criterion : search.criteria) {
     ValuePattern pattern(criterion.pattern, search.extended);
     const bool met_at_once = pattern.needs_no_value() && !search.tables.empty();
     if (met_at_once) continue;
-    keep_marked(found, marks_of(criterion, pattern, tables, store, found));
+    found = marked(*left, marks_of(criterion, pattern, tables, store, *left));
+    left = &found;
   }
-  return found;
+  return left == &found ? found : entities;
 }
 
 void has_specific_values(Session& session) {

@@ -33,7 +33,11 @@ Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::str
   return DrawingReader().read(std::move(bytes), name);
 }
 
-void Drawing::start_recording() { od_.set_journal(&journal_); }
+void Drawing::start_recording() {
+  od_.set_journal(&journal_);
+  holds_object_data_ =
+      document_.at_least(first_version_with_objects) && definition_items_.root != dxf::no_index;
+}
 
 // --- Saving ---
 
@@ -66,31 +70,18 @@ bool Drawing::changed() const {
 }
 
 std::optional<std::string> Drawing::why_no_object_data() const {
-  if (document_.at_least(first_version_with_objects) && definition_items_.root != dxf::no_index) {
-    return std::nullopt;
-  }
+  if (holds_object_data_) return std::nullopt;
   const std::string known = version().empty() ? "an early version" : version();
   return "This drawing (" + known +
          ") has no place for object data. Save it as DXF of R2000 or later in a CAD program and "
          "open that.";
 }
 
-bool Drawing::has_readable_records(EntityId id) const {
-  const Entity* const known = entity(id);
-  return known != nullptr && !known->od_unreadable;
-}
-
 bool Drawing::takes_records(EntityId id) const {
-  return has_readable_records(id) && handle_of(id) != 0 && !why_no_object_data();
+  return holds_object_data_ && has_readable_records(id) && entities_[index_of(id)].has_handle;
 }
 
 // --- Entities ---
-
-const Drawing::Entity* Drawing::entity(EntityId id) const {
-  if (id.is_null() || id.value > entities_.size()) return nullptr;
-  const Entity& known = entities_[index_of(id)];
-  return known.erased ? nullptr : &known;
-}
 
 EntityList Drawing::entities(Space space) const {
   EntityList list;

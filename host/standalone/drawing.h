@@ -157,8 +157,13 @@ class Drawing {
     return static_cast<std::uint32_t>(id.value - 1);
   }
   [[nodiscard]] static EntityId id_of(std::uint32_t index) { return {index + std::uint64_t{1}}; }
+  // Whether any of the entities was erased.
+  [[nodiscard]] bool any_erased() const { return erased_entities_ > 0; }
   // False when the file's own object data of the entity could not be read.
-  [[nodiscard]] bool has_readable_records(EntityId id) const;
+  [[nodiscard]] bool has_readable_records(EntityId id) const {
+    const Entity* const known = entity(id);
+    return known != nullptr && !known->od_unreadable;
+  }
   // Whether records can be attached: false when the file's own object data of the entity could not
   // be read (they are kept as they stand), or the entity has no handle.
   [[nodiscard]] bool takes_records(EntityId id) const;
@@ -174,6 +179,7 @@ class Drawing {
     std::uint32_t block = 0;  // index into blocks_
     dxf::ItemIndex extension_dictionary = dxf::no_index;
     dxf::ItemIndex od_record = dxf::no_index;  // its XRECORD of object data, as in the file
+    bool has_handle = false;
     bool erased = false;
     bool od_unreadable = false;
   };
@@ -196,7 +202,11 @@ class Drawing {
 
   Drawing() = default;
 
-  [[nodiscard]] const Entity* entity(EntityId id) const;
+  [[nodiscard]] const Entity* entity(EntityId id) const {
+    if (id.is_null() || id.value > entities_.size()) return nullptr;
+    const Entity& known = entities_[index_of(id)];
+    return known.erased ? nullptr : &known;
+  }
   [[nodiscard]] NewEntityPlace place_for_new();
   [[nodiscard]] std::uint32_t layer_index(std::wstring_view name);  // made if it is not there
   [[nodiscard]] bool is_there(std::size_t layer) const;
@@ -217,6 +227,7 @@ class Drawing {
   Journal journal_;
   OdTables od_;
   std::vector<Entity> entities_;
+  std::size_t erased_entities_ = 0;
   std::vector<Layer> layers_;
   std::vector<dxf::ItemIndex> layer_items_;  // no_index: the table has no record of the layer
   std::vector<std::uint32_t> entities_on_;   // by layer
@@ -225,6 +236,7 @@ class Drawing {
   std::unordered_map<std::wstring, std::uint32_t> blocks_by_name_;  // lower-cased
   std::uint64_t model_space_owner_ = 0;                             // handle of the BLOCK_RECORD
   OdDefinitionItems definition_items_;
+  bool holds_object_data_ = false;
   std::unordered_map<std::uint32_t, OdHandles> od_handles_;
   mutable std::unordered_map<std::uint32_t, BlockOutline> block_outlines_;
   mutable ExtentsCache extents_;

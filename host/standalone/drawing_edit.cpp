@@ -49,7 +49,9 @@ void Drawing::refresh(dxf::ItemIndex item) {
     forget_extents(slot);
     Entity& entity = entities_[slot];
     if (!entity.erased) --entities_on_[entity.layer];
+    erased_entities_ -= entity.erased ? 1 : 0;
     entity.erased = changed.span.erased;
+    erased_entities_ += entity.erased ? 1 : 0;
     entity.layer = layer_index(document_.codec().decode(document_.facts_of(item).layer));
     if (!entity.erased) ++entities_on_[entity.layer];
   } else if (slot < layers_.size() && layer_items_[slot] == item) {
@@ -80,6 +82,7 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   document_.item(item).slot = index;
   Entity added;
   added.item = item;
+  added.has_handle = written->handle != 0;
   added.layer = layer_index(properties.layer);
   ++entities_on_[added.layer];
   entities_.push_back(added);

@@ -137,6 +137,7 @@ void DrawingReader::take_entity(const dxf::Document& document, dxf::ItemIndex it
   const auto index = static_cast<std::uint32_t>(drawing_->entities_.size());
   Drawing::Entity entity;
   entity.item = item;
+  entity.has_handle = document.item(item).handle != 0;
   entity.layer = layer_index(document, facts.layer);
   entity.block = block;
   ++drawing_->entities_on_[entity.layer];

@@ -140,13 +140,6 @@ std::uint32_t OdTables::count_of(RecordSpan span, std::uint32_t table) const {
   return static_cast<std::uint32_t>(std::ranges::count(references(span), table, &RecordRef::table));
 }
 
-const std::vector<TextPool::Id>* OdTables::texts_of(std::uint32_t table,
-                                                    std::uint32_t column) const {
-  const std::vector<OdColumn>& columns = tables_[table].columns;
-  if (column >= columns.size()) return nullptr;
-  return std::get_if<std::vector<TextPool::Id>>(&columns[column].cells);
-}
-
 RecordRef OdTables::add_row(std::uint32_t table, std::span<const ODValueView> values) {
   OdTable& owner = tables_[table];
   for (std::size_t i = 0; i < owner.columns.size(); ++i) {

@@ -64,10 +64,7 @@ class OdTables {
   // How many records of the span are of the table.
   [[nodiscard]] std::uint32_t count_of(RecordSpan span, std::uint32_t table) const;
   [[nodiscard]] ODValueView value(RecordRef record, std::uint32_t column) const;
-  // The texts of a Character column, by row; null for a column of another type or none.
-  [[nodiscard]] const std::vector<TextPool::Id>* texts_of(std::uint32_t table,
-                                                          std::uint32_t column) const;
-  [[nodiscard]] std::size_t text_count() const { return texts_.size(); }
+  [[nodiscard]] const TextPool& texts() const { return texts_; }
 
   // Adds a row; the values must be of the columns' types and number.
   RecordRef add_row(std::uint32_t table, std::span<const ODValueView> values);

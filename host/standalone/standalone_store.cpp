@@ -46,23 +46,29 @@ std::optional<std::uint32_t> column_named(const OdTable& table, std::wstring_vie
   return std::nullopt;
 }
 
-// Asks about the values of one column; about a text, which the store keeps once, only once.
+// Whether the value of a row passes. Of texts, which the store keeps once, each is asked about
+// once.
+template <class Value>
 class ColumnTest {
  public:
-  ColumnTest(const OdTables& od, std::uint32_t table, std::uint32_t column, const ValueTest& passes)
-      : od_(od),
-        table_(table),
-        column_(column),
-        passes_(passes),
-        texts_(od.texts_of(table, column)) {
-    if (texts_ != nullptr) answers_.resize(od.text_count(), Answer::None);
-  }
+  ColumnTest(const std::vector<Value>& cells, const OdTables& /*od*/, ValueTest& test)
+      : cells_(cells), test_(test) {}
+  [[nodiscard]] bool passes(std::uint32_t row) { return test_.passes(cells_[row]); }
 
+ private:
+  const std::vector<Value>& cells_;
+  ValueTest& test_;
+};
+
+template <>
+class ColumnTest<TextPool::Id> {
+ public:
+  ColumnTest(const std::vector<TextPool::Id>& cells, const OdTables& od, ValueTest& test)
+      : cells_(cells), texts_(od.texts()), test_(test), answers_(texts_.size(), Answer::None) {}
   [[nodiscard]] bool passes(std::uint32_t row) {
-    if (texts_ == nullptr) return passes_(od_.value({table_, row}, column_));
-    Answer& answer = answers_[static_cast<std::size_t>((*texts_)[row])];
+    Answer& answer = answers_[static_cast<std::size_t>(cells_[row])];
     if (answer == Answer::None) {
-      answer = passes_(od_.value({table_, row}, column_)) ? Answer::Yes : Answer::No;
+      answer = test_.passes(texts_.at(cells_[row])) ? Answer::Yes : Answer::No;
     }
     return answer == Answer::Yes;
   }
@@ -70,11 +76,9 @@ class ColumnTest {
  private:
   enum class Answer : char { None, Yes, No };
 
-  const OdTables& od_;
-  std::uint32_t table_;
-  std::uint32_t column_;
-  const ValueTest& passes_;
-  const std::vector<TextPool::Id>* texts_;
+  const std::vector<TextPool::Id>& cells_;
+  const TextPool& texts_;
+  ValueTest& test_;
   std::vector<Answer> answers_;  // by text
 };
 
@@ -278,8 +282,9 @@ bool StandaloneStore::attach(EntityId entity, const ODRecord& record) {
 // --- Passes ---
 
 RecordSpan StandaloneStore::readable_records(EntityId entity) const {
-  return drawing_.has_readable_records(entity) ? drawing_.od().records_of(Drawing::index_of(entity))
-                                               : RecordSpan{};
+  // Nothing was read of records that could not be read, so only erased entities must be told apart.
+  if (drawing_.any_erased() && !drawing_.exists(entity)) return {};
+  return drawing_.od().records_of(Drawing::index_of(entity));
 }
 
 std::vector<int> StandaloneStore::count_records(const EntityList& entities,
@@ -317,20 +322,33 @@ std::vector<std::wstring> StandaloneStore::tables_on(const EntityList& entities)
 }
 
 void StandaloneStore::mark_passing(const EntityList& entities, std::wstring_view table_name,
-                                   int column, const ValueTest& passes, std::vector<char>& marks) {
+                                   int column, ValueTest& test, std::vector<char>& marks) {
   const OdTables& od = drawing_.od();
   const std::optional<std::uint32_t> table = od.find(table_name);
   if (!table || column < 0) return;
-  ColumnTest test(od, *table, static_cast<std::uint32_t>(column), passes);
-  for (std::size_t i = 0; i < entities.size(); ++i) {
-    if (marks[i] != 0) continue;
-    for (const RecordRef record : od.references(readable_records(entities[i]))) {
-      if (record.table == *table && test.passes(record.row)) {
-        marks[i] = 1;
-        break;
+  const std::vector<OdColumn>& columns = od.tables()[*table].columns;
+  if (static_cast<std::size_t>(column) >= columns.size()) return;
+
+  const auto mark = [&](auto& column_test) {
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+      if (marks[i] != 0) continue;
+      // No way out after a record that passes: it would be guessed wrong too often.
+      bool passes = false;
+      for (const RecordRef record : od.references(readable_records(entities[i]))) {
+        if (record.table == *table) passes |= column_test.passes(record.row);
       }
+      marks[i] = passes ? 1 : 0;
     }
-  }
+  };
+  std::visit(
+      [&](const auto& cells) {
+        using Cells = std::decay_t<decltype(cells)>;
+        if constexpr (!std::is_same_v<Cells, std::monostate>) {
+          ColumnTest<typename Cells::value_type> column_test(cells, od, test);
+          mark(column_test);
+        }
+      },
+      columns[static_cast<std::size_t>(column)].cells);
 }
 
 // --- Other drawings ---

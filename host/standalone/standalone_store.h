@@ -30,7 +30,7 @@ class StandaloneStore final : public ODStore {
                                                std::span<const std::wstring> tables) override;
   [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override;
   void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                    const ValueTest& passes, std::vector<char>& marks) override;
+                    ValueTest& test, std::vector<char>& marks) override;
   bool add_path_alias(std::wstring_view name, std::wstring_view path) override;
   bool remove_path_alias(std::wstring_view name) override;
   [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(

@@ -10,7 +10,7 @@ constexpr std::size_t block_size = std::size_t{64} * 1024;  // characters
 
 }  // namespace
 
-TextPool::Id TextPool::intern(std::wstring_view text) {
+TextPool::Id TextPool::look_up(std::wstring_view text) {
   if (2 * (texts_.size() + 1) > slots_.size()) grow();
   const std::size_t mask = slots_.size() - 1;
   std::size_t slot = std::hash<std::wstring_view>{}(text)&mask;

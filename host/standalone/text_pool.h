@@ -13,15 +13,21 @@ class TextPool {
  public:
   enum class Id : std::uint32_t {};
 
-  Id intern(std::wstring_view text);
+  Id intern(std::wstring_view text) {
+    // Commands write one text into many records.
+    if (!texts_.empty() && at(last_) == text) return last_;
+    return last_ = look_up(text);
+  }
   [[nodiscard]] std::size_t size() const { return texts_.size(); }
   [[nodiscard]] std::wstring_view at(Id id) const { return texts_[static_cast<std::size_t>(id)]; }
 
  private:
+  [[nodiscard]] Id look_up(std::wstring_view text);
   [[nodiscard]] wchar_t* room_for(std::size_t characters);
   void grow();
 
   std::vector<std::wstring_view> texts_;
+  Id last_{};
   std::vector<std::uint32_t> slots_;  // open addressing; 0 is free, else the id plus one
   std::deque<std::vector<wchar_t>> blocks_;
   wchar_t* free_ = nullptr;
