@@ -82,8 +82,9 @@ class DrawingHost {
 
   // Gives the entity another shape, and with it, where need be, another type; its handle, its
   // properties and its extension dictionary stay. False, and nothing changed, when it cannot be
-  // opened for writing or the host has no entity for the shape: points, lines, arcs, ellipses,
-  // polylines, texts and block references it has.
+  // opened for writing, is one that only looks like its shape (a leader, a mesh), or the host has
+  // no entity for the shape: points, lines, arcs, ellipses, polylines, texts and block references
+  // it has.
   virtual bool set_geometry(EntityId entity, const EntityGeometry& geometry) = 0;
 
   // None for an entity that cannot be opened.

@@ -163,21 +163,8 @@ Answer<Point3> TerminalHost::ask_point(std::wstring_view prompt) {
 }
 
 std::optional<EntityId> TerminalHost::ask_entity(std::wstring_view prompt) {
-  while (const std::optional<std::wstring> line = ask_line(prompt)) {
-    const std::wstring_view typed = trimmed(*line);
-    if (typed.empty()) return std::nullopt;
-    const Pick pick = pick_entity(drawing(), typed);
-    if (pick.unknown_handle) {
-      refuse(no_entity_with(*pick.unknown_handle));
-      return std::nullopt;
-    }
-    if (pick.understood) {
-      print(pick.entity ? L"1 found\n" : L"0 found\n");
-      return pick.entity;
-    }
-    refuse(L"Expects a point, LAST or HANDLE with the handle of an entity.");
-  }
-  return std::nullopt;
+  const std::optional<PickedEntity> picked = ask_picked_entity(*this, prompt);
+  return picked ? std::optional(picked->entity) : std::nullopt;
 }
 
 std::optional<EntityList> TerminalHost::ask_selection() {

@@ -105,9 +105,12 @@ class Drawing {
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
   std::optional<EntityId> add_entity(const EntityGeometry& geometry,
                                      const EntityProperties& properties);
+  // Leaders and meshes: they read as polylines, but a polyline in their place would not be what
+  // they are.
+  [[nodiscard]] bool keeps_its_shape(EntityId id) const;
   // Gives the entity another shape; handle, properties and object data stay. False when it does not
-  // exist, its layer is locked, or the file has no type of entity for the shape (see add_entity,
-  // and ellipses but in R12).
+  // exist, its layer is locked, it keeps its shape, or the file has no type of entity for the shape
+  // (see add_entity, and ellipses but in R12).
   bool set_geometry(EntityId id, const EntityGeometry& geometry);
   // Gives the entity these properties; false when it does not exist or its layer is locked.
   bool set_properties(EntityId id, const EntityProperties& properties);

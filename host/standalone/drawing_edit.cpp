@@ -90,9 +90,23 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   return id_of(index);
 }
 
+bool Drawing::keeps_its_shape(EntityId id) const {
+  constexpr std::int64_t mesh_bits = 16 | 64;
+  const std::string_view type = type_of(id);
+  if (type == "LEADER") return true;
+  if (type != "POLYLINE") return false;
+  dxf::GroupReader reader = document_.groups(entity(id)->item);
+  dxf::Group group;
+  (void)reader.next(group);
+  while (reader.next(group) && group.code != 0) {
+    if (group.code == 70) return (group.integer() & mesh_bits) != 0;
+  }
+  return false;
+}
+
 bool Drawing::set_geometry(EntityId id, const EntityGeometry& geometry) {
   const Entity* const known = entity(id);
-  if (known == nullptr || on_locked_layer(id)) return false;
+  if (known == nullptr || on_locked_layer(id) || keeps_its_shape(id)) return false;
   const std::optional<std::string> bytes =
       with_geometry(document_.bytes(known->item), geometry, place_for_new());
   if (!bytes) return false;

@@ -20,6 +20,7 @@ const std::vector<HostCommand>& host_commands() {
       {L"PSELECT", L"", L"makes a selection the pick-first set, for the next command",
        select_first},
       {L"ERASE", L"E", L"erases entities", erase},
+      {L"BREAK", L"BR", L"cuts a piece out of an entity, or cuts it in two", break_entity},
       {L"LIST", L"LI LS", L"shows the properties and the object data of entities", list},
       {L"LAYER", L"LA -LAYER", L"makes layers and changes their state", layer},
       {L"POINT", L"PO", L"draws a point", point},
