@@ -7,6 +7,9 @@
 
 #include "bench/drawing_maker.h"
 #include "frame/od_store.h"
+#include "geometry/polyline_conversion.h"
+#include "host/console/scripted_lines.h"
+#include "host/console/terminal_host.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/dxf/text_codec.h"
 #include "host/standalone/standalone_store.h"
@@ -115,6 +118,33 @@ void attach_to_all(benchmark::State& state) {
   count_entities(state);
 }
 
+// A pass that reads the shape of every entity, beside which the conversion stands.
+void read_shapes(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  const EntityList entities = drawing->entities(Space::Model);
+  for ([[maybe_unused]] auto _ : state) {
+    for (const EntityId id : entities)
+      benchmark::DoNotOptimize(drawing->geometry_of(id));
+  }
+  count_entities(state);
+}
+
+void convert_all_to_3d(benchmark::State& state) {
+  for ([[maybe_unused]] auto _ : state) {
+    state.PauseTiming();
+    ScriptedLines lines({}, nullptr, ScriptedLines::Comments::AreLines);
+    TerminalHost host(drawing_of(state.range(0)), lines, {});
+    const EntityList entities = host.model_space();
+    host.lock();
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(convert_to_polylines(host, entities, PolylineTarget::ThreeD, 0));
+    state.PauseTiming();
+    host.unlock();
+    state.ResumeTiming();
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -144,6 +174,8 @@ BENCHMARK_TEMPLATE(presence_search, Presence::Multiple)->Apply(sizes);
 BENCHMARK_TEMPLATE(presence_search, Presence::Duplicated)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
+BENCHMARK(read_shapes)->Apply(sizes);
+BENCHMARK(convert_all_to_3d)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace
