@@ -48,6 +48,13 @@ bool is_called(const HostCommand& command, std::wstring_view name) {
   });
 }
 
+const HostCommand* find_host_command(std::wstring_view name) {
+  const auto& commands = host_commands();
+  const auto found = std::ranges::find_if(
+      commands, [name](const HostCommand& command) { return is_called(command, name); });
+  return found == commands.end() ? nullptr : &*found;
+}
+
 std::wstring_view command_name(std::wstring_view typed) {
   std::wstring_view name = trimmed(typed);
   name.remove_prefix(std::min(name.find_first_not_of(L"_'."), name.size()));
