@@ -13,6 +13,7 @@ void has_no_od(Session& session);
 void has_multiple_od(Session& session);
 void has_duplicate_od(Session& session);
 
+void break_entity(Session& session);
 void to_2d_polylines(Session& session);
 void to_3d_polylines(Session& session);
 
