@@ -311,7 +311,15 @@ struct SeenInPlan {
 
 }  // namespace
 
+bool can_be_cut(const Shape& shape) {
+  const auto* polyline = std::get_if<PolylineShape>(&shape);
+  return (polyline != nullptr && polyline->vertices.size() > 1) ||
+         std::holds_alternative<LineShape>(shape) || std::holds_alternative<ArcShape>(shape) ||
+         std::holds_alternative<EllipseShape>(shape);
+}
+
 CutCurve cut_curve(const Shape& shape, Point3 first, Point3 second) {
+  if (!can_be_cut(shape)) return {};
   if (const auto* line = std::get_if<LineShape>(&shape)) {
     return cut(LineCurve{*line}, first, second);
   }
@@ -319,9 +327,7 @@ CutCurve cut_curve(const Shape& shape, Point3 first, Point3 second) {
   if (const auto* ellipse = std::get_if<EllipseShape>(&shape)) {
     return cut(EllipseCurve(*ellipse), first, second);
   }
-  const auto* polyline = std::get_if<PolylineShape>(&shape);
-  if (polyline == nullptr || polyline->vertices.size() < 2) return {};
-  return cut(PolylineCurve(*polyline), first, second, true);
+  return cut(PolylineCurve(std::get<PolylineShape>(shape)), first, second, true);
 }
 
 Point3 seen_in_plan(const Shape& shape, Point3 point) {

@@ -9,7 +9,7 @@ namespace korvel {
 
 enum class CurveCut {
   Cut,
-  NoCurve,           // nothing that can be cut: no curve, a spline, fewer than two vertices
+  NoCurve,           // nothing that can be cut: not one of those that can_be_cut
   CircleAtOnePoint,  // a whole circle or ellipse needs two different points
   NothingCut,        // both points are the same end of an open curve
   NothingLeft        // the points are its two ends
@@ -20,9 +20,12 @@ struct CutCurve {
   std::vector<Shape> pieces;  // of a Cut: one or two, in the direction of the curve
 };
 
+// Lines, arcs, circles, ellipses, and polylines of two vertices or more.
+[[nodiscard]] bool can_be_cut(const Shape& shape);
+
 // Removes what lies between the points of the curve that are nearest to `first` and `second`.
 //
-// Lines, arcs, circles, ellipses and polylines can be cut. An open curve keeps what is before the
+// An open curve keeps what is before the
 // one point and behind the other, whichever is given first; a point beyond an end stands for that
 // end. At one point it falls into two. A closed curve becomes an open one: it loses the part that
 // leads from `first` to `second`, counter-clockwise about its normal, or in the direction of the

@@ -229,7 +229,7 @@ class Drawing {
   bool put_records(std::uint32_t entity, const std::vector<ODRecord>& records);
   bool put_tree(std::uint32_t entity, std::wstring_view name, const ObjectTree& tree);
   std::optional<dxf::ItemIndex> extension_dictionary_for(std::uint32_t entity);
-  void link_extension_dictionary(std::uint32_t index);
+  void link_extension_dictionary(std::uint32_t index, std::uint64_t handle);
   void refresh(dxf::ItemIndex item);
   void start_recording();
   void place_block(const BlockReferenceShape& reference, int depth,

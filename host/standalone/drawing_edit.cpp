@@ -57,11 +57,14 @@ void Drawing::refresh(dxf::ItemIndex item) {
     Entity& entity = entities_[slot];
     if (!entity.erased) --entities_on_[entity.layer];
     entity.erased = changed.span.erased;
-    entity.layer = layer_index(document_.codec().decode(document_.facts_of(item).layer));
+    const dxf::ItemFacts facts = document_.facts_of(item);
+    entity.layer = layer_index(document_.codec().decode(facts.layer));
     if (!entity.erased) ++entities_on_[entity.layer];
-    link_extension_dictionary(slot);
+    link_extension_dictionary(slot, facts.extension_dictionary);
   } else if (changed.section == dxf::Section::Objects) {
-    if (slot < entities_.size()) link_extension_dictionary(slot);
+    if (slot >= entities_.size()) return;
+    const dxf::ItemFacts facts = document_.facts_of(entities_[slot].item);
+    link_extension_dictionary(slot, facts.extension_dictionary);
   } else if (slot < layers_.size() && layer_items_[slot] == item) {
     if (!changed.span.erased) read_layer_state(document_, item, layers_[slot]);
   }

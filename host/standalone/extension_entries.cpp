@@ -157,15 +157,13 @@ std::optional<dxf::ItemIndex> Drawing::extension_dictionary_for(std::uint32_t en
   return dictionary;
 }
 
-// The dictionary of the entity as its bytes have it; undoing may have taken away either.
-void Drawing::link_extension_dictionary(std::uint32_t index) {
-  Entity& entity = entities_[index];
-  const std::uint64_t handle = document_.facts_of(entity.item).extension_dictionary;
+// `handle` is the one in the entity's bytes; undoing may have taken the dictionary away.
+void Drawing::link_extension_dictionary(std::uint32_t index, std::uint64_t handle) {
   const std::optional<dxf::ItemIndex> item = document_.by_handle(handle);
   const bool is_its_own = item && document_.item(*item).slot == index &&
                           document_.item(*item).section == dxf::Section::Objects &&
                           !document_.item(*item).span.erased;
-  entity.extension_dictionary = is_its_own ? *item : dxf::no_index;
+  entities_[index].extension_dictionary = is_its_own ? *item : dxf::no_index;
 }
 
 }  // namespace korvel

@@ -72,13 +72,6 @@ std::wstring_view why_not(CurveCut result) {
   return L"Cannot break this entity.";
 }
 
-bool is_curve(const Shape& shape) {
-  const auto* const polyline = std::get_if<PolylineShape>(&shape);
-  return (polyline != nullptr && polyline->vertices.size() > 1) ||
-         std::holds_alternative<LineShape>(shape) || std::holds_alternative<ArcShape>(shape) ||
-         std::holds_alternative<EllipseShape>(shape);
-}
-
 // The first piece is the entity itself, another one a new entity that looks like it.
 bool replace_by(Drawing& drawing, EntityId entity, double thickness,
                 const std::vector<Shape>& pieces) {
@@ -97,7 +90,7 @@ void break_entity(ConsoleHost& host) {
   const EntityId entity = picked->entity;
   const EntityGeometry geometry = drawing.geometry_of(entity);
   // New entities go to model space alone.
-  if (!is_curve(geometry.shape) || drawing.keeps_its_shape(entity) ||
+  if (!can_be_cut(geometry.shape) || drawing.keeps_its_shape(entity) ||
       drawing.space_of(entity) != Space::Model) {
     return host.refuse(why_not(CurveCut::NoCurve));
   }
