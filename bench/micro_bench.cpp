@@ -7,7 +7,9 @@
 
 #include "attach/duplicate_removal.h"
 #include "bench/drawing_maker.h"
+#include "bench/silent_host.h"
 #include "frame/od_store.h"
+#include "geometry/polyline_conversion.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/dxf/text_codec.h"
 #include "host/standalone/standalone_store.h"
@@ -209,6 +211,32 @@ void look_for_duplicates_to_remove(benchmark::State& state) {
   count_entities(state);
 }
 
+// A pass that reads the shape of every entity, beside which the conversion stands.
+void read_shapes(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  const EntityList entities = drawing->entities(Space::Model);
+  for ([[maybe_unused]] auto _ : state) {
+    for (const EntityId id : entities)
+      benchmark::DoNotOptimize(drawing->geometry_of(id));
+  }
+  count_entities(state);
+}
+
+void convert_all_to_3d(benchmark::State& state) {
+  for ([[maybe_unused]] auto _ : state) {
+    state.PauseTiming();
+    bench::SilentHost host(drawing_of(state.range(0)));
+    const EntityList entities = host.model_space();
+    host.lock();
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(convert_to_polylines(host, entities, PolylineTarget::ThreeD, 0));
+    state.PauseTiming();
+    host.unlock();
+    state.ResumeTiming();
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -249,6 +277,8 @@ BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(look_for_duplicates_to_remove)->Apply(sizes);
+BENCHMARK(read_shapes)->Apply(sizes);
+BENCHMARK(convert_all_to_3d)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

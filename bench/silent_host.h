@@ -36,6 +36,7 @@ class SilentHost final : public StandaloneHost {
       const FileQuestion& /*question*/) override {
     return {};
   }
+  bool run_command(std::wstring_view /*name*/, EntityId /*entity*/) override { return false; }
   void start_progress(std::wstring_view /*label*/, std::int64_t /*range*/) override {}
   void move_progress(std::int64_t /*position*/) override {}
   void end_progress() override {}

@@ -12,9 +12,11 @@
 #include <string_view>
 #include <vector>
 
+#include "frame/editor_reactor.h"
 #include "frame/entity_geometry.h"
 #include "frame/entity_id.h"
 #include "frame/entity_properties.h"
+#include "frame/object_copy.h"
 #include "frame/od_store.h"
 
 namespace korvel {
@@ -82,8 +84,9 @@ class DrawingHost {
 
   // Gives the entity another shape, and with it, where need be, another type; its handle, its
   // properties and its extension dictionary stay. False, and nothing changed, when it cannot be
-  // opened for writing or the host has no entity for the shape: points, lines, arcs, ellipses,
-  // polylines, texts and block references it has.
+  // opened for writing, is one that only looks like its shape (a leader, a mesh), or the host has
+  // no entity for the shape: points, lines, arcs, ellipses, polylines, texts and block references
+  // it has.
   virtual bool set_geometry(EntityId entity, const EntityGeometry& geometry) = 0;
 
   // None for an entity that cannot be opened.
@@ -96,6 +99,19 @@ class DrawingHost {
   // Every layer of the drawing, in the layer table's order, also those that entities name but the
   // table lacks (they are thawed, on and unlocked).
   [[nodiscard]] virtual std::vector<Layer> layers() const = 0;
+
+  // --- Extension dictionaries ---
+
+  // Copies of the entries of the entity's extension dictionary, in its order; the object data are
+  // among them in a host that keeps them there. Empty when there is no dictionary or the entity
+  // cannot be opened. What the host cannot read is left out.
+  [[nodiscard]] virtual std::vector<ExtensionEntry> extension_entries(EntityId entity) const = 0;
+
+  // Puts a fresh copy of the object into the entity's extension dictionary, which is made if there
+  // is none. An entry of the same name, letter case aside, is replaced. False, and nothing changed,
+  // when the entity cannot be opened for writing or takes no such entry. The entry must come from
+  // an entity of the same drawing.
+  virtual bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) = 0;
 
   // --- Selection ---
 
@@ -157,6 +173,18 @@ class DrawingHost {
   // Whether the user pressed Esc since the last prompt was answered; a command that works long asks
   // now and then, and ends as if it had been cancelled. A host that cannot tell answers false.
   [[nodiscard]] virtual bool interrupted() { return false; }
+
+  // --- Commands of the host ---
+
+  // Runs one to its end, with the entity as the answer to its first question; the user is asked the
+  // others. The pick-first set is let go. Names ignore case and a leading "_" or ".". False: there
+  // is no such command, or it failed.
+  virtual bool run_command(std::wstring_view name, EntityId entity) = 0;
+
+  // From now on the reactor is told when a command of the host ends, in the order of adding, until
+  // it is removed. It must outlive that; a second adding or removing changes nothing.
+  virtual void add_reactor(EditorReactor& reactor) = 0;
+  virtual void remove_reactor(EditorReactor& reactor) = 0;
 
   // --- Document ---
 

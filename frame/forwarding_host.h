@@ -165,6 +165,13 @@ class ForwardingHost : public DrawingHost {
   }
   [[nodiscard]] std::vector<Layer> layers() const override { return target_.layers(); }
 
+  [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
+    return target_.extension_entries(entity);
+  }
+  bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override {
+    return target_.store_extension_entry(entity, entry);
+  }
+
   [[nodiscard]] EntityList pick_first() const override { return target_.pick_first(); }
   void set_pick_first(const EntityList& entities) override { target_.set_pick_first(entities); }
   [[nodiscard]] std::optional<EntityList> ask_selection() override {
@@ -208,6 +215,12 @@ class ForwardingHost : public DrawingHost {
   void move_progress(std::int64_t position) override { target_.move_progress(position); }
   void end_progress() override { target_.end_progress(); }
   [[nodiscard]] bool interrupted() override { return target_.interrupted(); }
+
+  bool run_command(std::wstring_view name, EntityId entity) override {
+    return target_.run_command(name, entity);
+  }
+  void add_reactor(EditorReactor& reactor) override { target_.add_reactor(reactor); }
+  void remove_reactor(EditorReactor& reactor) override { target_.remove_reactor(reactor); }
 
   void lock() override { target_.lock(); }
   void unlock() override { target_.unlock(); }

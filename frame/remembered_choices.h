@@ -1,5 +1,9 @@
-// What dialogs remember from one run of a command to the next.
+// What commands remember from one run to the next.
 #pragma once
+
+#include <vector>
+
+#include "frame/object_copy.h"
 
 namespace korvel {
 
@@ -7,6 +11,9 @@ namespace korvel {
 struct RememberedChoices {
   bool simultaneous = false;  // both table searches
   bool extended = false;      // the value search
+  // KORVEL_BREAK: what the entity in work carried, for its new pieces; a break that was cancelled
+  // leaves it until the next.
+  std::vector<ExtensionEntry> entries_of_broken;
 };
 
 }  // namespace korvel

@@ -92,6 +92,7 @@ class TraceLine {
     append(definition.name);
     append(definition.columns);
   }
+  void append(const ExtensionEntry& entry) { append(entry.name); }
   void append(const Layer& layer) { append(layer.name); }
   void append(const EntityProperties& properties) { append(properties.layer); }
   void append(const EntityGeometry&) { append_word(L"shape"); }
@@ -352,6 +353,13 @@ class TracingHost final : public ForwardingHost {
   [[nodiscard]] std::vector<Layer> layers() const override {
     return TraceLine(L"layers").returns(sink_, Base::layers());
   }
+  [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
+    return TraceLine(L"extension_entries", entity).returns(sink_, Base::extension_entries(entity));
+  }
+  bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override {
+    return TraceLine(L"store_extension_entry", entity, entry)
+        .returns(sink_, Base::store_extension_entry(entity, entry));
+  }
   [[nodiscard]] EntityList pick_first() const override {
     return TraceLine(L"pick_first").returns(sink_, Base::pick_first());
   }
@@ -411,6 +419,17 @@ class TracingHost final : public ForwardingHost {
   void end_progress() override {
     TraceLine(L"end_progress").ends(sink_);
     Base::end_progress();
+  }
+  bool run_command(std::wstring_view name, EntityId entity) override {
+    return TraceLine(L"run_command", name, entity).returns(sink_, Base::run_command(name, entity));
+  }
+  void add_reactor(EditorReactor& reactor) override {
+    TraceLine(L"add_reactor").ends(sink_);
+    Base::add_reactor(reactor);
+  }
+  void remove_reactor(EditorReactor& reactor) override {
+    TraceLine(L"remove_reactor").ends(sink_);
+    Base::remove_reactor(reactor);
   }
   void lock() override {
     TraceLine(L"lock").ends(sink_);

@@ -1,22 +1,10 @@
 #include "host/console/command_loop.h"
 
-#include <algorithm>
-#include <exception>
-#include <new>
-
 #include "frame/case_mapping.h"
-#include "frame/utf.h"
 #include "host/standalone/standalone_store.h"
 
 namespace korvel {
 namespace {
-
-const HostCommand* find_host_command(std::wstring_view name) {
-  const auto& commands = host_commands();
-  const auto found = std::ranges::find_if(
-      commands, [name](const HostCommand& command) { return is_called(command, name); });
-  return found == commands.end() ? nullptr : &*found;
-}
 
 std::vector<std::wstring> all_names(const ConsoleCommandStack& plugin) {
   std::vector<std::wstring> names;
@@ -47,7 +35,8 @@ void CommandLoop::run_line(std::wstring_view line) {
   if (const auto plugin_command = plugin_.find(name)) {
     run_plugin_command(*plugin_command);
   } else if (const HostCommand* const command = find_host_command(name)) {
-    run_guarded(command->name, [&] { command->run(host_); });
+    host_.drawing().journal().name_steps(std::wstring(command->name));
+    host_.run_host_command(*command);
   } else {
     host_.refuse(L"Unknown command \"" + name + L"\". Press F1 for help.");
   }
@@ -60,7 +49,8 @@ void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) 
   }
   // As in the CAD host: a command that does not ask for the pick-first set finds none.
   if ((command.flags & command_flag::uses_pick_set) == 0) host_.set_pick_first({});
-  run_guarded(command.name, [&] {
+  host_.drawing().journal().name_steps(std::wstring(command.name));
+  host_.run_guarded(command.name, [&] {
     StandaloneStore store(host_.drawing());
     if (trace_) {
       run_traced(command.handler, store);
@@ -76,19 +66,6 @@ void CommandLoop::run_traced(CommandHandler handler, ODStore& store) {
   const std::unique_ptr<DrawingHost> traced_host = tracing_host(host_, trace_);
   Session session{*traced_store, *traced_host, choices_};
   run_handler(handler, session);
-}
-
-void CommandLoop::run_guarded(std::wstring_view name, const auto& action) {
-  host_.drawing().journal().name_steps(std::wstring(name));
-  try {
-    action();
-  } catch (const std::bad_alloc&) {
-    host_.refuse(std::wstring(name) + L" was not finished: there is not enough memory.");
-  } catch (const std::exception& error) {
-    host_.refuse(std::wstring(name) + L" was not finished: " + from_utf8(error.what()) + L".");
-  }
-  host_.end_progress();
-  host_.release_locks();
 }
 
 }  // namespace korvel

@@ -26,8 +26,6 @@ class CommandLoop {
   void run_line(std::wstring_view line);
   void run_plugin_command(const ConsoleCommandStack::Entry& command);
   void run_traced(CommandHandler handler, ODStore& store);
-  // Runs what a command does: whatever it throws ends it alone.
-  void run_guarded(std::wstring_view name, const auto& action);
 
   TerminalHost& host_;
   LineSource& lines_;

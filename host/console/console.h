@@ -80,6 +80,9 @@ struct HostCommand {
 // By its name or an alias, without case.
 [[nodiscard]] bool is_called(const HostCommand& command, std::wstring_view name);
 
+// Null when no command is called so.
+[[nodiscard]] const HostCommand* find_host_command(std::wstring_view name);
+
 // The command's name in what was typed: without blanks around it, and without what people put in
 // front who want it untranslated, undisturbed or not redefined; here it is all the same.
 [[nodiscard]] std::wstring_view command_name(std::wstring_view typed);

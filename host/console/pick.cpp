@@ -74,4 +74,23 @@ Pick pick_entity(const Drawing& drawing, std::wstring_view typed) {
   return {};
 }
 
+std::optional<PickedEntity> ask_picked_entity(ConsoleHost& host, std::wstring_view prompt) {
+  while (const std::optional<std::wstring> line = host.ask_line(prompt)) {
+    const std::wstring_view typed = trimmed(*line);
+    if (typed.empty()) return std::nullopt;
+    const Pick pick = pick_entity(host.drawing(), typed);
+    if (pick.unknown_handle) {
+      host.refuse(no_entity_with(*pick.unknown_handle));
+      return std::nullopt;
+    }
+    if (pick.understood) {
+      host.print(pick.entity ? L"1 found\n" : L"0 found\n");
+      if (!pick.entity) return std::nullopt;
+      return PickedEntity{*pick.entity, point_of(typed)};
+    }
+    host.refuse(L"Expects a point, LAST or HANDLE with the handle of an entity.");
+  }
+  return std::nullopt;
+}
+
 }  // namespace korvel

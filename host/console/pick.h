@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/standalone/drawing.h"
+#include "host/console/console.h"
 
 namespace korvel {
 
@@ -30,5 +30,13 @@ struct Pick {
 };
 // LAST, HANDLE with a handle, or a point.
 [[nodiscard]] Pick pick_entity(const Drawing& drawing, std::wstring_view typed);
+
+struct PickedEntity {
+  EntityId entity;
+  std::optional<Point3> at;  // where it was picked; none: it was named
+};
+// Asks until the answer is one of those; none for Esc, Enter, or a pick that hit nothing.
+[[nodiscard]] std::optional<PickedEntity> ask_picked_entity(ConsoleHost& host,
+                                                            std::wstring_view prompt);
 
 }  // namespace korvel

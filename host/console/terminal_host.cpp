@@ -1,6 +1,9 @@
 #include "host/console/terminal_host.h"
 
 #include <algorithm>
+#include <exception>
+#include <new>
+#include <utility>
 
 #include "frame/case_mapping.h"
 #include "frame/dialog.h"
@@ -97,12 +100,17 @@ std::optional<std::wstring> TerminalHost::answer(std::wstring_view prompt,
                                                  std::wstring_view place) {
   const bool asked = ending_ == Ending::None;
   if (asked) start_line();
+  if (std::optional<std::wstring> given = std::exchange(given_answer_, std::nullopt)) {
+    print(std::wstring(prompt) + *given + L'\n');
+    return given;
+  }
   std::optional<std::wstring> line = read_line(prompt);
   if (asked && ending_ == Ending::InputEnded) {
     ending_ = Ending::InputEndedInPrompt;
     complain("the input ended " + to_utf8(place));
   }
   if (line && trimmed(*line) == L"ESC") line.reset();
+  if (!line) escaped_ = true;
   return line;
 }
 
@@ -163,21 +171,8 @@ Answer<Point3> TerminalHost::ask_point(std::wstring_view prompt) {
 }
 
 std::optional<EntityId> TerminalHost::ask_entity(std::wstring_view prompt) {
-  while (const std::optional<std::wstring> line = ask_line(prompt)) {
-    const std::wstring_view typed = trimmed(*line);
-    if (typed.empty()) return std::nullopt;
-    const Pick pick = pick_entity(drawing(), typed);
-    if (pick.unknown_handle) {
-      refuse(no_entity_with(*pick.unknown_handle));
-      return std::nullopt;
-    }
-    if (pick.understood) {
-      print(pick.entity ? L"1 found\n" : L"0 found\n");
-      return pick.entity;
-    }
-    refuse(L"Expects a point, LAST or HANDLE with the handle of an entity.");
-  }
-  return std::nullopt;
+  const std::optional<PickedEntity> picked = ask_picked_entity(*this, prompt);
+  return picked ? std::optional(picked->entity) : std::nullopt;
 }
 
 std::optional<EntityList> TerminalHost::ask_selection() {
@@ -290,9 +285,43 @@ void TerminalHost::unlock() {
   StandaloneHost::unlock();
 }
 
-void TerminalHost::release_locks() {
-  while (locks_ > 0)
+// --- Commands ---------------------------------------------------------------------------------
+
+bool TerminalHost::run_guarded(std::wstring_view name, const std::function<void()>& action) {
+  const int locks_before = locks_;
+  bool finished = false;
+  try {
+    action();
+    finished = true;
+  } catch (const std::bad_alloc&) {
+    refuse(std::wstring(name) + L" was not finished: there is not enough memory.");
+  } catch (const std::exception& error) {
+    refuse(std::wstring(name) + L" was not finished: " + from_utf8(error.what()) + L".");
+  }
+  end_progress();
+  while (locks_ > locks_before)
     unlock();
+  return finished;
+}
+
+bool TerminalHost::run_host_command(const HostCommand& command) {
+  const bool escaped_before = std::exchange(escaped_, false);
+  const bool finished = run_guarded(command.name, [&] { command.run(*this); });
+  const bool cancelled = std::exchange(escaped_, escaped_before) || interrupt_seen_;
+  const CommandEnd end = cancelled ? CommandEnd::Cancelled : CommandEnd::Ended;
+  tell_reactors(command.name, finished ? end : CommandEnd::Failed);
+  return finished;
+}
+
+bool TerminalHost::run_command(std::wstring_view name, EntityId entity) {
+  const HostCommand* const command = find_host_command(command_name(name));
+  const std::wstring handle = handle_of(entity);
+  if (command == nullptr || handle.empty()) return false;
+  set_pick_first({});
+  given_answer_ = L"HANDLE " + handle;
+  const bool finished = run_host_command(*command);
+  given_answer_.reset();
+  return finished;
 }
 
 }  // namespace korvel

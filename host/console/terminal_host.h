@@ -1,6 +1,7 @@
 // The stand-alone host at a command line: every question becomes a prompt, every answer is a line.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "host/console/console.h"
@@ -34,8 +35,12 @@ class TerminalHost final : public ConsoleHost {
   // The line typed at the command prompt; none: the console ends.
   [[nodiscard]] std::optional<std::wstring> next_command();
 
-  // Unlocks what a command left locked.
-  void release_locks();
+  // Runs what a command does: whatever it throws is told and ends it alone, and what it left locked
+  // is unlocked. False: it threw.
+  bool run_guarded(std::wstring_view name, const std::function<void()>& action);
+
+  // The same for a command of the host; the reactors are told how it ended.
+  bool run_host_command(const HostCommand& command);
 
   [[nodiscard]] std::optional<std::wstring> ask_line(std::wstring_view prompt) override;
   void refuse(std::wstring_view sentence) override;
@@ -61,6 +66,8 @@ class TerminalHost final : public ConsoleHost {
   void move_progress(std::int64_t position) override;
   void end_progress() override;
   [[nodiscard]] bool interrupted() override;
+  // The entity is named by its handle; one without is refused.
+  bool run_command(std::wstring_view name, EntityId entity) override;
   void lock() override;
   void unlock() override;
 
@@ -81,6 +88,8 @@ class TerminalHost final : public ConsoleHost {
   bool interrupt_seen_ = false;      // by the running command, which ends for it
   FileFault worst_file_fault_ = FileFault::None;
   int locks_ = 0;
+  bool escaped_ = false;                      // a question of the running command
+  std::optional<std::wstring> given_answer_;  // to the next question, instead of a line
 };
 
 }  // namespace korvel

@@ -156,6 +156,7 @@ std::optional<double> real_of(std::wstring_view text) {
 
 std::optional<Point3> point_of(std::wstring_view text, std::optional<Point3> last) {
   if (!text.starts_with(L'@')) return coordinates_of(text);
+  if (text == L"@") return last;
   const std::optional<Point3> offset = coordinates_of(text.substr(1));
   if (!offset || !last) return std::nullopt;
   const Point3 point{last->x + offset->x, last->y + offset->y, last->z + offset->z};

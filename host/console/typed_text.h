@@ -53,7 +53,7 @@ struct NameMatch {
 [[nodiscard]] std::optional<double> real_of(std::wstring_view text);  // finite
 
 // A point "x,y" or "x,y,z" (z is 0 without) of finite numbers without blanks, also "@dx,dy" or
-// "@dx,dy,dz" from `last` if there is one.
+// "@dx,dy,dz" from `last` if there is one; "@" is `last` itself.
 [[nodiscard]] std::optional<Point3> point_of(std::wstring_view text,
                                              std::optional<Point3> last = std::nullopt);
 

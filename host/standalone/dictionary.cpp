@@ -117,6 +117,31 @@ std::string without_entries(const dxf::Document& document, std::string_view dict
   return kept;
 }
 
+std::string with_extension_dictionary(const dxf::Document& document, std::string_view entity,
+                                      std::uint64_t handle) {
+  constexpr int handle_code = 5;
+  dxf::GroupReader reader(entity, document.manner().framing);
+  dxf::Group group;
+  std::size_t place = 0;
+  std::size_t end = 0;
+  (void)reader.next(group);
+  while (reader.next(group) && group.code != 100 && group.code != 0) {
+    if (group.code == handle_code && place == 0) place = end = group.end;
+    if (group.code != 102 || group.value != "{ACAD_XDICTIONARY") continue;
+    place = group.begin;  // a reference to no dictionary makes way
+    while (reader.next(group) && group.code != 102) {
+    }
+    end = group.end;
+    break;
+  }
+  std::string reference;
+  dxf::GroupWriter writer(document.manner(), document.codec(), reference);
+  writer.raw(102, "{ACAD_XDICTIONARY");
+  writer.handle(360, handle);
+  writer.raw(102, "}");
+  return std::string(entity).replace(place, end - place, reference);
+}
+
 void begin_dictionary(dxf::GroupWriter& writer, const dxf::Document& document, std::uint64_t handle,
                       std::uint64_t owner, std::uint64_t reactor) {
   writer.raw(0, "DICTIONARY");

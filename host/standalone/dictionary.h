@@ -40,6 +40,10 @@ struct DictionaryEntry {
                                           std::string_view dictionary,
                                           const std::vector<std::uint64_t>& handles);
 
+// The bytes of an entity with a reference to its extension dictionary, in place of the one it has.
+[[nodiscard]] std::string with_extension_dictionary(const dxf::Document& document,
+                                                    std::string_view entity, std::uint64_t handle);
+
 // Groups of a new dictionary that owns its entries, up to its first entry, in the manner of the
 // drawing's version. `reactor` is the dictionary it is an entry of; 0: it is an extension
 // dictionary.

@@ -17,6 +17,7 @@
 #include "frame/entity_geometry.h"
 #include "frame/entity_id.h"
 #include "frame/entity_properties.h"
+#include "frame/object_copy.h"
 #include "host/standalone/dxf/document.h"
 #include "host/standalone/extents_cache.h"
 #include "host/standalone/journal.h"
@@ -36,6 +37,7 @@ struct OdDefinitionItems {
 
 // Properties that every entity has; an absent group means the default given here.
 struct NewEntityPlace;
+struct ObjectTree;
 
 struct AttributeText {
   std::wstring tag;
@@ -106,14 +108,28 @@ class Drawing {
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
   std::optional<EntityId> add_entity(const EntityGeometry& geometry,
                                      const EntityProperties& properties);
+  // Leaders and meshes: they read as polylines, but a polyline in their place would not be what
+  // they are.
+  [[nodiscard]] bool keeps_its_shape(EntityId id) const;
   // Gives the entity another shape; handle, properties and object data stay. False when it does not
-  // exist, its layer is locked, or the file has no type of entity for the shape (see add_entity,
-  // and ellipses but in R12).
+  // exist, its layer is locked, it keeps its shape, or the file has no type of entity for the shape
+  // (see add_entity, and ellipses but in R12).
   bool set_geometry(EntityId id, const EntityGeometry& geometry);
   // Gives the entity these properties; false when it does not exist or its layer is locked.
   bool set_properties(EntityId id, const EntityProperties& properties);
   // Erases the entity with what it owns; false when it does not exist or its layer is locked.
   bool erase(EntityId id);
+
+  // --- Extension dictionaries ---
+
+  // Copies of the entries, in order; the object data, which are not in the document until it is
+  // saved, in the place of their entry or else as the last. Object data that could not be read are
+  // left out.
+  [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId id) const;
+  // Puts a fresh copy in, in place of an entry of the same name (without case). False when the
+  // entity does not exist, its layer is locked, it takes no records, or the name and the object do
+  // not suit each other: object data go under their own key alone, and nothing else does.
+  bool store_extension_entry(EntityId id, const ExtensionEntry& entry);
 
   // --- Layers ---
 
@@ -213,7 +229,18 @@ class Drawing {
   [[nodiscard]] bool has_record(std::size_t layer) const;
   void replace_item(dxf::ItemIndex item, std::string_view bytes);
   void erase_item(dxf::ItemIndex item);
+  dxf::ItemIndex add_item(dxf::ItemIndex terminator, std::string_view bytes, std::uint64_t handle);
+  [[nodiscard]] std::vector<dxf::ItemIndex> objects_owned_by(
+      std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) const;
   void erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited);
+  [[nodiscard]] bool is_object_data_key(std::wstring_view name) const;
+  [[nodiscard]] std::shared_ptr<const ObjectCopy> copied_records(std::uint32_t entity) const;
+  [[nodiscard]] std::shared_ptr<const ObjectCopy> copied_tree(std::uint64_t handle,
+                                                              dxf::ItemIndex dictionary) const;
+  bool put_records(std::uint32_t entity, const std::vector<ODRecord>& records);
+  bool put_tree(std::uint32_t entity, std::wstring_view name, const ObjectTree& tree);
+  std::optional<dxf::ItemIndex> extension_dictionary_for(std::uint32_t entity);
+  void link_extension_dictionary(std::uint32_t index, std::uint64_t handle);
   void refresh(dxf::ItemIndex item);
   void forget_extents(std::uint32_t entity);
   void start_recording();

@@ -9,6 +9,7 @@
 #include "host/standalone/dxf/number_text.h"
 #include "host/standalone/entity_writer.h"
 #include "host/standalone/layer_record.h"
+#include "host/standalone/object_tree.h"
 
 namespace korvel {
 namespace {
@@ -18,9 +19,6 @@ constexpr std::string_view first_version_with_light_polylines = "AC1014";
 
 // Characters that no CAD program accepts in the name of a layer.
 constexpr std::wstring_view forbidden_in_names = L"<>/\\\":;?*|,=`";
-
-// Groups by which an object owns another: it goes with its owner.
-bool owns(int code) { return code == 350 || code == 360; }
 
 }  // namespace
 
@@ -39,6 +37,15 @@ void Drawing::erase_item(dxf::ItemIndex item) {
   refresh(item);
 }
 
+dxf::ItemIndex Drawing::add_item(dxf::ItemIndex terminator, std::string_view bytes,
+                                 std::uint64_t handle) {
+  const dxf::ItemIndex item = document_.add_before(terminator, bytes, handle);
+  dxf::Span absent = document_.item(item).span;
+  absent.erased = true;
+  journal_.add(ItemChange{item, absent});
+  return item;
+}
+
 // What the drawing knows of an item follows the item's bytes.
 void Drawing::refresh(dxf::ItemIndex item) {
   document_.refresh_type(item);
@@ -52,8 +59,14 @@ void Drawing::refresh(dxf::ItemIndex item) {
     erased_entities_ -= entity.erased ? 1 : 0;
     entity.erased = changed.span.erased;
     erased_entities_ += entity.erased ? 1 : 0;
-    entity.layer = layer_index(document_.codec().decode(document_.facts_of(item).layer));
+    const dxf::ItemFacts facts = document_.facts_of(item);
+    entity.layer = layer_index(document_.codec().decode(facts.layer));
     if (!entity.erased) ++entities_on_[entity.layer];
+    link_extension_dictionary(slot, facts.extension_dictionary);
+  } else if (changed.section == dxf::Section::Objects) {
+    if (slot >= entities_.size()) return;
+    const dxf::ItemFacts facts = document_.facts_of(entities_[slot].item);
+    link_extension_dictionary(slot, facts.extension_dictionary);
   } else if (slot < layers_.size() && layer_items_[slot] == item) {
     if (!changed.span.erased) read_layer_state(document_, item, layers_[slot]);
   }
@@ -77,7 +90,7 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   const std::optional<NewEntity> written = write_entity(geometry, properties, place_for_new());
   if (!written) return std::nullopt;
 
-  const dxf::ItemIndex item = document_.add_before(*end, written->bytes, written->handle);
+  const dxf::ItemIndex item = add_item(*end, written->bytes, written->handle);
   const auto index = static_cast<std::uint32_t>(entities_.size());
   document_.item(item).slot = index;
   Entity added;
@@ -87,15 +100,26 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   ++entities_on_[added.layer];
   entities_.push_back(added);
   od_.set_entity_count(entities_.size());
-  dxf::Span absent = document_.item(item).span;
-  absent.erased = true;
-  journal_.add(ItemChange{item, absent});
   return id_of(index);
+}
+
+bool Drawing::keeps_its_shape(EntityId id) const {
+  constexpr std::int64_t mesh_bits = 16 | 64;
+  const std::string_view type = type_of(id);
+  if (type == "LEADER") return true;
+  if (type != "POLYLINE") return false;
+  dxf::GroupReader reader = document_.groups(entity(id)->item);
+  dxf::Group group;
+  (void)reader.next(group);
+  while (reader.next(group) && group.code != 0) {
+    if (group.code == 70) return (group.integer() & mesh_bits) != 0;
+  }
+  return false;
 }
 
 bool Drawing::set_geometry(EntityId id, const EntityGeometry& geometry) {
   const Entity* const known = entity(id);
-  if (known == nullptr || on_locked_layer(id)) return false;
+  if (known == nullptr || on_locked_layer(id) || keeps_its_shape(id)) return false;
   const std::optional<std::string> bytes =
       with_geometry(document_.bytes(known->item), geometry, place_for_new());
   if (!bytes) return false;
@@ -129,30 +153,18 @@ bool Drawing::erase(EntityId id) {
   return true;
 }
 
-// Extension dictionaries and what they own, and what those own; loops end at what was visited, and
-// what says that it has another owner stays.
-void Drawing::erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) {
-  struct Owned {
-    std::uint64_t handle;
-    std::uint64_t owner;
+// The drawing's own dictionaries are nobody's.
+std::vector<dxf::ItemIndex> Drawing::objects_owned_by(
+    std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) const {
+  const auto is_kept = [this](dxf::ItemIndex item) {
+    return item == definition_items_.root || item == definition_items_.dictionary;
   };
-  std::vector<Owned> pending{{handle, 0}};
-  while (!pending.empty()) {
-    const auto [next, owner] = pending.back();
-    pending.pop_back();
-    const std::optional<dxf::ItemIndex> item = document_.by_handle(next);
-    if (!item || document_.item(*item).section != dxf::Section::Objects) continue;
-    if (*item == definition_items_.root || *item == definition_items_.dictionary) continue;
-    const std::uint64_t said_owner = document_.facts_of(*item).owner;
-    if (owner != 0 && said_owner != 0 && said_owner != owner) continue;
-    if (!visited.insert(next).second) continue;
-    dxf::GroupReader reader = document_.groups(*item);
-    dxf::Group group;
-    while (reader.next(group)) {
-      if (owns(group.code)) pending.push_back({group.handle(), next});
-    }
-    erase_item(*item);
-  }
+  return owned_objects(document_, handle, is_kept, visited);
+}
+
+void Drawing::erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) {
+  for (const dxf::ItemIndex item : objects_owned_by(handle, visited))
+    erase_item(item);
 }
 
 std::optional<EntityId> Drawing::add_layer(std::wstring_view name) {
@@ -172,12 +184,9 @@ std::optional<EntityId> Drawing::add_layer(std::wstring_view name) {
   const std::uint64_t handle =
       document_.item(*model).handle != 0 ? document_.new_handle() : std::uint64_t{0};
   const dxf::ItemIndex item =
-      document_.add_before(*end, new_layer_record(document_, *model, name, handle), handle);
+      add_item(*end, new_layer_record(document_, *model, name, handle), handle);
   layer_items_[index] = item;
   document_.item(item).slot = index;
-  dxf::Span absent = document_.item(item).span;
-  absent.erased = true;
-  journal_.add(ItemChange{item, absent});
   return layers_[index].id;
 }
 

@@ -184,29 +184,7 @@ void OdWriting::substitute_entity(std::uint32_t entity, std::string& out) const 
   out = document_.bytes(known.item);
   const bool new_dictionary =
       known.extension_dictionary == dxf::no_index && drawing_.od_.records_of(entity).count > 0;
-  if (!new_dictionary) return;
-
-  constexpr int handle_code = 5;
-  dxf::GroupReader reader = document_.groups(known.item);
-  dxf::Group group;
-  std::size_t place = 0;
-  std::size_t end = 0;
-  (void)reader.next(group);
-  while (reader.next(group) && group.code != 100 && group.code != 0) {
-    if (group.code == handle_code && place == 0) place = end = group.end;
-    if (group.code != 102 || group.value != "{ACAD_XDICTIONARY") continue;
-    place = group.begin;  // a reference to no dictionary makes way
-    while (reader.next(group) && group.code != 102) {
-    }
-    end = group.end;
-    break;
-  }
-  std::string reference;
-  dxf::GroupWriter writer(document_.manner(), document_.codec(), reference);
-  writer.raw(102, "{ACAD_XDICTIONARY");
-  writer.handle(360, dictionary_of(entity));
-  writer.raw(102, "}");
-  out.replace(place, end - place, reference);
+  if (new_dictionary) out = with_extension_dictionary(document_, out, dictionary_of(entity));
 }
 
 void OdWriting::substitute_dictionary(std::uint32_t entity, std::string& out) const {

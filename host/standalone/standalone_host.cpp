@@ -1,5 +1,6 @@
 #include "host/standalone/standalone_host.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "frame/utf.h"
@@ -67,11 +68,42 @@ bool StandaloneHost::set_properties(EntityId entity, const EntityProperties& pro
 
 std::vector<Layer> StandaloneHost::layers() const { return drawing_->layers(); }
 
+std::vector<ExtensionEntry> StandaloneHost::extension_entries(EntityId entity) const {
+  return drawing_->extension_entries(entity);
+}
+
+bool StandaloneHost::store_extension_entry(EntityId entity, const ExtensionEntry& entry) {
+  return drawing_->store_extension_entry(entity, entry);
+}
+
 EntityList StandaloneHost::pick_first() const { return existing(*drawing_, pick_first_); }
 
 void StandaloneHost::set_pick_first(const EntityList& entities) {
   pick_first_ = existing(*drawing_, entities);
   if (!pick_first_.empty()) previous_ = pick_first_;
+}
+
+void StandaloneHost::add_reactor(EditorReactor& reactor) {
+  if (std::ranges::find(reactors_, &reactor) == reactors_.end()) reactors_.push_back(&reactor);
+}
+
+void StandaloneHost::remove_reactor(EditorReactor& reactor) { std::erase(reactors_, &reactor); }
+
+void StandaloneHost::tell_reactors(std::wstring_view command, CommandEnd end) {
+  for (EditorReactor* const reactor : std::vector(reactors_)) {
+    if (std::ranges::find(reactors_, reactor) == reactors_.end()) continue;  // removed by another
+    switch (end) {
+      case CommandEnd::Ended:
+        reactor->command_ended(command);
+        break;
+      case CommandEnd::Cancelled:
+        reactor->command_cancelled(command);
+        break;
+      case CommandEnd::Failed:
+        reactor->command_failed(command);
+        break;
+    }
+  }
 }
 
 void StandaloneHost::lock() { drawing_->journal().open(); }

@@ -33,17 +33,27 @@ class StandaloneHost : public DrawingHost {
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override;
   bool set_properties(EntityId entity, const EntityProperties& properties) override;
   [[nodiscard]] std::vector<Layer> layers() const override;
+  [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override;
+  bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override;
   [[nodiscard]] EntityList pick_first() const override;
   void set_pick_first(const EntityList& entities) override;
+  void add_reactor(EditorReactor& reactor) override;
+  void remove_reactor(EditorReactor& reactor) override;
   void lock() override;
   void unlock() override;
   [[nodiscard]] std::optional<int> variable(std::wstring_view name) const override;
   bool set_variable(std::wstring_view name, int value) override;
 
+ protected:
+  // How a command of the front end ended, for tell_reactors.
+  enum class CommandEnd { Ended, Cancelled, Failed };
+  void tell_reactors(std::wstring_view command, CommandEnd end);
+
  private:
   std::unique_ptr<Drawing> drawing_;
   EntityList pick_first_;
   EntityList previous_;
+  std::vector<EditorReactor*> reactors_;
 };
 
 }  // namespace korvel

@@ -86,6 +86,8 @@ TEST(TypedText, Points) {
 TEST(TypedText, PointsFromTheLastOne) {
   EXPECT_EQ(point_of(L"@1,-2", Point3{10, 20, 30}), (Point3{11, 18, 30}));
   EXPECT_EQ(point_of(L"@1,2,3", Point3{10, 20, 30}), (Point3{11, 22, 33}));
+  EXPECT_EQ(point_of(L"@", Point3{10, 20, 30}), (Point3{10, 20, 30}));
+  EXPECT_EQ(point_of(L"@"), std::nullopt);
   EXPECT_EQ(point_of(L"@1,2"), std::nullopt) << "there is no last one";
   EXPECT_EQ(point_of(L"@1e308,0", Point3{1e308, 0, 0}), std::nullopt) << "beyond the numbers";
 }

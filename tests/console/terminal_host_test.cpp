@@ -44,6 +44,52 @@ struct Conversation {
   bool ended = false;
 };
 
+// Notes how commands ended; goes after so many.
+class Listener final : public EditorReactor {
+ public:
+  Listener(TerminalHost& host, int ends) : host_(host), ends_(ends) { host.add_reactor(*this); }
+  void command_ended(std::wstring_view name) override { note(L"ended ", name); }
+  void command_cancelled(std::wstring_view name) override { note(L"cancelled ", name); }
+  void command_failed(std::wstring_view name) override { note(L"failed ", name); }
+  std::vector<std::wstring> heard;
+
+ private:
+  void note(std::wstring_view end, std::wstring_view name) {
+    heard.push_back(std::wstring(end) + std::wstring(name));
+    if (--ends_ == 0) host_.remove_reactor(*this);
+  }
+  TerminalHost& host_;
+  int ends_;
+};
+
+TEST(TerminalHost, RunsCommandsOnAnEntityAndTellsHowTheyEnd) {
+  Conversation talk({"1,0", "2,0", "ESC", ""});
+  const EntityId line =
+      *talk.host.drawing().add_entity({LineShape{{0, 0, 0}, {9, 0, 0}}, 0}, EntityProperties{});
+  talk.host.set_pick_first({line});
+  Listener brief(talk.host, 1);
+  Listener listener(talk.host, 99);
+  talk.host.add_reactor(listener);
+  EXPECT_TRUE(talk.host.run_command(L"_.Break", line));
+  EXPECT_TRUE(talk.host.run_command(L"break", line));
+  EXPECT_FALSE(talk.host.run_command(L"NOSUCH", line));
+  EXPECT_FALSE(talk.host.run_command(L"BREAK", EntityId{}));
+  const HostCommand faulty{L"FAULTY", L"", L"", [](ConsoleHost& host) {
+                             host.lock();
+                             throw std::runtime_error("of a fault");
+                           }};
+  EXPECT_FALSE(talk.host.run_host_command(faulty));
+  EXPECT_EQ(talk.host.ask_line(L"not given: "), L"");
+  EXPECT_EQ(brief.heard, std::vector<std::wstring>{L"ended BREAK"});
+  EXPECT_EQ(listener.heard,
+            (std::vector<std::wstring>{L"ended BREAK", L"cancelled BREAK", L"failed FAULTY"}));
+  EXPECT_EQ(talk.printed(),
+            "Select object: HANDLE 2A\n1 found\nSpecify first break point: 1,0\n"
+            "Specify second break point or [First point]: 2,0\n"
+            "Select object: HANDLE 2A\n1 found\nSpecify first break point: ESC\n"
+            "FAULTY was not finished: of a fault.\nnot given: \n");
+}
+
 TEST(TerminalHost, AsksAgainUntilTheAnswerFits) {
   Conversation talk({"1.5", "2147483648", "+7", "1", "1,x", " 1,2 ", "maybe", "", "y"});
   EXPECT_EQ(talk.host.ask_integer(L"N: ").value, 7);

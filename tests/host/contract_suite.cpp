@@ -578,6 +578,28 @@ TEST_P(HostContract, AnotherShapeLeavesTheRestOfTheEntity) {
   EXPECT_FALSE(host_.set_geometry(erased_, shapes[0]));
 }
 
+TEST_P(HostContract, ExtensionEntriesAreCopiedWithTheObjectData) {
+  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
+  ASSERT_TRUE(store_.attach(plain_, parcel(1)));
+  ASSERT_TRUE(store_.attach(other_, parcel(9)));
+  EXPECT_TRUE(host_.extension_entries(unlisted_).empty());
+  EXPECT_TRUE(host_.extension_entries(erased_).empty());
+  const std::vector<ExtensionEntry> entries = host_.extension_entries(plain_);
+  ASSERT_EQ(entries.size(), 1U);
+  ASSERT_TRUE(store_.attach(plain_, parcel(2))) << "a copy is what was there";
+
+  for (const EntityId id : {other_, unlisted_})
+    EXPECT_TRUE(host_.store_extension_entry(id, entries[0]));
+  EXPECT_EQ(records_of(other_), (Records{road(L"a"), parcel(1)})) << "in place of what it had";
+  const std::unique_ptr<RecordIterator> records = store_.records();
+  ASSERT_TRUE(records->open(other_, OpenMode::Write));
+  ASSERT_TRUE(records->update(road(L"b")));
+  EXPECT_EQ(records_of(unlisted_), (Records{road(L"a"), parcel(1)})) << "each a copy of its own";
+  for (const EntityId id : {locked_, erased_, EntityId{}})
+    EXPECT_FALSE(host_.store_extension_entry(id, entries[0]));
+  EXPECT_EQ(records_of(locked_), Records{});
+}
+
 TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {
   EXPECT_EQ(host_.entities_around({1, 2, 99}), host_.model_space());
   EXPECT_EQ(host_.entities_around({1, 2.001, 3}), EntityList{});

@@ -101,6 +101,13 @@ class FailingHost final : public ForwardingHost {
   bool set_properties(EntityId entity, const EntityProperties& properties) override {
     return !failures_.open.contains(entity) && Base::set_properties(entity, properties);
   }
+  [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
+    if (failures_.open.contains(entity)) return {};
+    return Base::extension_entries(entity);
+  }
+  bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override {
+    return !failures_.open.contains(entity) && Base::store_extension_entry(entity, entry);
+  }
   [[nodiscard]] std::optional<EntityList> ask_selection() override {
     return esc() ? std::nullopt : Base::ask_selection();
   }

@@ -17,7 +17,8 @@ class ScriptedHost : public StandaloneHost {
   using StandaloneHost::StandaloneHost;
   ~ScriptedHost() override {
     EXPECT_TRUE(selections.empty() && strings.empty() && integers.empty() && points.empty() &&
-                picks.empty() && dialogs.empty() && boxes.empty() && files.empty())
+                picks.empty() && dialogs.empty() && boxes.empty() && files.empty() &&
+                commands.empty())
         << "answers are left over";
     EXPECT_EQ(locks, 0) << "the document was left locked";
     EXPECT_FALSE(progress_runs) << "the progress meter was left running";
@@ -31,6 +32,8 @@ class ScriptedHost : public StandaloneHost {
   std::deque<std::function<bool(Dialog&)>> dialogs;  // changes controls, presses a button
   std::deque<bool> boxes;
   std::deque<std::optional<std::filesystem::path>> files;
+  using StandaloneHost::CommandEnd;
+  std::deque<std::function<CommandEnd(EntityId)>> commands;  // what a command of the host does
 
   std::wstring printed;
   std::vector<std::wstring> asked;  // prompts, box texts and file filters, in order
@@ -82,6 +85,12 @@ class ScriptedHost : public StandaloneHost {
   }
   void move_progress(std::int64_t position) override { progress.push_back(position); }
   void end_progress() override { progress_runs = false; }
+  bool run_command(std::wstring_view name, EntityId entity) override {
+    const std::function<CommandEnd(EntityId)> run = take(commands, name);
+    if (!run) return false;
+    tell_reactors(name.substr(name.find_first_not_of(L"_.")), run(entity));
+    return true;
+  }
   void lock() override {
     ++locks;
     StandaloneHost::lock();

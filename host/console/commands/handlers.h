@@ -15,6 +15,7 @@ void quit(ConsoleHost& host);
 void select(ConsoleHost& host);
 void select_first(ConsoleHost& host);
 void erase(ConsoleHost& host);
+void break_entity(ConsoleHost& host);
 void list(ConsoleHost& host);
 
 void layer(ConsoleHost& host);

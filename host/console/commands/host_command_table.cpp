@@ -20,6 +20,7 @@ const std::vector<HostCommand>& host_commands() {
       {L"PSELECT", L"", L"makes a selection the pick-first set, for the next command",
        select_first},
       {L"ERASE", L"E", L"erases entities", erase},
+      {L"BREAK", L"BR", L"cuts a piece out of an entity, or cuts it in two", break_entity},
       {L"LIST", L"LI LS", L"shows the properties and the object data of entities", list},
       {L"LAYER", L"LA -LAYER", L"makes layers and changes their state", layer},
       {L"POINT", L"PO", L"draws a point", point},
@@ -45,6 +46,13 @@ bool is_called(const HostCommand& command, std::wstring_view name) {
   return std::ranges::any_of(words_of(command.aliases), [name](std::wstring_view alias) {
     return equal_ignoring_case(alias, name);
   });
+}
+
+const HostCommand* find_host_command(std::wstring_view name) {
+  const auto& commands = host_commands();
+  const auto found = std::ranges::find_if(
+      commands, [name](const HostCommand& command) { return is_called(command, name); });
+  return found == commands.end() ? nullptr : &*found;
 }
 
 std::wstring_view command_name(std::wstring_view typed) {

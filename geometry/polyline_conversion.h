@@ -1,0 +1,46 @@
+// Turns entities into 2D and 3D polylines.
+#pragma once
+
+#include <cstddef>
+
+#include "frame/drawing_host.h"
+#include "geometry/path.h"
+
+namespace korvel {
+
+enum class PolylineTarget { Light, ThreeD };
+
+class PolylineConversion {
+ public:
+  // `precision` is the number of pieces of every arc, ellipse, bulge and spline span that is
+  // divided; 0, for 3D polylines only, takes vertices alone.
+  PolylineConversion(PolylineTarget target, int precision)
+      : target_(target), precision_(precision) {}
+
+  // False, and nothing changed, for what is of the target type already or no curve: lines, arcs,
+  // ellipses, splines and polylines are converted.
+  //
+  // To a lightweight polyline: arcs, circles and old-style polylines stay exact as bulges, widths
+  // and thickness stay; ellipses and splines are divided. A curve in a plane stays in it; one that
+  // lies in none is seen in plan view, at the height of its first point.
+  //
+  // To a 3D polyline: straight pieces remain, curves are divided. With precision 0 an arc or a
+  // bulge becomes the chord of its ends and a spline the points where its spans meet; circles and
+  // whole ellipses, which have no ends, are not converted.
+  bool convert(EntityGeometry& geometry);
+
+ private:
+  bool to_light(EntityGeometry& geometry);
+  bool to_3d(EntityGeometry& geometry);
+  bool sampled_to_light(EntityGeometry& geometry, Vector3 normal);
+
+  PolylineTarget target_;
+  int precision_;
+  Path path_;
+};
+
+// How many of the entities were converted. One that does not open for writing is skipped.
+std::size_t convert_to_polylines(DrawingHost& host, const EntityList& entities,
+                                 PolylineTarget target, int precision);
+
+}  // namespace korvel
