@@ -605,6 +605,9 @@ TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {
   EXPECT_EQ(host_.entities_around({1, 2.001, 3}), EntityList{});
   under_test_->erase(other_);
   EXPECT_EQ(host_.entities_around({1, 2, 3}), (EntityList{plain_, locked_, unlisted_}));
+  ASSERT_TRUE(host_.set_geometry(plain_, {PointShape{{7, 8, 0}}}));
+  EXPECT_EQ(host_.entities_around({1, 2, 3}), (EntityList{locked_, unlisted_}));
+  EXPECT_EQ(host_.entities_around({7, 8, 3}), EntityList{plain_});
 }
 
 TEST_P(HostContract, LayersHaveTheirFlagsAlsoWithoutARecord) {
