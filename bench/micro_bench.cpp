@@ -18,6 +18,8 @@
 #include "search/table_search.h"
 #include "search/value_pattern.h"
 #include "search/value_search.h"
+#include "values/coordinates.h"
+#include "values/identifiers.h"
 
 namespace korvel {
 namespace {
@@ -237,6 +239,56 @@ void convert_all_to_3d(benchmark::State& state) {
   count_entities(state);
 }
 
+// A pass that writes one column of every record of a table, beside which numbering stands.
+void write_one_column(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
+  for ([[maybe_unused]] auto _ : state) {
+    std::int32_t number = 0;
+    for (const EntityId id : entities) {
+      for (records->open(id, OpenMode::Write); !records->done(); records->next())
+        records->set_value(0, number++);
+    }
+  }
+  count_entities(state);
+}
+
+void number_all(benchmark::State& state, const wchar_t* field) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  const Numbering numbering{L"Roads", field, L"R-", L"", 1};
+  for ([[maybe_unused]] auto _ : state) {
+    EntityList once = entities;
+    drop_repeated(once);
+    benchmark::DoNotOptimize(number_records(store, once, numbering));
+  }
+  count_entities(state);
+}
+
+void propose_first_number(benchmark::State& state) {
+  const auto drawing = drawing_of(state.range(0));
+  StandaloneStore store(*drawing);
+  const EntityList entities = drawing->entities(Space::Model);
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(proposed_first(store, entities, L"Roads", L"NAME"));
+  count_entities(state);
+}
+
+// Beside read_shapes and extents_again.
+void set_all_coordinates(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  ask_extents(host.drawing(), entities);
+  const CoordinateRequest request{L"Roads", {L"WIDTH", L"NAME", L""}, {}, 4, 4};
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(set_coordinates(host, store, entities, request).completed);
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -279,6 +331,11 @@ BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(look_for_duplicates_to_remove)->Apply(sizes);
 BENCHMARK(read_shapes)->Apply(sizes);
 BENCHMARK(convert_all_to_3d)->Apply(sizes);
+BENCHMARK(write_one_column)->Apply(sizes);
+BENCHMARK_CAPTURE(number_all, integers, L"LANES")->Apply(sizes);
+BENCHMARK_CAPTURE(number_all, texts, L"NAME")->Apply(sizes);
+BENCHMARK(propose_first_number)->Apply(sizes);
+BENCHMARK(set_all_coordinates)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

@@ -31,6 +31,9 @@ void copy_all(Session& session);
 void copy_all_value(Session& session);
 void load_definition(Session& session);
 
+void set_xyz(Session& session);
+void set_id(Session& session);
+
 void break_entity(Session& session);
 void to_2d_polylines(Session& session);
 void to_3d_polylines(Session& session);
