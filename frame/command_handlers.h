@@ -31,6 +31,8 @@ void copy_all(Session& session);
 void copy_all_value(Session& session);
 void load_definition(Session& session);
 
+void replace_values(Session& session);
+
 void break_entity(Session& session);
 void to_2d_polylines(Session& session);
 void to_3d_polylines(Session& session);
