@@ -33,6 +33,7 @@ void load_definition(Session& session);
 
 void set_xyz(Session& session);
 void set_id(Session& session);
+void replace_values(Session& session);
 
 void break_entity(Session& session);
 void to_2d_polylines(Session& session);

@@ -38,7 +38,7 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_SETXYZ", usual, L"sets values from coordinates", set_xyz},
     {L"KORVEL_SETID", usual, L"generates identifiers", set_id},
     {L"KORVEL_SETPROP", usual, L"sets values from geometric properties", nullptr},
-    {L"KORVEL_REPLACE", usual, L"replaces values", nullptr},
+    {L"KORVEL_REPLACE", usual, L"replaces values", replace_values},
     {L"KORVEL_2POLY", usual, L"converts entities to 2D polylines", to_2d_polylines},
     {L"KORVEL_ADDVAL", usual, L"adds the values of one field into another", nullptr},
     {L"KORVEL_ADDVAL_OD2OD", usual, L"adds values of one table into another", nullptr},

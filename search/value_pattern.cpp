@@ -3,6 +3,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "frame/trim.h"
 #include "frame/value_text.h"
 
 namespace korvel {
@@ -11,12 +12,6 @@ namespace {
 // In this order, because "<" is how "<>" begins.
 constexpr std::pair<std::wstring_view, Relation> operators[] = {
     {L"<>", Relation::Different}, {L">", Relation::Greater}, {L"<", Relation::Smaller}};
-
-std::wstring_view without_ends(std::wstring_view text, std::wstring_view dropped) {
-  const std::size_t first = text.find_first_not_of(dropped);
-  if (first == std::wstring_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(dropped) - first + 1);
-}
 
 }  // namespace
 

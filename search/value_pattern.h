@@ -7,7 +7,7 @@
 
 #include "frame/case_mapping.h"
 #include "frame/od_store.h"
-#include "search/value_comparison.h"
+#include "frame/value_comparison.h"
 #include "search/wildcard.h"
 
 namespace korvel {

@@ -1,4 +1,4 @@
-#include "search/value_comparison.h"
+#include "frame/value_comparison.h"
 
 #include "frame/case_mapping.h"
 #include "frame/value_text.h"
