@@ -39,13 +39,13 @@ class ValueComparison {
 inline bool ValueComparison::is(std::partial_ordering order) const {
   switch (relation_) {
     case Relation::Equal:
-      return order == 0;
+      return std::is_eq(order);
     case Relation::Different:
-      return order != 0;
+      return std::is_neq(order);
     case Relation::Greater:
-      return order > 0;
+      return std::is_gt(order);
     case Relation::Smaller:
-      return order < 0;
+      return std::is_lt(order);
   }
   return false;
 }

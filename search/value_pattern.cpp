@@ -1,5 +1,6 @@
 #include "search/value_pattern.h"
 
+#include <array>
 #include <type_traits>
 #include <utility>
 
@@ -10,8 +11,8 @@ namespace korvel {
 namespace {
 
 // In this order, because "<" is how "<>" begins.
-constexpr std::pair<std::wstring_view, Relation> operators[] = {
-    {L"<>", Relation::Different}, {L">", Relation::Greater}, {L"<", Relation::Smaller}};
+constexpr auto operators = std::to_array<std::pair<std::wstring_view, Relation>>(
+    {{L"<>", Relation::Different}, {L">", Relation::Greater}, {L"<", Relation::Smaller}});
 
 }  // namespace
 
