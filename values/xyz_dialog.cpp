@@ -73,12 +73,11 @@ bool ODSelectXYZ::is_complete() const {
 }
 
 CoordinateRequest ODSelectXYZ::request() const {
-  const PointRules standard;
   return {
       tables.text(),
       {x.text(), y.text(), z.text()},
-      {planimetric.selected ? static_cast<PlanRule>(*planimetric.selected) : standard.plan,
-       elevation.selected ? static_cast<ElevationRule>(*elevation.selected) : standard.elevation},
+      {static_cast<PlanRule>(planimetric.selected.value_or(CoordinateChoices{}.plan_rule)),
+       static_cast<ElevationRule>(elevation.selected.value_or(CoordinateChoices{}.elevation_rule))},
       decimals_of(plan_decimals),
       decimals_of(elevation_decimals)};
 }

@@ -74,6 +74,42 @@ TEST_F(SetValues, NumbersEndAtTheLargest) {
   EXPECT_EQ(number_records(store_, ids_, {L"T", L"C", L"", L"", most}), 1);
 }
 
+// A host whose entity has a point where its column has numbers.
+class OddStore final : public ForwardingStore {
+ public:
+  OddStore(ODStore& target, EntityId odd) : ForwardingStore(target), odd_(odd) {}
+  [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override {
+    return std::make_unique<Records>(ForwardingStore::records_of(table), odd_);
+  }
+
+ private:
+  class Records final : public ForwardingRecordIterator {
+   public:
+    Records(std::unique_ptr<RecordIterator> target, EntityId odd)
+        : ForwardingRecordIterator(std::move(target)), odd_(odd) {}
+    bool open(EntityId entity, OpenMode mode) override {
+      on_odd_ = entity == odd_;
+      return ForwardingRecordIterator::open(entity, mode);
+    }
+    [[nodiscard]] ODValueView value(int index) const override {
+      return on_odd_ ? ODValueView(Point3{}) : ForwardingRecordIterator::value(index);
+    }
+
+   private:
+    EntityId odd_;
+    bool on_odd_ = false;
+  };
+  EntityId odd_;
+};
+
+TEST_F(SetValues, PointStopsTheNumberingAndWhatIsNumberedStays) {
+  for (const std::size_t entity : {0u, 1u, 2u})
+    attach(entity, 0);
+  OddStore store(store_, ids_[1]);
+  EXPECT_EQ(number_records(store, ids_, {L"T", L"N", L"", L"", 5}), 0);
+  EXPECT_EQ(column(0), (std::vector<ODValue>{0, 0, 5}));
+}
+
 TEST_F(SetValues, RepeatedEntitiesKeepTheirFirstPlace) {
   EntityList list = {ids_[2], ids_[0], ids_[2], ids_[1], ids_[0]};
   drop_repeated(list);
