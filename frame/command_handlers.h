@@ -32,6 +32,8 @@ void copy_all_value(Session& session);
 void load_definition(Session& session);
 
 void replace_values(Session& session);
+void add_val(Session& session);
+void add_val_od2od(Session& session);
 
 void break_entity(Session& session);
 void to_2d_polylines(Session& session);
