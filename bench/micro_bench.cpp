@@ -20,6 +20,8 @@
 #include "search/value_search.h"
 #include "values/coordinates.h"
 #include "values/identifiers.h"
+#include "values/replace_values.h"
+#include "values/sums.h"
 
 namespace korvel {
 namespace {
@@ -289,6 +291,52 @@ void set_all_coordinates(benchmark::State& state) {
   count_entities(state);
 }
 
+// What a command that sets values does to a drawing that nobody has changed yet.
+template <class Set>
+void set_values(benchmark::State& state, const Set& set) {
+  for ([[maybe_unused]] auto _ : state) {
+    state.PauseTiming();
+    const auto drawing = drawing_of(state.range(0));
+    StandaloneStore store(*drawing);
+    const EntityList entities = drawing->entities(Space::Model);
+    drawing->journal().open();
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(set(store, entities));
+    state.PauseTiming();
+    drawing->journal().close();
+    state.ResumeTiming();
+  }
+  count_entities(state);
+}
+
+// A pass that writes one value of every record of a table, beside which the next two stand.
+void write_one_column(benchmark::State& state) {
+  set_values(state, [](ODStore& store, const EntityList& entities) {
+    std::int64_t written = 0;
+    const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
+    for (const EntityId id : entities) {
+      for (records->open(id, OpenMode::Write); !records->done(); records->next())
+        written += records->set_value(1, 0.5) ? 1 : 0;
+    }
+    return written;
+  });
+}
+
+void replace(benchmark::State& state, const wchar_t* field, const wchar_t* search,
+             const wchar_t* replacement) {
+  const ReplaceRequest request{{L"Roads"}, {field}, search, replacement};
+  set_values(state, [&request](ODStore& store, const EntityList& entities) {
+    return replace_in_records(request, store, entities);
+  });
+}
+
+// From LANES into WIDTH.
+void add_columns(benchmark::State& state) {
+  set_values(state, [](ODStore& store, const EntityList& entities) {
+    return add_within_records(L"Roads", 0, 1, store, entities);
+  });
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -329,6 +377,13 @@ BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(look_for_duplicates_to_remove)->Apply(sizes);
+BENCHMARK(write_one_column)->Apply(sizes);
+BENCHMARK_CAPTURE(replace, any_value, L"WIDTH", L"*", L"0.5")->Apply(sizes);
+BENCHMARK_CAPTURE(replace, smaller_real, L"WIDTH", L">7000", L"7000")->Apply(sizes);
+BENCHMARK_CAPTURE(replace, in_real, L"WIDTH", L"5", L"6")->Apply(sizes);
+BENCHMARK_CAPTURE(replace, in_text, L"NAME", L"street", L"St.")->Apply(sizes);
+BENCHMARK_CAPTURE(replace, wildcard, L"NAME", L"a*e", L"-")->Apply(sizes);
+BENCHMARK(add_columns)->Apply(sizes);
 BENCHMARK(read_shapes)->Apply(sizes);
 BENCHMARK(convert_all_to_3d)->Apply(sizes);
 BENCHMARK(write_one_column)->Apply(sizes);

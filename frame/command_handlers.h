@@ -34,6 +34,8 @@ void load_definition(Session& session);
 void set_xyz(Session& session);
 void set_id(Session& session);
 void replace_values(Session& session);
+void add_val(Session& session);
+void add_val_od2od(Session& session);
 
 void break_entity(Session& session);
 void to_2d_polylines(Session& session);

@@ -1,0 +1,107 @@
+#include "values/sums.h"
+
+#include <memory>
+#include <optional>
+
+#include "frame/command_frame.h"
+#include "frame/command_handlers.h"
+#include "frame/session.h"
+#include "frame/tables_in_use.h"
+#include "values/sums_dialog.h"
+#include "values/value_sum.h"
+
+namespace korvel {
+namespace {
+
+struct FoundColumn {
+  ColumnOfTable place;
+  ODType type;
+};
+
+std::optional<FoundColumn> find_column(const ODStore& store, const ColumnName& name) {
+  const std::optional<ODTableDef> table = store.table(name.table);
+  if (!table) return std::nullopt;
+  const std::optional<std::size_t> index = table->column(name.column);
+  if (!index) return std::nullopt;
+  return FoundColumn{{name.table, static_cast<int>(*index)}, table->columns[*index].type};
+}
+
+struct Outcome {
+  std::size_t written;
+  std::size_t entities;
+};
+
+// What both commands share; `add` does the work. None: there was nothing to do, and the user knows.
+template <class Add>
+std::optional<Outcome> ask_and_add(Session& session, SumScope scope, const Add& add) {
+  DrawingHost& host = session.host;
+  EntityList picked = pick_first_entities(host);
+  OptionsAddVal dialog(scope, session.store, tables_in_use(session.store, host, picked));
+  if (!host.show(dialog)) return std::nullopt;
+  const SumRequest request = dialog.request();
+  const std::optional<FoundColumn> from = find_column(session.store, request.from);
+  const std::optional<FoundColumn> to = find_column(session.store, request.to);
+  if (!from || !to) return std::nullopt;
+  if (!can_add(to->type, from->type)) {
+    report<Message::InvalidTypeOf>(host, request.from.table, request.from.column);
+    return std::nullopt;
+  }
+
+  const std::optional<EntityList> entities = entities_to_set(host, std::move(picked));
+  if (!entities || entities->empty()) return std::nullopt;
+  const DocumentLock lock(host);
+  return Outcome{add(from->place, to->place, session.store, *entities), entities->size()};
+}
+
+}  // namespace
+
+std::size_t add_within_records(const std::wstring& table, int from, int to, ODStore& store,
+                               const EntityList& entities) {
+  ValueSum sum_of;
+  std::size_t written = 0;
+  const std::unique_ptr<RecordIterator> walk = store.records_of(table);
+  for (const EntityId entity : entities) {
+    for (walk->open(entity, OpenMode::Write); !walk->done(); walk->next()) {
+      const std::optional<ODValueView> sum = sum_of(walk->value(to), walk->value(from));
+      if (sum && walk->set_value(to, *sum)) ++written;
+    }
+  }
+  return written;
+}
+
+std::size_t add_between_records(const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
+                                const EntityList& entities) {
+  ValueSum sum_of;
+  std::size_t written = 0;
+  const std::unique_ptr<RecordIterator> source = store.records_of(from.table);
+  const std::unique_ptr<RecordIterator> target = store.records_of(to.table);
+  for (const EntityId entity : entities) {
+    source->open(entity, OpenMode::Read);
+    target->open(entity, OpenMode::Write);
+    if (source->done() || target->done()) continue;
+    const std::optional<ODValueView> sum =
+        sum_of(target->value(to.column), source->value(from.column));
+    if (sum && target->set_value(to.column, *sum)) ++written;
+  }
+  return written;
+}
+
+void add_val(Session& session) {
+  const auto add = [](const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
+                      const EntityList& entities) {
+    return add_within_records(from.table, from.column, to.column, store, entities);
+  };
+  if (const std::optional<Outcome> outcome = ask_and_add(session, SumScope::OneTable, add)) {
+    report<Message::Completed>(session.host, outcome->written);
+  }
+}
+
+void add_val_od2od(Session& session) {
+  const std::optional<Outcome> outcome =
+      ask_and_add(session, SumScope::TwoTables, add_between_records);
+  if (outcome) {
+    report<Message::CompletedOutOf>(session.host, outcome->written, outcome->entities);
+  }
+}
+
+}  // namespace korvel
