@@ -18,6 +18,7 @@
 #include "search/table_search.h"
 #include "search/value_pattern.h"
 #include "search/value_search.h"
+#include "values/measure_values.h"
 
 namespace korvel {
 namespace {
@@ -237,6 +238,35 @@ void convert_all_to_3d(benchmark::State& state) {
   count_entities(state);
 }
 
+// What setting values comes down to: one value of the record that most entities have, in place.
+void set_one_column(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
+  for ([[maybe_unused]] auto _ : state) {
+    host.lock();
+    for (const EntityId id : entities) {
+      if (records->open(id, OpenMode::Write) && !records->done()) records->set_value(1, 2.5);
+    }
+    host.unlock();
+  }
+  count_entities(state);
+}
+
+void set_all_measures(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  for ([[maybe_unused]] auto _ : state) {
+    host.lock();
+    benchmark::DoNotOptimize(
+        set_measures(store, host, entities, {L"Roads", L"WIDTH", L"NAME", L"", 4}));
+    host.unlock();
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -279,6 +309,8 @@ BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(look_for_duplicates_to_remove)->Apply(sizes);
 BENCHMARK(read_shapes)->Apply(sizes);
 BENCHMARK(convert_all_to_3d)->Apply(sizes);
+BENCHMARK(set_one_column)->Apply(sizes);
+BENCHMARK(set_all_measures)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

@@ -35,4 +35,6 @@ void break_entity(Session& session);
 void to_2d_polylines(Session& session);
 void to_3d_polylines(Session& session);
 
+void set_prop(Session& session);
+
 }  // namespace korvel

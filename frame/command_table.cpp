@@ -37,7 +37,7 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_SETTEXT", usual, L"sets values from text entities", nullptr},
     {L"KORVEL_SETXYZ", usual, L"sets values from coordinates", nullptr},
     {L"KORVEL_SETID", usual, L"generates identifiers", nullptr},
-    {L"KORVEL_SETPROP", usual, L"sets values from geometric properties", nullptr},
+    {L"KORVEL_SETPROP", usual, L"sets values from geometric properties", set_prop},
     {L"KORVEL_REPLACE", usual, L"replaces values", nullptr},
     {L"KORVEL_2POLY", usual, L"converts entities to 2D polylines", to_2d_polylines},
     {L"KORVEL_ADDVAL", usual, L"adds the values of one field into another", nullptr},

@@ -1,6 +1,7 @@
 // What commands remember from one run to the next.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "frame/object_copy.h"
@@ -14,6 +15,7 @@ struct RememberedChoices {
   // KORVEL_BREAK: what the entity in work carried, for its new pieces; a break that was cancelled
   // leaves it until the next.
   std::vector<ExtensionEntry> entries_of_broken;
+  std::wstring table_of_measures;  // KORVEL_SETPROP
 };
 
 }  // namespace korvel
