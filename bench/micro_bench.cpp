@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "attach/duplicate_removal.h"
@@ -19,6 +20,7 @@
 #include "search/value_pattern.h"
 #include "search/value_search.h"
 #include "values/measure_values.h"
+#include "values/text_values.h"
 
 namespace korvel {
 namespace {
@@ -267,6 +269,34 @@ void set_all_measures(benchmark::State& state) {
   count_entities(state);
 }
 
+// One text for ten entities, each at the middle of an entity's extents.
+void add_texts(Drawing& drawing, const EntityList& entities) {
+  for (std::size_t i = 0; i < entities.size(); i += 10) {
+    const std::optional<Extents> box = drawing.extents_of(entities[i]);
+    if (!box) continue;
+    TextShape text;
+    text.position = {(box->min.x + box->max.x) / 2, (box->min.y + box->max.y) / 2, 0};
+    text.text = L"Text " + std::to_wstring(i);
+    text.height = 1;
+    (void)drawing.add_entity({text}, {});
+  }
+}
+
+void set_all_texts(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  host.lock();
+  add_texts(host.drawing(), entities);
+  host.unlock();
+  for ([[maybe_unused]] auto _ : state) {
+    host.lock();
+    benchmark::DoNotOptimize(set_texts(store, host, entities, {L"Roads", L"NAME", 1}));
+    host.unlock();
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -311,6 +341,7 @@ BENCHMARK(read_shapes)->Apply(sizes);
 BENCHMARK(convert_all_to_3d)->Apply(sizes);
 BENCHMARK(set_one_column)->Apply(sizes);
 BENCHMARK(set_all_measures)->Apply(sizes);
+BENCHMARK(set_all_texts)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

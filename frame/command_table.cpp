@@ -34,7 +34,7 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_COPY_ALL", usual, L"copies properties and records from a reference entity", copy_all},
     {L"KORVEL_COPY_ALL_VALUE", usual, L"copies properties, records and values", copy_all_value},
     {L"KORVEL_ADEATTACHDATA", usual, L"attaches and detaches records in a dialog", ade_attach_data},
-    {L"KORVEL_SETTEXT", usual, L"sets values from text entities", nullptr},
+    {L"KORVEL_SETTEXT", usual, L"sets values from text entities", set_text},
     {L"KORVEL_SETXYZ", usual, L"sets values from coordinates", nullptr},
     {L"KORVEL_SETID", usual, L"generates identifiers", nullptr},
     {L"KORVEL_SETPROP", usual, L"sets values from geometric properties", set_prop},

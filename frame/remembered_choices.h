@@ -16,6 +16,8 @@ struct RememberedChoices {
   // leaves it until the next.
   std::vector<ExtensionEntry> entries_of_broken;
   std::wstring table_of_measures;  // KORVEL_SETPROP
+  std::wstring table_of_texts;     // KORVEL_SETTEXT
+  std::wstring text_tolerance = L"0";
 };
 
 }  // namespace korvel
