@@ -11,20 +11,20 @@ PlanPoints::PlanPoints(const std::vector<Point3>& points) {
   for (std::size_t i = 0; i < points.size(); ++i) {
     if (std::isfinite(points[i].x) && std::isfinite(points[i].y)) nodes_.push_back({points[i], i});
   }
-  divide(0, nodes_.size(), false);
+  divide({0, nodes_.size()});
 }
 
-void PlanPoints::divide(std::size_t first, std::size_t last, bool by_y) {
-  if (last - first < 2) return;
-  const std::size_t middle = first + (last - first) / 2;
+void PlanPoints::divide(const Range& range) {
+  if (range.last - range.first < 2) return;
+  const std::size_t middle = range.first + (range.last - range.first) / 2;
+  double Point3::*const axis = range.by_y ? &Point3::y : &Point3::x;
   const auto at = [this](std::size_t place) {
     return nodes_.begin() + static_cast<std::ptrdiff_t>(place);
   };
-  std::nth_element(at(first), at(middle), at(last), [by_y](const Node& a, const Node& b) {
-    return by_y ? a.point.y < b.point.y : a.point.x < b.point.x;
-  });
-  divide(first, middle, !by_y);
-  divide(middle + 1, last, !by_y);
+  std::nth_element(at(range.first), at(middle), at(range.last),
+                   [axis](const Node& a, const Node& b) { return a.point.*axis < b.point.*axis; });
+  divide({range.first, middle, !range.by_y});
+  divide({middle + 1, range.last, !range.by_y});
 }
 
 }  // namespace korvel

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <memory>
 #include <numbers>
+#include <numeric>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -77,16 +78,16 @@ class TextFinder {
     const std::optional<Extents> extents = host_.extents_of(entity);
     if (!extents) return Found::None;
     std::size_t count = 0;
-    std::optional<EntityGeometry> geometry;  // read when the first text is near
-    points_.any_in(widened(*extents, tolerance_), [&](std::size_t index) {
-      if (texts_.entities[index] == entity) return false;
-      if (!geometry && !start(entity, geometry)) return true;
-      if (reaches(*geometry, texts_.positions[index])) {
-        ++count;
-        text_ = index;
-      }
-      return count > 1;
-    });
+    geometry_.reset();
+    points_.any_in(
+        widened(*extents, tolerance_),
+        [&](const Extents& part) { return read(entity) && reaches_into(part); },
+        [&](std::size_t index) {
+          if (texts_.entities[index] == entity || !read(entity)) return false;
+          if (!reaches(texts_.positions[index])) return false;
+          text_ = index;
+          return ++count > 1;
+        });
     return count == 0 ? Found::None : count == 1 ? Found::One : Found::Many;
   }
 
@@ -94,17 +95,32 @@ class TextFinder {
   [[nodiscard]] const std::wstring& text() const { return texts_.texts[text_]; }
 
  private:
-  bool start(EntityId entity, std::optional<EntityGeometry>& geometry) {
+  // The entity's geometry is read when the first text is near.
+  bool read(EntityId entity) {
+    if (geometry_) return true;
     outline_is_known_ = false;
-    geometry = host_.geometry_of(entity);
-    return geometry.has_value();
+    geometry_ = host_.geometry_of(entity);
+    return geometry_.has_value();
   }
 
-  bool reaches(const EntityGeometry& geometry, Point3 point) {
-    if (area_contains(geometry, point)) return true;
-    if (!outline_is_known_) sample(geometry, fine_, outline_);
+  [[nodiscard]] double distance_to_outline(Point3 point) {
+    if (!outline_is_known_) sample(*geometry_, fine_, outline_);
     outline_is_known_ = true;
-    return distance_to_path(outline_, point) <= tolerance_;
+    return distance_to_path(outline_, point);
+  }
+
+  bool reaches(Point3 point) {
+    return area_contains(*geometry_, point) || distance_to_outline(point) <= tolerance_;
+  }
+
+  // A part that the outline stays away from is all inside or all outside.
+  bool reaches_into(const Extents& part) {
+    constexpr double slack = 1.01;  // for the chords of the outline
+    const Point3 middle{std::midpoint(part.min.x, part.max.x),
+                        std::midpoint(part.min.y, part.max.y), 0};
+    const double radius = std::hypot(part.max.x - middle.x, part.max.y - middle.y);
+    return distance_to_outline(middle) <= slack * (radius + tolerance_) ||
+           area_contains(*geometry_, middle);
   }
 
   // Chords stay within about a millionth of their radius.
@@ -114,6 +130,8 @@ class TextFinder {
   double tolerance_;
   Texts texts_;
   PlanPoints points_;
+  // Of the entity in work.
+  std::optional<EntityGeometry> geometry_;
   Path outline_;
   bool outline_is_known_ = false;
   std::size_t text_ = 0;

@@ -26,15 +26,37 @@ TEST(PlanPoints, AreThoseInTheBox) {
         if (contains_in_plan(box, points[i])) expected.push_back(i);
       }
       std::vector<std::size_t> found;
-      EXPECT_FALSE(index.any_in(box, [&found](std::size_t i) {
+      const auto anywhere = [](const Extents&) { return true; };
+      EXPECT_FALSE(index.any_in(box, anywhere, [&found](std::size_t i) {
         found.push_back(i);
         return false;
       }));
       std::ranges::sort(found);
       EXPECT_EQ(found, expected);
-      EXPECT_EQ(index.any_in(box, [](std::size_t) { return true; }), !expected.empty());
+      EXPECT_EQ(index.any_in(box, anywhere, [](std::size_t) { return true; }), !expected.empty());
     }
   }
+}
+
+// All that lie on the diagonal are found through parts that it crosses; most others are not seen.
+TEST(PlanPoints, ArePassedOverInPartsThatHoldNone) {
+  std::vector<Point3> points;
+  for (int x = 0; x < 100; ++x) {
+    for (int y = 0; y < 100; ++y)
+      points.push_back({x * 1.0, y * 1.0, 0});
+  }
+  int seen = 0;
+  int on_diagonal = 0;
+  PlanPoints(points).any_in(
+      {{0, 0, 0}, {99, 99, 0}},
+      [](const Extents& part) { return part.min.x <= part.max.y && part.min.y <= part.max.x; },
+      [&](std::size_t i) {
+        ++seen;
+        if (points[i].x == points[i].y) ++on_diagonal;
+        return false;
+      });
+  EXPECT_EQ(on_diagonal, 100);
+  EXPECT_LT(seen, 2500);
 }
 
 }  // namespace
