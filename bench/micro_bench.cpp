@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "attach/duplicate_removal.h"
@@ -20,8 +21,10 @@
 #include "search/value_search.h"
 #include "values/coordinates.h"
 #include "values/identifiers.h"
+#include "values/measure_values.h"
 #include "values/replace_values.h"
 #include "values/sums.h"
+#include "values/text_values.h"
 
 namespace korvel {
 namespace {
@@ -337,6 +340,63 @@ void add_columns(benchmark::State& state) {
   });
 }
 
+// What setting values comes down to: one value of the record that most entities have, in place.
+void set_one_column(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
+  for ([[maybe_unused]] auto _ : state) {
+    host.lock();
+    for (const EntityId id : entities) {
+      if (records->open(id, OpenMode::Write) && !records->done()) records->set_value(1, 2.5);
+    }
+    host.unlock();
+  }
+  count_entities(state);
+}
+
+void set_all_measures(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  for ([[maybe_unused]] auto _ : state) {
+    host.lock();
+    benchmark::DoNotOptimize(
+        set_measures(store, host, entities, {L"Roads", L"WIDTH", L"NAME", L"", 4}));
+    host.unlock();
+  }
+  count_entities(state);
+}
+
+// One text for ten entities, each at the middle of an entity's extents.
+void add_texts(Drawing& drawing, const EntityList& entities) {
+  for (std::size_t i = 0; i < entities.size(); i += 10) {
+    const std::optional<Extents> box = drawing.extents_of(entities[i]);
+    if (!box) continue;
+    TextShape text;
+    text.position = {(box->min.x + box->max.x) / 2, (box->min.y + box->max.y) / 2, 0};
+    text.text = L"Text " + std::to_wstring(i);
+    text.height = 1;
+    (void)drawing.add_entity({text}, {});
+  }
+}
+
+void set_all_texts(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  host.lock();
+  add_texts(host.drawing(), entities);
+  host.unlock();
+  for ([[maybe_unused]] auto _ : state) {
+    host.lock();
+    benchmark::DoNotOptimize(set_texts(store, host, entities, {L"Roads", L"NAME", 1}));
+    host.unlock();
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -391,6 +451,9 @@ BENCHMARK_CAPTURE(number_all, integers, L"LANES")->Apply(sizes);
 BENCHMARK_CAPTURE(number_all, texts, L"NAME")->Apply(sizes);
 BENCHMARK(propose_first_number)->Apply(sizes);
 BENCHMARK(set_all_coordinates)->Apply(sizes);
+BENCHMARK(set_one_column)->Apply(sizes);
+BENCHMARK(set_all_measures)->Apply(sizes);
+BENCHMARK(set_all_texts)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

@@ -41,4 +41,7 @@ void break_entity(Session& session);
 void to_2d_polylines(Session& session);
 void to_3d_polylines(Session& session);
 
+void set_prop(Session& session);
+void set_text(Session& session);
+
 }  // namespace korvel

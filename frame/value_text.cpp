@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <optional>
 #include <system_error>
 
 #include "frame/format.h"
@@ -197,6 +196,12 @@ std::int32_t read_integer(std::wstring_view text) {
 double read_real(std::wstring_view text) {
   const std::optional<RealScan> read = scan_real(text, 0);
   return read ? read->value : 0.0;
+}
+
+std::optional<double> whole_real(std::wstring_view text) {
+  const std::optional<RealScan> read = scan_real(text, 0);
+  if (!read || skip_blanks(text, read->end) != text.size()) return std::nullopt;
+  return std::isfinite(read->value) ? std::optional(read->value) : std::nullopt;
 }
 
 std::wstring fixed_text(double number, int decimals) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,6 +37,9 @@ void append_value_text(const ODValueView& value, std::wstring& out);
 // 0.0 if there is none ("inf", "nan" and hexadecimal digits are no numbers). A number too large
 // gives plus or minus infinity, one too close to zero gives zero.
 [[nodiscard]] double read_real(std::wstring_view text);
+
+// The finite number that the text is, blanks at its ends aside; none when it is anything else.
+[[nodiscard]] std::optional<double> whole_real(std::wstring_view text);
 
 inline constexpr int max_decimals = 99;
 

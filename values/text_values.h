@@ -1,0 +1,33 @@
+// Texts that lie in entities, or near them, written into the object data of those.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "frame/drawing_host.h"
+#include "frame/od_store.h"
+
+namespace korvel {
+
+struct TextColumn {
+  std::wstring table;
+  std::wstring column;
+  double tolerance = 0;  // how far from its outline an entity reaches; finite, not negative
+};
+
+struct TextCounts {
+  std::size_t completed = 0;
+  std::size_t entities = 0;  // those that open for reading
+  // Entities with a record of the table and, in reach of them, no text or more than one.
+  std::size_t out_of_range = 0;
+  std::size_t multiple = 0;
+};
+
+// Writes into the first record of the table on each entity the one text of which the insertion
+// point is in its reach: in its area, or no farther from its outline than the tolerance, in plan
+// view. Texts are the single-line and multiline texts of model space on usable layers, without
+// their formatting; the entity itself is none of them. The document is to be locked.
+TextCounts set_texts(ODStore& store, const DrawingHost& host, const EntityList& entities,
+                     const TextColumn& column);
+
+}  // namespace korvel
