@@ -8,11 +8,11 @@
 namespace korvel::test {
 
 struct Failures {
-  std::set<EntityId> open;  // neither the entity nor its records
-  std::set<EntityId> update;
-  std::set<EntityId> remove;
-  std::set<std::wstring, std::less<>> kept_tables;  // their records cannot be removed
-  std::set<EntityId> attach;
+  std::set<EntityId> open{};  // neither the entity nor its records
+  std::set<EntityId> update{};
+  std::set<EntityId> remove{};
+  std::set<std::wstring, std::less<>> kept_tables{};  // their records cannot be removed
+  std::set<EntityId> attach{};
   int esc_at_question = 0;  // counted from 1; 0: at none
 };
 
