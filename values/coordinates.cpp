@@ -9,6 +9,7 @@
 #include "frame/session.h"
 #include "frame/tables_in_use.h"
 #include "frame/value_text.h"
+#include "values/column_value.h"
 #include "values/unit_precision.h"
 #include "values/xyz_dialog.h"
 
@@ -18,56 +19,36 @@ namespace {
 constexpr int decimals_during_run = 8;
 constexpr int stored_decimals = 6;
 
-struct Target {
-  int column;
-  std::size_t axis;  // 0 x, 1 y, 2 z
-  ODValue value;     // of the column's type
-};
-
-std::vector<Target> targets_of(const ODTableDef& table,
-                               const std::array<std::wstring, 3>& columns) {
-  std::vector<Target> targets;
-  for (std::size_t i = 0; i < table.columns.size(); ++i) {
-    const auto wanted = std::ranges::find(columns, table.columns[i].name);
-    if (wanted == columns.end()) continue;
-    const auto axis = static_cast<std::size_t>(wanted - columns.begin());
-    targets.push_back({static_cast<int>(i), axis, zero_value(table.columns[i].type)});
-  }
-  return targets;
-}
-
 // Writes points into the record on which an iterator stands.
 class CoordinateWriter {
  public:
-  CoordinateWriter(const ODTableDef& table, const CoordinateRequest& request)
-      : targets_(targets_of(table, request.columns)),
-        decimals_{request.plan_decimals, request.plan_decimals, request.elevation_decimals} {}
+  CoordinateWriter(const ODStore& store, const CoordinateRequest& request)
+      : request_(request),
+        columns_{ColumnValue(store, request.table, request.columns[0]),
+                 ColumnValue(store, request.table, request.columns[1]),
+                 ColumnValue(store, request.table, request.columns[2])} {}
 
   // Whether any column was set.
   bool write(const Point3& point, RecordIterator& record) {
-    const std::array<double, 3> coordinates{point.x, point.y, point.z};
-    bool any = false;
-    for (Target& target : targets_) {
-      make_text(coordinates[target.axis], decimals_[target.axis]);
-      if (store_text(text_, target.value) &&
-          record.set_value(target.column, view_of(target.value))) {
-        any = true;
-      }
-    }
-    return any;
+    const bool x = write(0, point.x, request_.plan_decimals, record);
+    const bool y = write(1, point.y, request_.plan_decimals, record);
+    const bool z = write(2, point.z, request_.elevation_decimals, record);
+    return x || y || z;
   }
 
  private:
-  void make_text(double coordinate, int decimals) {
+  bool write(std::size_t axis, double coordinate, int decimals, RecordIterator& record) {
+    if (request_.columns[axis].empty()) return false;
     text_.clear();
     append_fixed_text(coordinate, decimals, text_);
     const double rounded = read_real(text_);
     text_.clear();
     append_fixed_text(rounded, stored_decimals, text_);
+    return columns_[axis].store(text_, record);
   }
 
-  std::vector<Target> targets_;
-  std::array<int, 3> decimals_;
+  const CoordinateRequest& request_;
+  std::array<ColumnValue, 3> columns_;
   std::wstring text_;
 };
 
@@ -75,7 +56,7 @@ class CoordinateWriter {
 
 CoordinateCount set_coordinates(DrawingHost& host, ODStore& store, const EntityList& entities,
                                 const CoordinateRequest& request) {
-  CoordinateWriter writer(store.table(request.table).value_or(ODTableDef{}), request);
+  CoordinateWriter writer(store, request);
   RepresentativePoint representative(request.rules, std::pow(0.1, decimals_during_run));
   const std::unique_ptr<RecordIterator> records = store.records_of(request.table);
   CoordinateCount count;

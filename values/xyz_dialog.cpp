@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/value_text.h"
+#include "values/column_list.h"
 
 namespace korvel {
 namespace {
@@ -49,15 +50,8 @@ void ODSelectXYZ::changed(const Control& control) {
 }
 
 void ODSelectXYZ::fill_columns() {
-  std::vector<std::wstring> names{L""};
-  if (const std::optional<ODTableDef> table = store_.table(tables.text())) {
-    for (const ODColumnDef& column : table->columns)
-      names.push_back(column.name);
-  }
-  for (DropDown* list : {&x, &y, &z}) {
-    list->items = names;
-    list->selected = 0;
-  }
+  for (DropDown* list : {&x, &y, &z})
+    fill_with_columns(*list, store_, tables.text());
 }
 
 bool ODSelectXYZ::has_column_twice() const {

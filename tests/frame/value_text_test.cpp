@@ -5,7 +5,10 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "frame/utf.h"
 
@@ -123,6 +126,16 @@ TEST(ReadReal, TakesTheLeadingNumber) {
   for (const auto& [text, number] : cases)
     EXPECT_EQ(read_real(text), number) << to_utf8(text);
   EXPECT_TRUE(std::signbit(read_real(L"-0")));
+}
+
+TEST(WholeReal, IsTheWholeTextOrNone) {
+  const std::pair<std::wstring_view, std::optional<double>> cases[] = {
+      {L"0", 0.0},    {L" -1.5e1\t", -15.0}, {L".5", 0.5},  {L"", {}},  {L" ", {}},
+      {L"12abc", {}}, {L"1,5", {}},          {L"1 2", {}},  {L"-", {}}, {L"1e", {}},
+      {L"1e999", {}}, {L"inf", {}},          {L"0x10", {}},
+  };
+  for (const auto& [text, expected] : cases)
+    EXPECT_EQ(whole_real(text), expected) << to_utf8(text);
 }
 
 TEST(StoreText, ReadsAPointOnlyIfItHasThreeNumbers) {
