@@ -336,7 +336,7 @@ void replace(benchmark::State& state, const wchar_t* field, const wchar_t* searc
 // From LANES into WIDTH.
 void add_columns(benchmark::State& state) {
   set_values(state, [](ODStore& store, const EntityList& entities) {
-    return add_within_records(L"Roads", 0, 1, store, entities);
+    return add_within_records(L"Roads", 0, 1, store, entities).written;
   });
 }
 

@@ -27,9 +27,15 @@ std::optional<FoundColumn> find_column(const ODStore& store, const ColumnName& n
 }
 
 struct Outcome {
-  std::size_t written;
+  SumCounts sums;
   std::size_t entities;
 };
+
+void add_up(SumCounts& counts, RecordIterator& target, int column,
+            const std::optional<ODValueView>& sum) {
+  const bool written = sum && target.set_value(column, *sum);
+  ++(written ? counts.written : counts.refused);
+}
 
 // What both commands share; `add` does the work. None: there was nothing to do, and the user knows.
 template <class Add>
@@ -49,41 +55,46 @@ std::optional<Outcome> ask_and_add(Session& session, SumScope scope, const Add& 
 
   const std::optional<EntityList> entities = entities_to_set(host, std::move(picked));
   if (!entities || entities->empty()) return std::nullopt;
-  const DocumentLock lock(host);
-  return Outcome{add(from->place, to->place, session.store, *entities), entities->size()};
+  Outcome outcome{{}, entities->size()};
+  {
+    const DocumentLock lock(host);
+    outcome.sums = add(from->place, to->place, session.store, *entities);
+  }
+  if (outcome.sums.refused > 0) {
+    report<Message::InvalidTypeOf>(host, request.to.table, request.to.column);
+  }
+  return outcome;
 }
 
 }  // namespace
 
-std::size_t add_within_records(const std::wstring& table, int from, int to, ODStore& store,
-                               const EntityList& entities) {
+SumCounts add_within_records(const std::wstring& table, int from, int to, ODStore& store,
+                             const EntityList& entities) {
   ValueSum sum_of;
-  std::size_t written = 0;
+  SumCounts counts;
   const std::unique_ptr<RecordIterator> walk = store.records_of(table);
   for (const EntityId entity : entities) {
     for (walk->open(entity, OpenMode::Write); !walk->done(); walk->next()) {
-      const std::optional<ODValueView> sum = sum_of(walk->value(to), walk->value(from));
-      if (sum && walk->set_value(to, *sum)) ++written;
+      add_up(counts, *walk, to, sum_of(walk->value(to), walk->value(from)));
     }
   }
-  return written;
+  return counts;
 }
 
-std::size_t add_between_records(const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
-                                const EntityList& entities) {
+SumCounts add_between_records(const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
+                              const EntityList& entities) {
   ValueSum sum_of;
-  std::size_t written = 0;
+  SumCounts counts;
   const std::unique_ptr<RecordIterator> source = store.records_of(from.table);
   const std::unique_ptr<RecordIterator> target = store.records_of(to.table);
   for (const EntityId entity : entities) {
     source->open(entity, OpenMode::Read);
     target->open(entity, OpenMode::Write);
     if (source->done() || target->done()) continue;
-    const std::optional<ODValueView> sum =
-        sum_of(target->value(to.column), source->value(from.column));
-    if (sum && target->set_value(to.column, *sum)) ++written;
+    add_up(counts, *target, to.column,
+           sum_of(target->value(to.column), source->value(from.column)));
   }
-  return written;
+  return counts;
 }
 
 void add_val(Session& session) {
@@ -92,7 +103,7 @@ void add_val(Session& session) {
     return add_within_records(from.table, from.column, to.column, store, entities);
   };
   if (const std::optional<Outcome> outcome = ask_and_add(session, SumScope::OneTable, add)) {
-    report<Message::Completed>(session.host, outcome->written);
+    report<Message::Completed>(session.host, outcome->sums.written);
   }
 }
 
@@ -100,7 +111,7 @@ void add_val_od2od(Session& session) {
   const std::optional<Outcome> outcome =
       ask_and_add(session, SumScope::TwoTables, add_between_records);
   if (outcome) {
-    report<Message::CompletedOutOf>(session.host, outcome->written, outcome->entities);
+    report<Message::CompletedOutOf>(session.host, outcome->sums.written, outcome->entities);
   }
 }
 
