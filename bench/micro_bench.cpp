@@ -244,22 +244,6 @@ void convert_all_to_3d(benchmark::State& state) {
   count_entities(state);
 }
 
-// A pass that writes one column of every record of a table, beside which numbering stands.
-void write_one_column(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
-  const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
-  for ([[maybe_unused]] auto _ : state) {
-    std::int32_t number = 0;
-    for (const EntityId id : entities) {
-      for (records->open(id, OpenMode::Write); !records->done(); records->next())
-        records->set_value(0, number++);
-    }
-  }
-  count_entities(state);
-}
-
 void number_all(benchmark::State& state, const wchar_t* field) {
   const auto drawing = drawing_of(state.range(0));
   StandaloneStore store(*drawing);
@@ -312,7 +296,7 @@ void set_values(benchmark::State& state, const Set& set) {
   count_entities(state);
 }
 
-// A pass that writes one value of every record of a table, beside which the next two stand.
+// A pass that writes one value of every record of a table, beside which setting values stands.
 void write_one_column(benchmark::State& state) {
   set_values(state, [](ODStore& store, const EntityList& entities) {
     std::int64_t written = 0;
@@ -338,22 +322,6 @@ void add_columns(benchmark::State& state) {
   set_values(state, [](ODStore& store, const EntityList& entities) {
     return add_within_records(L"Roads", 0, 1, store, entities).written;
   });
-}
-
-// What setting values comes down to: one value of the record that most entities have, in place.
-void set_one_column(benchmark::State& state) {
-  bench::SilentHost host(drawing_of(state.range(0)));
-  StandaloneStore store(host.drawing());
-  const EntityList entities = host.model_space();
-  const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
-  for ([[maybe_unused]] auto _ : state) {
-    host.lock();
-    for (const EntityId id : entities) {
-      if (records->open(id, OpenMode::Write) && !records->done()) records->set_value(1, 2.5);
-    }
-    host.unlock();
-  }
-  count_entities(state);
 }
 
 void set_all_measures(benchmark::State& state) {
@@ -437,7 +405,6 @@ BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_one_column)->Apply(sizes);
 BENCHMARK(attach_to_all)->Apply(sizes);
 BENCHMARK(look_for_duplicates_to_remove)->Apply(sizes);
-BENCHMARK(write_one_column)->Apply(sizes);
 BENCHMARK_CAPTURE(replace, any_value, L"WIDTH", L"*", L"0.5")->Apply(sizes);
 BENCHMARK_CAPTURE(replace, smaller_real, L"WIDTH", L">7000", L"7000")->Apply(sizes);
 BENCHMARK_CAPTURE(replace, in_real, L"WIDTH", L"5", L"6")->Apply(sizes);
@@ -451,7 +418,6 @@ BENCHMARK_CAPTURE(number_all, integers, L"LANES")->Apply(sizes);
 BENCHMARK_CAPTURE(number_all, texts, L"NAME")->Apply(sizes);
 BENCHMARK(propose_first_number)->Apply(sizes);
 BENCHMARK(set_all_coordinates)->Apply(sizes);
-BENCHMARK(set_one_column)->Apply(sizes);
 BENCHMARK(set_all_measures)->Apply(sizes);
 BENCHMARK(set_all_texts)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);

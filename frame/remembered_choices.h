@@ -25,7 +25,7 @@ struct RememberedChoices {
   // leaves it until the next.
   std::vector<ExtensionEntry> entries_of_broken;
   CoordinateChoices coordinates;
-  std::int32_t first_number = 0;  // KORVEL_SETID; -1 after an invalid one
+  std::int32_t first_number = 0;   // KORVEL_SETID; -1 after an invalid one
   std::wstring table_of_measures;  // KORVEL_SETPROP
   std::wstring table_of_texts;     // KORVEL_SETTEXT
   std::wstring text_tolerance = L"0";

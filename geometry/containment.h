@@ -5,8 +5,8 @@
 
 namespace korvel {
 
-// Closed polylines of all kinds, closed splines and multilines, circles, whole ellipses, hatches and
-// faces (solid, trace, 3D face) have an area. Points, lines, arcs, open outlines, texts, block
+// Closed polylines of all kinds, closed splines and multilines, circles, whole ellipses, hatches
+// and faces (solid, trace, 3D face) have an area. Points, lines, arcs, open outlines, texts, block
 // references and unknown shapes have none, nor has a shape with a coordinate that is not finite.
 //
 // The outline belongs to the area. A self-crossing outline encloses by the even-odd rule, and so do

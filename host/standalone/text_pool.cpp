@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace korvel {
 namespace {
@@ -11,17 +12,19 @@ constexpr std::size_t block_size = std::size_t{64} * 1024;  // characters
 }  // namespace
 
 TextPool::Id TextPool::look_up(std::wstring_view text) {
-  if (2 * (texts_.size() + 1) > slots_.size()) grow();
+  if (5 * (texts_.size() + 1) > 4 * slots_.size()) grow();
   const std::size_t mask = slots_.size() - 1;
-  std::size_t slot = std::hash<std::wstring_view>{}(text)&mask;
-  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
-    if (texts_[slots_[slot] - 1] == text) return Id{slots_[slot] - 1};
+  const auto hash = static_cast<std::uint32_t>(std::hash<std::wstring_view>{}(text));
+  std::size_t slot = hash & mask;
+  for (; slots_[slot].number != 0; slot = (slot + 1) & mask) {
+    const std::uint32_t known = slots_[slot].number - 1;
+    if (slots_[slot].hash == hash && texts_[known] == text) return Id{known};
   }
   wchar_t* const kept = room_for(text.size());
   std::ranges::copy(text, kept);
   texts_.emplace_back(kept, text.size());
-  slots_[slot] = static_cast<std::uint32_t>(texts_.size());
-  return Id{slots_[slot] - 1};
+  slots_[slot] = {hash, static_cast<std::uint32_t>(texts_.size())};
+  return Id{slots_[slot].number - 1};
 }
 
 wchar_t* TextPool::room_for(std::size_t characters) {
@@ -37,13 +40,15 @@ wchar_t* TextPool::room_for(std::size_t characters) {
 
 void TextPool::grow() {
   constexpr std::size_t least_slots = 1024;
-  slots_.assign(std::max(least_slots, 2 * slots_.size()), 0);
+  const std::vector<Slot> former =
+      std::exchange(slots_, std::vector<Slot>(std::max(least_slots, 2 * slots_.size())));
   const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = 0; i < texts_.size(); ++i) {
-    std::size_t slot = std::hash<std::wstring_view>{}(texts_[i]) & mask;
-    while (slots_[slot] != 0)
+  for (const Slot& known : former) {
+    if (known.number == 0) continue;
+    std::size_t slot = known.hash & mask;
+    while (slots_[slot].number != 0)
       slot = (slot + 1) & mask;
-    slots_[slot] = static_cast<std::uint32_t>(i + 1);
+    slots_[slot] = known;
   }
 }
 
