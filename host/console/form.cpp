@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "host/console/form_change.h"
@@ -48,6 +49,15 @@ FormReply no_such_label(const Dialog& dialog, std::wstring_view typed, bool ambi
   return {FormReply::Kind::Refused, (ambiguous ? L"There is more than one " : L"There is no ") +
                                         in_quotes(typed) + L" here; there is: " +
                                         what_there_is(dialog)};
+}
+
+// A control's label alone is half a line.
+FormReply no_such_button(const Dialog& dialog, std::wstring_view typed, bool ambiguous) {
+  const Names controls = control_names(dialog);
+  const NameMatch control = match_name(controls, typed);
+  if (!control.index || control.ambiguous) return no_such_label(dialog, typed, ambiguous);
+  const std::wstring label = listed(std::span(controls).subspan(*control.index, 1));
+  return {FormReply::Kind::Refused, label + L" is no button; it is set by: " + label + L" = ..."};
 }
 
 // --- The whole line ---------------------------------------------------------------------------
@@ -127,7 +137,7 @@ FormReply apply_line(Dialog& dialog, std::wstring_view typed) {
   const bool whole_label = button.index && buttons[*button.index].size() == line.size();
   if (!assignment || whole_label) {
     if (button.index && !button.ambiguous) return press(dialog, *button.index);
-    return no_such_label(dialog, line, button.ambiguous);
+    return no_such_button(dialog, line, button.ambiguous);
   }
 
   const std::wstring label = field_text(assignment->left);

@@ -151,6 +151,7 @@ TEST(Form, AWrongLineSaysWhatThereIsAndChangesNothing) {
       {L"Criteria -= 2", L"There is no row \"2\"; the rows are: NAME."},
       {L"Used = x", L"Used cannot be changed."},
       {L"Off = on", L"Off is disabled."},
+      {L"simul", L"Simultaneous is no button; it is set by: Simultaneous = ..."},
       {L"Nothing = 1",
        L"There is no \"Nothing\" here; there is: Tables, Table, Rule, Simultaneous, Prefix, First, "
        L"Values, Criteria, Used, File, Off, Value, Pattern; buttons: Select all/nothing, OK, "

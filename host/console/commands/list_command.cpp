@@ -114,12 +114,17 @@ class EntityText {
   void fact(std::wstring_view name, std::wstring_view value) {
     line(format_text(L"%s: %s", name, value));
   }
+  // What rounds to zero has no sign.
+  [[nodiscard]] std::wstring shown(double value) const {
+    std::wstring text = fixed_text(value, decimals_);
+    const bool is_zero = text.find_first_not_of(L"-0.") == std::wstring::npos;
+    return is_zero && text.starts_with(L'-') ? text.substr(1) : text;
+  }
   void number(std::wstring_view name, double value) {
-    line(format_text(L"%s = %s", name, fixed_text(value, decimals_)));
+    line(format_text(L"%s = %s", name, shown(value)));
   }
   void place(std::wstring_view name, Point3 point) {
-    line(format_text(L"%s, X=%s Y=%s Z=%s", name, fixed_text(point.x, decimals_),
-                     fixed_text(point.y, decimals_), fixed_text(point.z, decimals_)));
+    line(format_text(L"%s, X=%s Y=%s Z=%s", name, shown(point.x), shown(point.y), shown(point.z)));
   }
 
   void type(EntityId id) {
