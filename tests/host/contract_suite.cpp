@@ -307,13 +307,19 @@ TEST_P(HostContract, PassesGiveWhatIteratorsGive) {
     return std::string(marks.begin(), marks.end());
   };
   const auto is = [](std::wstring_view text) {
-    return [text](const ODValueView& value) { return value == ODValueView(text); };
+    return [text](const ODValueView& value) {
+      const auto* const held = std::get_if<std::wstring_view>(&value);
+      return held != nullptr && *held == text;
+    };
   };
   const auto always = [](const ODValueView&) { return true; };
   EXPECT_EQ(marked(L"ROADS", 0, is(L"a")), std::string("\0\1\0\0\1\0", 6));
   EXPECT_EQ(marked(L"ROADS", 0, is(L"b")), std::string("\1\1\0\0\1\0", 6));
-  EXPECT_EQ(marked(L"ROADS", 1, [](const ODValueView& v) { return v == ODValueView(1); }),
-            std::string("\1\1\0\0\1\0", 6));
+  const auto is_one = [](const ODValueView& value) {
+    const auto* const held = std::get_if<std::int32_t>(&value);
+    return held != nullptr && *held == 1;
+  };
+  EXPECT_EQ(marked(L"ROADS", 1, is_one), std::string("\1\1\0\0\1\0", 6));
   EXPECT_EQ(marked(L"PARCELS", 0, always), std::string("\0\1\0\0\1\0", 6));
   EXPECT_EQ(marked(L"NONE", 0, always), std::string("\0\0\0\0\1\0", 6));
 }
