@@ -1,7 +1,10 @@
+// The promises of the store.
 #include "tests/host/contract_suite.h"
 
 #include <cmath>
 #include <limits>
+
+#include "tests/host/contract_records.h"
 
 namespace korvel::test {
 namespace {
@@ -14,18 +17,6 @@ const std::vector<LayerSpec> layers = {{L"0"},
                                        {L"*Hidden"}};
 const std::vector<EntitySpec> entities = {{L"Roads"},    {L"0"},           {L"Locked"},
                                           {L"Unlisted"}, {L"Roads", true}, {L"Roads"}};
-
-const ODTableDef roads = {L"ROADS",
-                          {{L"NAME", ODType::Character, L"none"},
-                           {L"LANES", ODType::Integer, std::int32_t{2}},
-                           {L"WIDTH", ODType::Real, 3.5},
-                           {L"START", ODType::Point, Point3{1, 2, 3}}}};
-const ODTableDef parcels = {L"PARCELS", {{L"NUMBER", ODType::Integer, std::int32_t{0}}}};
-
-ODRecord road(std::wstring name) {
-  return {L"ROADS", {std::move(name), std::int32_t{1}, 2.5, Point3{4, 5, 6}}};
-}
-ODRecord parcel(std::int32_t number) { return {L"PARCELS", {number}}; }
 
 // What a function says of a value.
 template <class Passes>
@@ -76,8 +67,6 @@ HostContract::Everything HostContract::everything() const {
     all.second.push_back(records_of(id));
   return all;
 }
-
-using Records = std::vector<ODRecord>;
 
 TEST_P(HostContract, RecordsComeInTheOrderOfAttachment) {
   const Records attached = {road(L"a"), parcel(7), road(L"b"), road(L"a")};
@@ -505,146 +494,6 @@ TEST_P(HostContract, ColumnsAreRenamedAddedAndRemoved) {
   EXPECT_EQ(records_of(other_), (Records{{L"PARCELS", {std::int32_t{8}, L"*"}}}));
   EXPECT_FALSE(store_.attach(plain_, parcel(9)));
   EXPECT_TRUE(store_.attach(plain_, {L"PARCELS", {std::int32_t{9}, L"end"}}));
-}
-
-TEST_P(HostContract, EntitiesOpenUnlessErasedAndForWritingUnlessLocked) {
-  const struct {
-    const char* name;
-    EntityId entity;
-    bool read, write;
-  } cases[] = {
-      {"plain", plain_, true, true},       {"locked", locked_, true, false},
-      {"unlisted", unlisted_, true, true}, {"erased", erased_, false, false},
-      {"null", {}, false, false},          {"a layer", host_.layer_of(plain_), false, false}};
-  for (const auto& test : cases) {
-    EXPECT_EQ(host_.opens(test.entity, OpenMode::Read), test.read) << test.name;
-    EXPECT_EQ(host_.opens(test.entity, OpenMode::Write), test.write) << test.name;
-    EXPECT_EQ(host_.geometry_of(test.entity).has_value(), test.read) << test.name;
-    EXPECT_EQ(host_.layer_of(test.entity).is_null(), !test.read) << test.name;
-  }
-  EXPECT_EQ(host_.extents_of(plain_), (Extents{{1, 2, 3}, {1, 2, 3}}));
-  EXPECT_EQ(host_.handle_of(plain_), L"2A");
-}
-
-TEST_P(HostContract, ModelSpaceIsOldestFirst) {
-  EXPECT_EQ(host_.model_space(), (EntityList{plain_, other_, locked_, unlisted_}));
-}
-
-TEST_P(HostContract, PickFirstSetKeepsTheOrderOfSelection) {
-  EXPECT_EQ(host_.pick_first(), EntityList{});
-  host_.set_pick_first({unlisted_, erased_, plain_, locked_});
-  EXPECT_EQ(host_.pick_first(), (EntityList{unlisted_, plain_, locked_}));
-  EXPECT_EQ(host_.pick_first(), (EntityList{unlisted_, plain_, locked_})) << "asking takes nothing";
-  host_.set_pick_first({other_, plain_});
-  under_test_->erase(plain_);
-  EXPECT_EQ(host_.pick_first(), EntityList{other_});
-  host_.set_pick_first({});
-  EXPECT_EQ(host_.pick_first(), EntityList{});
-}
-
-TEST_P(HostContract, PropertiesAreSetTogetherUnlessTheLayerIsLocked) {
-  EXPECT_EQ(host_.properties_of(erased_), std::nullopt);
-  EntityProperties wanted = host_.properties_of(plain_).value();
-  EXPECT_EQ(wanted, (EntityProperties{L"Roads", L"ByLayer", 256, std::nullopt, 1, -1}));
-  wanted = {L"Off", L"DASHED", 3, 0x102030, 2.5, 30};
-  EXPECT_TRUE(host_.set_properties(plain_, wanted));
-  EXPECT_EQ(host_.properties_of(plain_), wanted);
-  EXPECT_EQ(host_.layer_of(plain_), host_.layers().at(4).id);
-  const EntityProperties former = host_.properties_of(locked_).value();
-  EXPECT_FALSE(host_.set_properties(locked_, wanted));
-  EXPECT_FALSE(host_.set_properties(erased_, wanted));
-  EXPECT_EQ(host_.properties_of(locked_), former);
-  // Moved to a locked layer, it is locked.
-  wanted.layer = L"Locked";
-  EXPECT_TRUE(host_.set_properties(plain_, wanted));
-  EXPECT_FALSE(host_.opens(plain_, OpenMode::Write));
-}
-
-TEST_P(HostContract, AnotherShapeLeavesTheRestOfTheEntity) {
-  ASSERT_TRUE(store_.attach(plain_, parcel(1)));
-  const std::wstring handle = host_.handle_of(plain_);
-  const EntityGeometry shapes[] = {
-      {LineShape{{1, 2, 3}, {4, 5, 6}}},
-      {ArcShape{{1, 2, 0}, {0, 0, 1}, {1, 0, 0}, 5, 1.5}},
-      {EllipseShape{{1, 2, 0}, {0, 0, 1}, {4, 0, 0}, 0.5, 0, 3}},
-      {PolylineShape{PolylineKind::ThreeD, {{{0, 0, 0}}, {{1, 2, 3}}}, {0, 0, 1}, true}},
-      {PolylineShape{PolylineKind::Light, {{{0, 0, 1}, 0.5}, {{1, 2, 1}}}, {0, 0, 1}, false}, 2}};
-  for (const EntityGeometry& shape : shapes) {
-    ASSERT_TRUE(host_.set_geometry(plain_, shape));
-    const std::optional<EntityGeometry> now = host_.geometry_of(plain_);
-    ASSERT_TRUE(now);
-    EXPECT_EQ(now->shape.index(), shape.shape.index());
-    EXPECT_EQ(now->thickness, shape.thickness);
-    EXPECT_EQ(host_.handle_of(plain_), handle);
-    EXPECT_EQ(host_.properties_of(plain_).value().layer, L"Roads");
-    EXPECT_EQ(records_of(plain_), Records{parcel(1)});
-  }
-  EXPECT_FALSE(host_.set_geometry(plain_, {HatchShape{}}));
-  EXPECT_FALSE(host_.set_geometry(locked_, shapes[0]));
-  EXPECT_FALSE(host_.set_geometry(erased_, shapes[0]));
-}
-
-TEST_P(HostContract, ExtensionEntriesAreCopiedWithTheObjectData) {
-  ASSERT_TRUE(store_.attach(plain_, road(L"a")));
-  ASSERT_TRUE(store_.attach(plain_, parcel(1)));
-  ASSERT_TRUE(store_.attach(other_, parcel(9)));
-  EXPECT_TRUE(host_.extension_entries(unlisted_).empty());
-  EXPECT_TRUE(host_.extension_entries(erased_).empty());
-  const std::vector<ExtensionEntry> entries = host_.extension_entries(plain_);
-  ASSERT_EQ(entries.size(), 1U);
-  ASSERT_TRUE(store_.attach(plain_, parcel(2))) << "a copy is what was there";
-
-  for (const EntityId id : {other_, unlisted_})
-    EXPECT_TRUE(host_.store_extension_entry(id, entries[0]));
-  EXPECT_EQ(records_of(other_), (Records{road(L"a"), parcel(1)})) << "in place of what it had";
-  const std::unique_ptr<RecordIterator> records = store_.records();
-  ASSERT_TRUE(records->open(other_, OpenMode::Write));
-  ASSERT_TRUE(records->update(road(L"b")));
-  EXPECT_EQ(records_of(unlisted_), (Records{road(L"a"), parcel(1)})) << "each a copy of its own";
-  for (const EntityId id : {locked_, erased_, EntityId{}})
-    EXPECT_FALSE(host_.store_extension_entry(id, entries[0]));
-  EXPECT_EQ(records_of(locked_), Records{});
-}
-
-TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {
-  EXPECT_EQ(host_.entities_around({1, 2, 99}), host_.model_space());
-  EXPECT_EQ(host_.entities_around({1, 2.001, 3}), EntityList{});
-  under_test_->erase(other_);
-  EXPECT_EQ(host_.entities_around({1, 2, 3}), (EntityList{plain_, locked_, unlisted_}));
-  ASSERT_TRUE(host_.set_geometry(plain_, {PointShape{{7, 8, 0}}}));
-  EXPECT_EQ(host_.entities_around({1, 2, 3}), (EntityList{locked_, unlisted_}));
-  EXPECT_EQ(host_.entities_around({7, 8, 3}), EntityList{plain_});
-}
-
-TEST_P(HostContract, LayersHaveTheirFlagsAlsoWithoutARecord) {
-  std::vector<std::wstring> found;
-  for (const Layer& layer : host_.layers()) {
-    found.push_back(layer.name + (layer.frozen ? L" frozen" : L"") +
-                    (layer.hidden ? L" hidden" : L"") + (layer.locked ? L" locked" : L"") +
-                    (layer.off ? L" off" : L""));
-    EXPECT_EQ(host_.layer_of(locked_) == layer.id, layer.name == L"Locked");
-    EXPECT_EQ(host_.layer_of(unlisted_) == layer.id, layer.name == L"Unlisted");
-  }
-  EXPECT_EQ(found, (std::vector<std::wstring>{L"0", L"Roads", L"Locked locked", L"Frozen frozen",
-                                              L"Off off", L"*Hidden hidden", L"Unlisted"}));
-}
-
-TEST_P(HostContract, IntegerVariablesAreNamedWithoutCase) {
-  EXPECT_EQ(host_.variable(L"LUPREC"), 4);
-  EXPECT_TRUE(host_.set_variable(L"luprec", 7));
-  EXPECT_EQ(host_.variable(L"LuPrec"), 7);
-  for (const wchar_t* name : {L"LTSCALE", L"CLAYER", L"NOSUCH", L""}) {
-    EXPECT_EQ(host_.variable(name), std::nullopt) << to_utf8(name);
-    EXPECT_FALSE(host_.set_variable(name, 1)) << to_utf8(name);
-  }
-}
-
-TEST_P(HostContract, LockingNests) {
-  host_.lock();
-  EXPECT_TRUE(store_.attach(plain_, road(L"a")));
-  host_.unlock();
-  EXPECT_TRUE(store_.attach(plain_, road(L"b")));
-  EXPECT_EQ(records_of(plain_), (Records{road(L"a"), road(L"b")}));
 }
 
 }  // namespace korvel::test
