@@ -72,6 +72,10 @@ class DrawingHost {
   // Hexadecimal, upper case, no leading zeros; empty when the entity has none.
   [[nodiscard]] virtual std::wstring handle_of(EntityId entity) const = 0;
 
+  // The entity of this handle, in whatever space; letter case and leading zeros do not count. The
+  // null identifier when no entity that can be opened has it.
+  [[nodiscard]] virtual EntityId entity_with_handle(std::wstring_view handle) const = 0;
+
   // The shape in world coordinates; none for an entity that cannot be opened.
   [[nodiscard]] virtual std::optional<EntityGeometry> geometry_of(EntityId entity) const = 0;
 

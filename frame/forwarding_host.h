@@ -145,6 +145,9 @@ class ForwardingHost : public DrawingHost {
   [[nodiscard]] std::wstring handle_of(EntityId entity) const override {
     return target_.handle_of(entity);
   }
+  [[nodiscard]] EntityId entity_with_handle(std::wstring_view handle) const override {
+    return target_.entity_with_handle(handle);
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return target_.geometry_of(entity);
   }

@@ -330,6 +330,10 @@ class TracingHost final : public ForwardingHost {
   [[nodiscard]] std::wstring handle_of(EntityId entity) const override {
     return TraceLine(L"handle_of", entity).returns(sink_, Base::handle_of(entity));
   }
+  [[nodiscard]] EntityId entity_with_handle(std::wstring_view handle) const override {
+    return TraceLine(L"entity_with_handle", handle)
+        .returns(sink_, Base::entity_with_handle(handle));
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return TraceLine(L"geometry_of", entity).returns(sink_, Base::geometry_of(entity));
   }

@@ -118,6 +118,29 @@ std::optional<Point3> read_point(std::wstring_view text) {
   return Point3{x->value, y->value, z->value};
 }
 
+std::optional<ODValue> whole_integer(std::wstring_view text) {
+  const std::size_t sign = skip_blanks(text, 0);
+  const std::size_t begin = is_at(text, sign, L"+-") ? sign + 1 : sign;
+  const std::size_t end = skip_digits(text, begin);
+  if (end == begin || skip_blanks(text, end) != text.size()) return std::nullopt;
+  // A number beyond the range reads as the largest or the smallest.
+  const std::int32_t number = read_integer(text);
+  if (const auto exact = scan_real(text, 0); !exact || exact->value != number) return std::nullopt;
+  return number;
+}
+
+std::optional<ODValue> whole_point(std::wstring_view text) {
+  const std::size_t first = text.find(L',');
+  if (first == std::wstring_view::npos) return std::nullopt;
+  const std::size_t second = text.find(L',', first + 1);
+  if (second == std::wstring_view::npos) return std::nullopt;
+  const auto x = whole_real(text.substr(0, first));
+  const auto y = whole_real(text.substr(first + 1, second - first - 1));
+  const auto z = whole_real(text.substr(second + 1));
+  if (!x || !y || !z) return std::nullopt;
+  return Point3{*x, *y, *z};
+}
+
 struct Append {
   std::wstring& out;
 
@@ -202,6 +225,22 @@ std::optional<double> whole_real(std::wstring_view text) {
   const std::optional<RealScan> read = scan_real(text, 0);
   if (!read || skip_blanks(text, read->end) != text.size()) return std::nullopt;
   return std::isfinite(read->value) ? std::optional(read->value) : std::nullopt;
+}
+
+std::optional<ODValue> whole_value(std::wstring_view text, ODType type) {
+  switch (type) {
+    case ODType::Integer:
+      return whole_integer(text);
+    case ODType::Real:
+      return whole_real(text);
+    case ODType::Character:
+      return std::wstring(text);
+    case ODType::Point:
+      return whole_point(text);
+    case ODType::Unknown:
+      break;
+  }
+  return std::nullopt;
 }
 
 std::wstring fixed_text(double number, int decimals) {

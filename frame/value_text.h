@@ -41,6 +41,11 @@ void append_value_text(const ODValueView& value, std::wstring& out);
 // The finite number that the text is, blanks at its ends aside; none when it is anything else.
 [[nodiscard]] std::optional<double> whole_real(std::wstring_view text);
 
+// The value of this type that the text says in full, blanks at its ends aside (a text is taken as
+// it stands): an integer of 32 bits, a finite number, three finite numbers with commas between
+// them. None when it says anything else, and for an unknown type.
+[[nodiscard]] std::optional<ODValue> whole_value(std::wstring_view text, ODType type);
+
 inline constexpr int max_decimals = 99;
 
 // The number in fixed notation, correctly rounded, with 0 to max_decimals decimals (what lies

@@ -44,6 +44,12 @@ std::wstring StandaloneHost::handle_of(EntityId entity) const {
   return {digits.begin(), digits.end()};
 }
 
+EntityId StandaloneHost::entity_with_handle(std::wstring_view handle) const {
+  std::uint64_t number = 0;
+  if (!dxf::read_handle(to_utf8(handle), number)) return {};
+  return drawing_->by_handle(number).value_or(EntityId{});
+}
+
 std::optional<EntityGeometry> StandaloneHost::geometry_of(EntityId entity) const {
   if (!drawing_->exists(entity)) return std::nullopt;
   return drawing_->geometry_of(entity);

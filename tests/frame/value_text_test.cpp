@@ -138,6 +138,32 @@ TEST(WholeReal, IsTheWholeTextOrNone) {
     EXPECT_EQ(whole_real(text), expected) << to_utf8(text);
 }
 
+TEST(WholeValue, IsTheWholeTextInItsTypeOrNone) {
+  using enum ODType;
+  const struct {
+    std::wstring_view text;
+    ODType type;
+    std::optional<ODValue> value;
+  } cases[] = {
+      {L" -2147483648 ", Integer, ODValue(std::numeric_limits<std::int32_t>::min())},
+      {L"+007", Integer, ODValue(7)},
+      {L"2147483648", Integer, {}},
+      {L"99999999999999999999", Integer, {}},
+      {L"7.0", Integer, {}},
+      {L"1e5", Integer, {}},
+      {L"", Integer, {}},
+      {L"2.50", Real, ODValue(2.5)},
+      {L"1e999", Real, {}},
+      {L" a ", Character, ODValue(std::wstring(L" a "))},
+      {L" 1, 2e0,-3 ", Point, ODValue(Point3{1, 2, -3})},
+      {L"1,2,3,4", Point, {}},
+      {L"1,2", Point, {}},
+      {L"1", Unknown, {}},
+  };
+  for (const auto& test : cases)
+    EXPECT_EQ(whole_value(test.text, test.type), test.value) << to_utf8(test.text);
+}
+
 TEST(StoreText, ReadsAPointOnlyIfItHasThreeNumbers) {
   const std::wstring_view good[] = {L"1,2,3", L" 1.0,\t2e0,+3", L"1,2,3 and more", L"1,2,3,4"};
   for (const std::wstring_view text : good) {

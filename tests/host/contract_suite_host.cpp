@@ -20,7 +20,23 @@ TEST_P(HostContract, EntitiesOpenUnlessErasedAndForWritingUnlessLocked) {
     EXPECT_EQ(host_.layer_of(test.entity).is_null(), !test.read) << test.name;
   }
   EXPECT_EQ(host_.extents_of(plain_), (Extents{{1, 2, 3}, {1, 2, 3}}));
+}
+
+TEST_P(HostContract, EntitiesAreFoundByHandle) {
   EXPECT_EQ(host_.handle_of(plain_), L"2A");
+  const struct {
+    const wchar_t* handle;
+    EntityId entity;
+  } cases[] = {{L"2A", plain_}, {L"2a", plain_}, {L"002A", plain_},
+               {L"FFFFFF", {}}, {L"", {}},       {L"2A x", {}},
+               {L"-2A", {}},    {L"0", {}},      {L"123456789123456789", {}}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(host_.entity_with_handle(test.handle), test.entity) << to_utf8(test.handle);
+  }
+  EXPECT_EQ(host_.entity_with_handle(host_.handle_of(locked_)), locked_);
+  const std::wstring handle = host_.handle_of(other_);
+  under_test_->erase(other_);
+  EXPECT_TRUE(host_.entity_with_handle(handle).is_null());
 }
 
 TEST_P(HostContract, ModelSpaceIsOldestFirst) {

@@ -86,6 +86,10 @@ class FailingHost final : public ForwardingHost {
   [[nodiscard]] EntityId layer_of(EntityId entity) const override {
     return failures_.open.contains(entity) ? EntityId{} : Base::layer_of(entity);
   }
+  [[nodiscard]] EntityId entity_with_handle(std::wstring_view handle) const override {
+    const EntityId entity = Base::entity_with_handle(handle);
+    return failures_.open.contains(entity) ? EntityId{} : entity;
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return failures_.open.contains(entity) ? std::nullopt : Base::geometry_of(entity);
   }
