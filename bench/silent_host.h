@@ -37,6 +37,12 @@ class SilentHost final : public StandaloneHost {
     return {};
   }
   bool run_command(std::wstring_view /*name*/, EntityId /*entity*/) override { return false; }
+  [[nodiscard]] std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& /*traits*/,
+                                                             Palette& /*content*/) override {
+    return nullptr;
+  }
+  void cancel_command() override {}
+  void send(std::wstring_view /*text*/) override {}
   void start_progress(std::wstring_view /*label*/, std::int64_t /*range*/) override {}
   void move_progress(std::int64_t /*position*/) override {}
   void end_progress() override {}

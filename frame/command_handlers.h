@@ -8,6 +8,8 @@ struct Session;
 
 void about(Session& session);
 
+void show_commands(Session& session);
+
 void has_od(Session& session);
 void has_no_od(Session& session);
 void has_multiple_od(Session& session);

@@ -33,6 +33,12 @@ void ListBox::select(std::wstring_view text) {
   if (found != items.end()) selected = static_cast<std::size_t>(found - items.begin());
 }
 
+std::wstring Tree::text() const {
+  if (!selected) return {};
+  const Item& item = items[selected->item];
+  return selected->leaf ? item.leaves[*selected->leaf] : item.label;
+}
+
 bool Dialog::press(std::size_t button) {
   const Button& chosen = buttons_.at(button);
   if (chosen.role == ButtonRole::Act) {

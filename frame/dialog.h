@@ -97,8 +97,68 @@ struct FileChooser : Control {
   std::filesystem::path path;
 };
 
+// Leaves under headings, and leaves without one. The user activates one (a double click).
+struct Tree : Control {
+  using Control::Control;
+  struct Item {
+    std::wstring label;
+    std::vector<std::wstring> leaves;  // none: the item is a leaf itself
+  };
+  struct Place {
+    std::size_t item = 0;
+    std::optional<std::size_t> leaf;  // none: the item itself
+  };
+  std::vector<Item> items;
+  std::optional<Place> selected;
+
+  // Of the selected item or leaf; empty when nothing is selected.
+  [[nodiscard]] std::wstring text() const;
+};
+
+// Lines of a grid that may be too many to be held as texts: a host asks for those that it shows.
+class GridLines {
+ public:
+  struct Column {
+    std::wstring heading;
+    bool editable = false;
+    int width = 0;  // pixels; 0: the host's own choice
+  };
+  struct Line {
+    std::vector<std::wstring> cells;  // a group's heading alone when it is one
+    bool is_group = false;
+    bool chosen = false;
+  };
+
+  GridLines() = default;
+  GridLines(const GridLines&) = delete;
+  GridLines& operator=(const GridLines&) = delete;
+  virtual ~GridLines() = default;
+
+  [[nodiscard]] virtual std::vector<Column> columns() const = 0;
+  [[nodiscard]] virtual std::size_t line_count() const = 0;
+  [[nodiscard]] virtual Line line(std::size_t index) const = 0;
+
+  // The line becomes chosen or not, a group's with all that is under it. The host says `changed`
+  // when it has told all.
+  virtual void choose(std::size_t index, bool on) = 0;
+
+  // Opens or folds a group; of another line nothing.
+  virtual void activate(std::size_t index) = 0;
+
+  // None: the cell has the text now. Otherwise one sentence that says why it cannot have it.
+  virtual std::optional<std::wstring> set_cell(std::size_t index, std::size_t column,
+                                               std::wstring_view text) = 0;
+};
+
+struct LongGrid : Control {
+  LongGrid(std::wstring label_text, GridLines& shown)
+      : Control(std::move(label_text)), lines(&shown) {}
+  GridLines* lines;     // the dialog's
+  std::size_t top = 0;  // the first line in sight
+};
+
 using ControlPointer = std::variant<CheckList*, ListBox*, DropDown*, CheckBox*, Edit*, Spin*, Grid*,
-                                    ReadOnlyText*, FileChooser*>;
+                                    ReadOnlyText*, FileChooser*, Tree*, LongGrid*>;
 
 enum class ButtonRole {
   Accept,  // closes the dialog
@@ -109,7 +169,10 @@ enum class ButtonRole {
 struct Button {
   std::wstring label;
   ButtonRole role = ButtonRole::Accept;
+  std::wstring menu = {};  // the button is an item of this menu; empty: it is a button
 };
+
+enum class DialogKey { Enter, Escape };
 
 // Base of the dialogs. A dialog owns its controls as members and enters them in the order in which
 // they are shown; a host changes a control's contents and then says so with `changed`.
@@ -125,6 +188,12 @@ class Dialog {
 
   // The user changed this control; the others follow.
   virtual void changed(const Control& /*control*/) {}
+
+  // The user activated the selected item of this control.
+  virtual void activated(const Control& /*control*/) {}
+
+  // Keys that do nothing here, not even what they do in every dialog.
+  [[nodiscard]] virtual bool swallows(DialogKey /*key*/) const { return false; }
 
   // The user pressed the button. True: the dialog closes, and pressed() tells by which button.
   bool press(std::size_t button);

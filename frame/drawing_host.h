@@ -18,10 +18,12 @@
 #include "frame/entity_properties.h"
 #include "frame/object_copy.h"
 #include "frame/od_store.h"
+#include "frame/palette_set.h"
 
 namespace korvel {
 
 class Dialog;
+class Palette;
 
 struct Layer {
   EntityId id;
@@ -167,6 +169,21 @@ class DrawingHost {
   [[nodiscard]] virtual std::optional<std::filesystem::path> choose_file_to_save(
       const FileQuestion& question) = 0;
 
+  // --- Palettes ---
+
+  // A palette set on the host's main window with this palette in it, which bears the set's name: a
+  // registered tool, dockable on all sides, in the place where it was last, else at the left. It is
+  // not shown yet. The palette must outlive it.
+  [[nodiscard]] virtual std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& traits,
+                                                                     Palette& content) = 0;
+
+  // What the host's user interface keeps for the module, such as the columns of a grid, by name.
+  // None: there is nothing under the name. A host that keeps nothing forgets it.
+  [[nodiscard]] virtual std::optional<std::wstring> profile(std::wstring_view /*name*/) const {
+    return std::nullopt;
+  }
+  virtual void set_profile(std::wstring_view /*name*/, std::wstring_view /*value*/) {}
+
   // --- Progress meter ---
 
   // One meter at a time: started with its label and its range from 0, moved, and ended.
@@ -184,6 +201,13 @@ class DrawingHost {
   // others. The pick-first set is let go. Names ignore case and a leading "_" or ".". False: there
   // is no such command, or it failed.
   virtual bool run_command(std::wstring_view name, EntityId entity) = 0;
+
+  // Cancels the command that is running, as soon as the host comes to it.
+  virtual void cancel_command() = 0;
+
+  // Text for the command line of the current document, taken as if it had been typed, but not
+  // echoed, once what runs now is done. A blank or a line feed is Enter.
+  virtual void send(std::wstring_view text) = 0;
 
   // From now on the reactor is told when a command of the host ends, in the order of adding, until
   // it is removed. It must outlive that; a second adding or removing changes nothing.

@@ -212,6 +212,17 @@ class ForwardingHost : public DrawingHost {
     return target_.choose_file_to_save(question);
   }
 
+  [[nodiscard]] std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& traits,
+                                                             Palette& content) override {
+    return target_.make_palette_set(traits, content);
+  }
+  [[nodiscard]] std::optional<std::wstring> profile(std::wstring_view name) const override {
+    return target_.profile(name);
+  }
+  void set_profile(std::wstring_view name, std::wstring_view value) override {
+    target_.set_profile(name, value);
+  }
+
   void start_progress(std::wstring_view label, std::int64_t range) override {
     target_.start_progress(label, range);
   }
@@ -222,6 +233,8 @@ class ForwardingHost : public DrawingHost {
   bool run_command(std::wstring_view name, EntityId entity) override {
     return target_.run_command(name, entity);
   }
+  void cancel_command() override { target_.cancel_command(); }
+  void send(std::wstring_view text) override { target_.send(text); }
   void add_reactor(EditorReactor& reactor) override { target_.add_reactor(reactor); }
   void remove_reactor(EditorReactor& reactor) override { target_.remove_reactor(reactor); }
 

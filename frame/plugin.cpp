@@ -44,14 +44,14 @@ void ModuleApp::on_unload() {
 
 void CkorvelApp::on_load() {
   ModuleApp::on_load();
-  for (const Command& command : command_table()) {
+  for (const Command& command : command_table) {
     stack().add_command(command_group, command.name, command.name, command.flags, command.handler);
   }
 }
 
 void CkorvelApp::on_unload() {
-  table_editor.reset();
-  command_palette.reset();
+  palettes.table_editor.reset();
+  palettes.commands.reset();
   choices = {};
   stack().remove_group(command_group);
   ModuleApp::on_unload();

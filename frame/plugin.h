@@ -2,10 +2,10 @@
 // goes.
 #pragma once
 
-#include <memory>
 #include <string_view>
 
 #include "frame/command_table.h"
+#include "frame/session.h"
 
 namespace korvel {
 
@@ -26,16 +26,6 @@ class CommandStack {
   // A function for the host's scripting language: takes nothing, returns the host's status.
   virtual void add_function(std::wstring_view name, int (*function)()) = 0;
   virtual void remove_function(std::wstring_view name) = 0;
-};
-
-// A dockable container of palettes, drawn by the host. Destroying it takes it off the screen.
-class PaletteSet {
- public:
-  PaletteSet() = default;
-  PaletteSet(const PaletteSet&) = delete;
-  PaletteSet& operator=(const PaletteSet&) = delete;
-  virtual ~PaletteSet() = default;
-  virtual void show() = 0;
 };
 
 // What every module of the host's framework does on the two notifications: it registers, and takes
@@ -65,10 +55,7 @@ class CkorvelApp final : public ModuleApp {
   void on_unload() override;
 
   RememberedChoices choices;
-
-  // Empty until the first run of KORVEL_CTL and of KORVEL_TABLE; nobody else deletes them.
-  std::unique_ptr<PaletteSet> command_palette;
-  std::unique_ptr<PaletteSet> table_editor;
+  Palettes palettes;
 };
 
 // Runs a handler with the module's resources current, and the former ones again on every way out,

@@ -412,6 +412,18 @@ class TracingHost final : public ForwardingHost {
     return TraceLine(L"choose_file_to_save", question.filter)
         .returns(sink_, Base::choose_file_to_save(question));
   }
+  [[nodiscard]] std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& traits,
+                                                             Palette& content) override {
+    TraceLine(L"make_palette_set", traits.name).ends(sink_);
+    return Base::make_palette_set(traits, content);
+  }
+  [[nodiscard]] std::optional<std::wstring> profile(std::wstring_view name) const override {
+    return TraceLine(L"profile", name).returns(sink_, Base::profile(name));
+  }
+  void set_profile(std::wstring_view name, std::wstring_view value) override {
+    TraceLine(L"set_profile", name, value).ends(sink_);
+    Base::set_profile(name, value);
+  }
   void start_progress(std::wstring_view label, std::int64_t range) override {
     TraceLine(L"start_progress", label, range).ends(sink_);
     Base::start_progress(label, range);
@@ -426,6 +438,14 @@ class TracingHost final : public ForwardingHost {
   }
   bool run_command(std::wstring_view name, EntityId entity) override {
     return TraceLine(L"run_command", name, entity).returns(sink_, Base::run_command(name, entity));
+  }
+  void cancel_command() override {
+    TraceLine(L"cancel_command").ends(sink_);
+    Base::cancel_command();
+  }
+  void send(std::wstring_view text) override {
+    TraceLine(L"send", text).ends(sink_);
+    Base::send(text);
   }
   void add_reactor(EditorReactor& reactor) override {
     TraceLine(L"add_reactor").ends(sink_);

@@ -55,7 +55,7 @@ void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) 
     if (trace_) {
       run_traced(command.handler, store);
     } else {
-      Session session{store, host_, choices_};
+      Session session{store, host_, app_.choices, app_.palettes};
       run_handler(command.handler, session);
     }
   });
@@ -64,7 +64,7 @@ void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) 
 void CommandLoop::run_traced(CommandHandler handler, ODStore& store) {
   const std::unique_ptr<ODStore> traced_store = tracing_store(store, trace_);
   const std::unique_ptr<DrawingHost> traced_host = tracing_host(host_, trace_);
-  Session session{*traced_store, *traced_host, choices_};
+  Session session{*traced_store, *traced_host, app_.choices, app_.palettes};
   run_handler(handler, session);
 }
 

@@ -13,8 +13,8 @@ namespace korvel {
 class CommandLoop {
  public:
   CommandLoop(TerminalHost& host, LineSource& lines, const ConsoleCommandStack& plugin,
-              RememberedChoices& choices)
-      : host_(host), lines_(lines), plugin_(plugin), choices_(choices) {}
+              CkorvelApp& app)
+      : host_(host), lines_(lines), plugin_(plugin), app_(app) {}
 
   // From now on every call that the plug-in's commands make of their host goes to the sink.
   void trace_to(TraceSink sink) { trace_ = std::move(sink); }
@@ -30,7 +30,7 @@ class CommandLoop {
   TerminalHost& host_;
   LineSource& lines_;
   const ConsoleCommandStack& plugin_;
-  RememberedChoices& choices_;
+  CkorvelApp& app_;
   std::wstring last_command_;
   TraceSink trace_;
 };

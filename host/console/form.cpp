@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/console/form_change.h"
+#include "host/console/form_grid.h"
 #include "host/console/form_line.h"
 #include "host/console/form_parts.h"
 #include "host/console/typed_text.h"
@@ -33,14 +34,35 @@ Names button_names(const Dialog& dialog) {
   return names;
 }
 
+struct CellColumn {
+  std::size_t control = 0;
+  std::size_t column = 0;
+  std::wstring heading;
+  bool editable = false;
+};
+
+std::vector<CellColumn> cell_columns(const Dialog& dialog) {
+  std::vector<CellColumn> columns;
+  const auto add_all = [&columns](std::size_t control, const auto& headings) {
+    for (std::size_t column = 0; column < headings.size(); ++column) {
+      columns.push_back({control, column, headings[column].heading, headings[column].editable});
+    }
+  };
+  for (std::size_t control = 0; control < dialog.controls().size(); ++control) {
+    const ControlPointer& pointer = dialog.controls()[control];
+    if (const auto* grid = std::get_if<Grid*>(&pointer)) add_all(control, (*grid)->columns);
+    if (const auto* grid = std::get_if<LongGrid*>(&pointer)) {
+      add_all(control, (*grid)->lines->columns());
+    }
+  }
+  return columns;
+}
+
 std::wstring what_there_is(const Dialog& dialog) {
   Names names = control_names(dialog);
-  for (const ControlPointer& control : dialog.controls()) {
-    if (const auto* grid = std::get_if<Grid*>(&control)) {
-      for (const Grid::Column& column : (*grid)->columns) {
-        if (column.editable) names.emplace_back(column.heading);
-      }
-    }
+  const std::vector<CellColumn> columns = cell_columns(dialog);
+  for (const CellColumn& column : columns) {
+    if (column.editable) names.emplace_back(column.heading);
   }
   return listed(names) + L"; buttons: " + listed(button_names(dialog)) + L".";
 }
@@ -99,27 +121,19 @@ FormReply set_control(Dialog& dialog, std::size_t index, const auto& make_change
   return {FormReply::Kind::Done, changed_along(dialog, before, index)};
 }
 
-struct CellColumn {
-  std::size_t control = 0;
-  std::size_t column = 0;
-};
-
 FormReply set_cell(Dialog& dialog, const FormAssignment& assignment) {
+  const std::vector<CellColumn> columns = cell_columns(dialog);
   Names headings;
-  std::vector<CellColumn> columns;
-  for (std::size_t control = 0; control < dialog.controls().size(); ++control) {
-    auto* const* grid = std::get_if<Grid*>(&dialog.controls()[control]);
-    if (grid == nullptr) continue;
-    for (std::size_t column = 0; column < (*grid)->columns.size(); ++column) {
-      headings.emplace_back((*grid)->columns[column].heading);
-      columns.push_back({control, column});
-    }
-  }
+  for (const CellColumn& column : columns)
+    headings.emplace_back(column.heading);
   const std::wstring heading = field_text(assignment.label);
   const NameMatch match = match_name(headings, heading);
   if (!match.index || match.ambiguous) return no_such_label(dialog, heading, match.ambiguous);
-  const CellColumn cell = columns[*match.index];
+  const CellColumn& cell = columns[*match.index];
   return set_control(dialog, cell.control, [&](const ControlPointer& pointer) {
+    if (auto* const* grid = std::get_if<LongGrid*>(&pointer)) {
+      return change_cell(**grid, cell.column, assignment);
+    }
     return change_cell(*std::get<Grid*>(pointer), cell.column, assignment);
   });
 }
@@ -130,6 +144,9 @@ FormReply apply_line(Dialog& dialog, std::wstring_view typed) {
   const std::wstring_view line = trimmed(typed);
   if (line.empty()) return {};
   if (line == L"?") return {FormReply::Kind::Done, form_text(dialog)};
+
+  if (std::optional<FormReply> reply = pick_in_tree(dialog, line)) return *reply;
+  if (std::optional<FormReply> reply = move_in_grid(dialog, line)) return *reply;
 
   const Names buttons = button_names(dialog);
   const NameMatch button = match_name(buttons, line);

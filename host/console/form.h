@@ -6,7 +6,11 @@
 //   Value[WIDTH] = 3.5        a cell: column, then the row's first cell or its number from 1
 //   Criteria += NAME, *main*  a new row; Criteria -= 1 takes one away
 //   ?                         the form again
-//   OK                        presses a button
+//   OK                        presses a button, also one that is an item of a menu
+//   3                         in a tree: activates a leaf, by its number or its label
+//   Records = 1-20, 35        chooses lines of a long grid; += and -= too, * is all
+//   NAME[3] = Main Street     a cell of its third line
+//   NEXT, BACK, LINE 500      shows other lines of it; OPEN 7 opens or folds a group
 //
 // Labels and items ignore case and may be shortened while unique. An item with a comma or a blank
 // at an end stands in double quotes, a quote inside doubled; a label may.

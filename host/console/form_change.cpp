@@ -7,6 +7,7 @@
 
 #include "frame/case_mapping.h"
 #include "frame/utf.h"
+#include "host/console/form_grid.h"
 #include "host/console/form_parts.h"
 #include "host/console/typed_text.h"
 
@@ -170,6 +171,9 @@ FormChange change_control(const ControlPointer& pointer, const FormAssignment& a
   }
   if (auto* const* grid = std::get_if<Grid*>(&pointer)) {
     return change(**grid, assignment.operation, assignment.value);
+  }
+  if (auto* const* grid = std::get_if<LongGrid*>(&pointer)) {
+    return choose_lines(**grid, assignment);
   }
   if (assignment.operation != FormOperation::Set) {
     return refused(std::wstring(label_name(control)) + L" takes = alone.");

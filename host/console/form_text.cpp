@@ -100,6 +100,62 @@ std::wstring shown(const Grid& grid) {
   return text;
 }
 
+std::wstring shown(const Tree& tree) {
+  std::wstring text;
+  std::size_t number = 0;
+  const auto add_leaf = [&](std::wstring_view margin, const std::wstring& label) {
+    const std::wstring digits = std::to_wstring(++number);
+    text.append(margin).append(digits.size() < 2 ? 1 : 0, L' ');
+    text += digits + L"  " + on_one_line(label) + L'\n';
+  };
+  for (const Tree::Item& item : tree.items) {
+    if (item.leaves.empty()) {
+      add_leaf(indent, item.label);
+      continue;
+    }
+    text += std::wstring(indent) + on_one_line(item.label) + L'\n';
+    for (const std::wstring& leaf : item.leaves)
+      add_leaf(L"    ", leaf);
+  }
+  return text;
+}
+
+std::wstring shown(const LongGrid& grid) {
+  std::vector<std::wstring> headings;
+  for (const GridLines::Column& column : grid.lines->columns())
+    headings.push_back(column.heading);
+  std::wstring text = std::wstring(indent) + std::wstring(label_name(grid)) +
+                      (grid.enabled ? L": " : L" (disabled): ") + cells_line(headings) + L'\n';
+  const std::size_t count = grid.lines->line_count();
+  const std::size_t end = std::min(grid.top + grid_page, count);
+  for (std::size_t index = grid.top; index < end; ++index) {
+    const GridLines::Line line = grid.lines->line(index);
+    text += std::wstring(line.chosen ? L"    * " : deep_indent) + std::to_wstring(index + 1) +
+            (line.is_group ? L"  " : L": ") + cells_line(line.cells) + L'\n';
+  }
+  if (count <= grid_page) return text;
+  return text + std::wstring(deep_indent) + L"Lines " + std::to_wstring(grid.top + 1) + L" to " +
+         std::to_wstring(end) + L" of " + std::to_wstring(count) + L": NEXT, BACK, LINE n\n";
+}
+
+// The buttons of each menu on a line of their own, those of none last.
+std::wstring shown_buttons(const std::vector<Button>& buttons) {
+  std::vector<std::wstring> menus;
+  for (const Button& button : buttons) {
+    if (std::ranges::find(menus, button.menu) == menus.end()) menus.push_back(button.menu);
+  }
+  std::ranges::stable_partition(menus, [](const std::wstring& menu) { return !menu.empty(); });
+  std::wstring text;
+  for (const std::wstring& menu : menus) {
+    std::vector<std::wstring> labels;
+    for (const Button& button : buttons) {
+      if (button.menu == menu) labels.push_back(L'[' + button.label + L']');
+    }
+    text += flowing(std::wstring(indent) + (menu.empty() ? L"" : menu + L": "), labels);
+  }
+  return text;
+}
+
 }  // namespace
 
 std::wstring_view label_name(const Control& control) {
@@ -116,10 +172,7 @@ std::wstring form_text(const Dialog& dialog) {
   std::wstring text = dialog.title() + L'\n';
   for (const ControlPointer& control : dialog.controls())
     text += control_text(control);
-  std::vector<std::wstring> buttons;
-  for (const Button& button : dialog.buttons())
-    buttons.push_back(L'[' + button.label + L']');
-  return text + flowing(std::wstring(indent), buttons);
+  return text + shown_buttons(dialog.buttons());
 }
 
 }  // namespace korvel

@@ -129,7 +129,7 @@ int run_console(const Options& options) {
   ConsoleCommandStack commands;
   CkorvelApp plugin(commands);
   plugin.on_load();
-  CommandLoop loop(host, *input->lines, commands, plugin.choices);
+  CommandLoop loop(host, *input->lines, commands, plugin);
   std::ofstream trace;
   if (const char* const path = std::getenv("KORVEL_TRACE"); path != nullptr && *path != '\0') {
     trace.open(path, std::ios::binary);

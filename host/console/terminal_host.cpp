@@ -8,6 +8,7 @@
 #include "frame/case_mapping.h"
 #include "frame/dialog.h"
 #include "frame/message.h"
+#include "frame/palette.h"
 #include "frame/text_file.h"
 #include "frame/utf.h"
 #include "host/console/form.h"
@@ -87,6 +88,7 @@ std::optional<std::wstring> TerminalHost::read_line(std::wstring_view prompt) {
 std::optional<std::wstring> TerminalHost::next_command() {
   start_line();
   while (ending_ == Ending::None) {
+    if (std::optional<std::wstring> sent = take_sent()) return sent;
     if (lines_.at_end()) {
       ending_ = Ending::InputEnded;
     } else if (std::optional<std::wstring> line = read_line(command_prompt)) {
@@ -100,7 +102,9 @@ std::optional<std::wstring> TerminalHost::answer(std::wstring_view prompt,
                                                  std::wstring_view place) {
   const bool asked = ending_ == Ending::None;
   if (asked) start_line();
-  if (std::optional<std::wstring> given = std::exchange(given_answer_, std::nullopt)) {
+  std::optional<std::wstring> given = std::exchange(given_answer_, std::nullopt);
+  if (!given) given = take_sent();
+  if (given) {
     print(std::wstring(prompt) + *given + L'\n');
     return given;
   }
@@ -186,10 +190,16 @@ std::optional<EntityList> TerminalHost::ask_selection_with(std::wstring_view pro
 // --- Dialogs ----------------------------------------------------------------------------------
 
 bool TerminalHost::show(Dialog& dialog) {
+  const bool accepted = converse(dialog, L"dialog> ");
+  if (!accepted) cancel(dialog);
+  return accepted;
+}
+
+bool TerminalHost::converse(Dialog& dialog, std::wstring_view prompt) {
   start_line();
   print(form_text(dialog));
   const std::wstring place = L"in the dialog \"" + dialog.title() + L'"';
-  while (const std::optional<std::wstring> line = answer(L"dialog> ", place)) {
+  while (const std::optional<std::wstring> line = answer(prompt, place)) {
     const FormReply reply = apply_line(dialog, *line);
     if (reply.kind == FormReply::Kind::Accepted) return true;
     if (reply.kind == FormReply::Kind::Cancelled) return false;
@@ -198,9 +208,30 @@ bool TerminalHost::show(Dialog& dialog) {
     } else {
       print(reply.text);
     }
+    if (!sent_.empty()) return false;
   }
-  cancel(dialog);
   return false;
+}
+
+// The palette's form holds the conversation: a console shows one thing at a time.
+class ConsolePaletteSet final : public PaletteSet {
+ public:
+  ConsolePaletteSet(TerminalHost& host, Palette& content) : host_(host), content_(content) {}
+
+  void show(Session& session) override {
+    const Palette::Turn turn(content_, session);
+    content_.shown();
+    host_.converse(content_, L"palette> ");
+  }
+
+ private:
+  TerminalHost& host_;
+  Palette& content_;
+};
+
+std::unique_ptr<PaletteSet> TerminalHost::make_palette_set(const PaletteSetTraits& /*traits*/,
+                                                           Palette& content) {
+  return std::make_unique<ConsolePaletteSet>(*this, content);
 }
 
 bool TerminalHost::ask_yes_no(std::wstring_view caption, std::wstring_view question, BoxIcon) {
@@ -322,6 +353,21 @@ bool TerminalHost::run_command(std::wstring_view name, EntityId entity) {
   const bool finished = run_host_command(*command);
   given_answer_.reset();
   return finished;
+}
+
+void TerminalHost::send(std::wstring_view text) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of(L" \n"), text.size());
+    sent_.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+}
+
+std::optional<std::wstring> TerminalHost::take_sent() {
+  if (sent_.empty()) return std::nullopt;
+  std::wstring line = std::move(sent_.front());
+  sent_.pop_front();
+  return line;
 }
 
 }  // namespace korvel

@@ -1,6 +1,7 @@
 // The stand-alone host at a command line: every question becomes a prompt, every answer is a line.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 
@@ -68,14 +69,23 @@ class TerminalHost final : public ConsoleHost {
   [[nodiscard]] bool interrupted() override;
   // The entity is named by its handle; one without is refused.
   bool run_command(std::wstring_view name, EntityId entity) override;
+  // What is sent becomes commands and answers at once when the running command is done.
+  void cancel_command() override { sent_.clear(); }
+  void send(std::wstring_view text) override;
+  [[nodiscard]] std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& traits,
+                                                             Palette& content) override;
   void lock() override;
   void unlock() override;
 
  private:
+  // Lines of a form until one closes it or the form has sent something to the command line. False:
+  // it was not accepted.
+  bool converse(Dialog& dialog, std::wstring_view prompt);
   // One line as it comes. None: the input ended, the console ends, or Ctrl+C.
   std::optional<std::wstring> read_line(std::wstring_view prompt);
   // An answer; `place` names the question should the input end in it.
   std::optional<std::wstring> answer(std::wstring_view prompt, std::wstring_view place);
+  std::optional<std::wstring> take_sent();
   std::optional<std::wstring> ask_file_name(const FileQuestion& question, std::wstring_view prompt);
   void start_line();
 
@@ -90,6 +100,9 @@ class TerminalHost final : public ConsoleHost {
   int locks_ = 0;
   bool escaped_ = false;                      // a question of the running command
   std::optional<std::wstring> given_answer_;  // to the next question, instead of a line
+  std::deque<std::wstring> sent_;             // commands and answers that come before any line
+
+  friend class ConsolePaletteSet;
 };
 
 }  // namespace korvel

@@ -89,6 +89,15 @@ void StandaloneHost::set_pick_first(const EntityList& entities) {
   if (!pick_first_.empty()) previous_ = pick_first_;
 }
 
+std::optional<std::wstring> StandaloneHost::profile(std::wstring_view name) const {
+  const auto found = profile_.find(name);
+  return found == profile_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void StandaloneHost::set_profile(std::wstring_view name, std::wstring_view value) {
+  profile_.insert_or_assign(std::wstring(name), std::wstring(value));
+}
+
 void StandaloneHost::add_reactor(EditorReactor& reactor) {
   if (std::ranges::find(reactors_, &reactor) == reactors_.end()) reactors_.push_back(&reactor);
 }

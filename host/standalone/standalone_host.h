@@ -2,6 +2,7 @@
 // the front end that derives from this.
 #pragma once
 
+#include <map>
 #include <memory>
 
 #include "frame/drawing_host.h"
@@ -38,6 +39,9 @@ class StandaloneHost : public DrawingHost {
   bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override;
   [[nodiscard]] EntityList pick_first() const override;
   void set_pick_first(const EntityList& entities) override;
+  // Kept until the program ends.
+  [[nodiscard]] std::optional<std::wstring> profile(std::wstring_view name) const override;
+  void set_profile(std::wstring_view name, std::wstring_view value) override;
   void add_reactor(EditorReactor& reactor) override;
   void remove_reactor(EditorReactor& reactor) override;
   void lock() override;
@@ -55,6 +59,7 @@ class StandaloneHost : public DrawingHost {
   EntityList pick_first_;
   EntityList previous_;
   std::vector<EditorReactor*> reactors_;
+  std::map<std::wstring, std::wstring, std::less<>> profile_;
 };
 
 }  // namespace korvel

@@ -184,7 +184,8 @@ TEST(TerminalHost, SaveChooserAddsTheExtensionAndAsksBeforeOverwriting) {
 
 std::size_t pick_first_seen = 0;
 
-RememberedChoices choices;
+ConsoleCommandStack nobodys;
+CkorvelApp app{nobodys};
 
 void look_at_pick_first(Session& session) { pick_first_seen = session.host.pick_first().size(); }
 
@@ -203,7 +204,7 @@ TEST(CommandLoop, FindsCommandsAndSurvivesThem) {
   stack.add_command(L"G", L"KORVEL_NULL", L"KORVEL_NULL", 0, nullptr);
   stack.add_command(L"G", L"localthrow", L"Taken", 0, lock_and_throw);
   EXPECT_FALSE(stack.find(L"taken")) << "one of its names is taken";
-  CommandLoop(talk.host, talk.lines, stack, choices).run();
+  CommandLoop(talk.host, talk.lines, stack, app).run();
   EXPECT_EQ(talk.printed(),
             "Command:  '_.korvel_throw\nKORVEL_THROW was not finished: a fault.\n"
             "Command: KORVEL_NULL\nKORVEL_NULL is not built yet.\n"
@@ -221,7 +222,7 @@ TEST(CommandLoop, OnlyCommandsThatUseThePickFirstSetSeeIt) {
     stack.add_command(L"G", L"LOOK", L"LOOK", flags, look_at_pick_first);
     talk.host.set_pick_first({talk.add_point({0, 0, 0})});
     pick_first_seen = 99;
-    CommandLoop(talk.host, talk.lines, stack, choices).run();
+    CommandLoop(talk.host, talk.lines, stack, app).run();
     EXPECT_EQ(pick_first_seen, seen);
   }
 }
@@ -261,7 +262,7 @@ TEST(HostCommands, CtrlCEndsTheCommandAndIsNotSeenByTheNextPrompt) {
       ASSERT_TRUE(host.drawing().add_entity({PointShape{{x, 0, 0}}}, EntityProperties{}));
     }
     testing::internal::CaptureStdout();
-    CommandLoop(host, lines, ConsoleCommandStack(), choices).run();
+    CommandLoop(host, lines, ConsoleCommandStack(), app).run();
     const std::string unknown = "Unknown command \"NEXT\". Press F1 for help.\n";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(printed) + unknown);
     EXPECT_EQ(host.drawing().entities(Space::Model).size(), 2U);
@@ -280,7 +281,7 @@ TEST(HostCommands, ListTellsObjectDataThatCannotBeRead) {
   bytes.replace(bytes.rfind("ROADS"), 5, "RIVER");  // in the record: there is no such table
   Conversation talk({"LIST", "LAST", ""});
   talk.host.replace_drawing(std::move(*Drawing::read(bytes, "damaged")));
-  CommandLoop(talk.host, talk.lines, ConsoleCommandStack(), choices).run();
+  CommandLoop(talk.host, talk.lines, ConsoleCommandStack(), app).run();
   const std::string printed = talk.printed();
   EXPECT_TRUE(printed.ends_with("  Object data: cannot be read\n")) << printed;
 }

@@ -41,7 +41,8 @@ class Breaking : public testing::Test {
   ScriptedHost host_{make_drawing({{L"0"}}, {{L"0"}, {L"0"}})};
   StandaloneStore store_{host_.drawing()};
   RememberedChoices choices_;
-  Session session_{store_, host_, choices_};
+  Palettes palettes_;
+  Session session_{store_, host_, choices_, palettes_};
   EntityId broken_;
 };
 

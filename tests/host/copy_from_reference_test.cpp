@@ -35,7 +35,8 @@ class CopyFromReference : public testing::Test {
     host_.set_pick_first(targets);
     host_.picks.push_back(reference_);
     RememberedChoices choices;
-    Session session{store_, failing_host_, choices};
+    Palettes palettes;
+    Session session{store_, failing_host_, choices, palettes};
     command(session);
     return host_.printed;
   }

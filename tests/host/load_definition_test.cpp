@@ -49,7 +49,8 @@ class LoadDefinition : public testing::Test {
       (trace_ += line.starts_with(L"attach_drawing") ? L"attach_drawing(...)" : line) += L'\n';
     });
     RememberedChoices choices;
-    Session session{*traced, host, choices};
+    Palettes palettes;
+    Session session{*traced, host, choices, palettes};
     load_definition(session);
     EXPECT_EQ(content(file), before);
     return host.printed;

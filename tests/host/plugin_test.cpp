@@ -50,7 +50,7 @@ class RecordingPalette final : public PaletteSet {
   RecordingPalette(std::wstring name, RecordingStack& stack)
       : name_(std::move(name)), stack_(stack) {}
   ~RecordingPalette() override { stack_.lines.push_back(L"delete " + name_); }
-  void show() override {}
+  void show(Session&) override {}
 
  private:
   std::wstring name_;
@@ -132,13 +132,14 @@ TEST(Plugin, UnloadingDeletesPalettesBeforeTheGroup) {
     app.on_load();
     (void)stack.taken();
     if (test.command_palette)
-      app.command_palette = std::make_unique<RecordingPalette>(L"palette", stack);
-    if (test.table_editor) app.table_editor = std::make_unique<RecordingPalette>(L"editor", stack);
+      app.palettes.commands = std::make_unique<RecordingPalette>(L"palette", stack);
+    if (test.table_editor)
+      app.palettes.table_editor = std::make_unique<RecordingPalette>(L"editor", stack);
     app.on_unload();
     Lines expected = test.deleted;
     expected.insert(expected.end(), unloaded.begin(), unloaded.end());
     EXPECT_EQ(stack.taken(), expected) << test.name;
-    EXPECT_FALSE(app.command_palette || app.table_editor) << test.name;
+    EXPECT_FALSE(app.palettes.commands || app.palettes.table_editor) << test.name;
   }
 }
 
@@ -162,7 +163,8 @@ TEST(Plugin, EveryHandlerRunsWithTheModulesResources) {
   ResourceHost host;
   StandaloneStore store(host.drawing());
   RememberedChoices choices;
-  Session session{store, host, choices};
+  Palettes palettes;
+  Session session{store, host, choices, palettes};
   run_handler([](Session& s) { EXPECT_EQ(dynamic_cast<ResourceHost&>(s.host).depth, 1); }, session);
   EXPECT_EQ(host.depth, 0);
   EXPECT_THROW(run_handler([](Session&) { throw 1; }, session), int);
@@ -177,7 +179,8 @@ TEST(Plugin, FrameworkEntriesDoNothing) {
   StandaloneStore store(host.drawing());
   host.set_pick_first(host.model_space());
   RememberedChoices choices;
-  Session session{store, host, choices};
+  Palettes palettes;
+  Session session{store, host, choices, palettes};
   for (std::size_t i = 0; i < 3; ++i)
     run_handler(stack.handlers.at(i), session);
   EXPECT_EQ(host.printed, L"");
@@ -189,8 +192,9 @@ TEST(Plugin, AboutIsATextWindow) {
   ScriptedHost host(make_drawing({{L"0"}}, {}));
   StandaloneStore store(host.drawing());
   RememberedChoices choices;
-  Session session{store, host, choices};
-  for (const Command& command : command_table()) {
+  Palettes palettes;
+  Session session{store, host, choices, palettes};
+  for (const Command& command : command_table) {
     if (command.name == L"KORVEL_ABOUT") run_handler(command.handler, session);
   }
   ASSERT_EQ(host.text_windows.size(), 1U);

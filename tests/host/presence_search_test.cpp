@@ -56,7 +56,8 @@ class PresenceSearch : public testing::Test {
   std::pair<EntityList, std::wstring> run(void (*command)(Session&), DrawingHost& host) {
     host_.printed.clear();
     RememberedChoices choices;
-    Session session{store_, host, choices};
+    Palettes palettes;
+    Session session{store_, host, choices, palettes};
     command(session);
     return {host_.pick_first(), host_.printed};
   }

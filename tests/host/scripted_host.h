@@ -5,6 +5,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+#include "frame/palette.h"
 #include "frame/utf.h"
 #include "host/standalone/standalone_host.h"
 
@@ -17,8 +18,8 @@ class ScriptedHost : public StandaloneHost {
   using StandaloneHost::StandaloneHost;
   ~ScriptedHost() override {
     EXPECT_TRUE(selections.empty() && strings.empty() && integers.empty() && points.empty() &&
-                picks.empty() && dialogs.empty() && boxes.empty() && files.empty() &&
-                commands.empty())
+                picks.empty() && dialogs.empty() && palettes.empty() && boxes.empty() &&
+                files.empty() && commands.empty())
         << "answers are left over";
     EXPECT_EQ(locks, 0) << "the document was left locked";
     EXPECT_FALSE(progress_runs) << "the progress meter was left running";
@@ -29,7 +30,8 @@ class ScriptedHost : public StandaloneHost {
   std::deque<Answer<std::int32_t>> integers;
   std::deque<Answer<Point3>> points;
   std::deque<std::optional<EntityId>> picks;
-  std::deque<std::function<bool(Dialog&)>> dialogs;  // changes controls, presses a button
+  std::deque<std::function<bool(Dialog&)>> dialogs;    // changes controls, presses a button
+  std::deque<std::function<void(Palette&)>> palettes;  // what the user does in a turn
   std::deque<bool> boxes;
   std::deque<std::optional<std::filesystem::path>> files;
   using StandaloneHost::CommandEnd;
@@ -38,7 +40,9 @@ class ScriptedHost : public StandaloneHost {
   std::wstring printed;
   std::vector<std::wstring> asked;  // prompts, box texts and file filters, in order
   std::vector<std::wstring> text_windows;
-  std::vector<std::int64_t> progress;  // range, then positions, of the last meter
+  std::vector<std::wstring> palette_sets;  // name, tool and size of those made
+  std::vector<std::wstring> sent;          // to the command line, and L"<cancel>"
+  std::vector<std::int64_t> progress;      // range, then positions, of the last meter
   bool progress_runs = false;
   int locks = 0;
 
@@ -78,6 +82,15 @@ class ScriptedHost : public StandaloneHost {
       const FileQuestion& question) override {
     return take(files, question.filter);
   }
+  [[nodiscard]] std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& traits,
+                                                             Palette& content) override {
+    palette_sets.push_back(std::wstring(traits.name) + L" " + std::wstring(traits.tool_id) + L" " +
+                           std::to_wstring(traits.min_width) + L" by " +
+                           std::to_wstring(traits.min_height));
+    return std::make_unique<ScriptedPaletteSet>(*this, content);
+  }
+  void cancel_command() override { sent.emplace_back(L"<cancel>"); }
+  void send(std::wstring_view text) override { sent.emplace_back(text); }
   void start_progress(std::wstring_view /*label*/, std::int64_t range) override {
     EXPECT_FALSE(progress_runs) << "a second progress meter";
     progress = {range};
@@ -101,6 +114,20 @@ class ScriptedHost : public StandaloneHost {
   }
 
  private:
+  class ScriptedPaletteSet final : public PaletteSet {
+   public:
+    ScriptedPaletteSet(ScriptedHost& host, Palette& content) : host_(host), content_(content) {}
+    void show(Session& session) override {
+      const Palette::Turn turn(content_, session);
+      content_.shown();
+      if (const auto act = host_.take(host_.palettes, L"a palette")) act(content_);
+    }
+
+   private:
+    ScriptedHost& host_;
+    Palette& content_;
+  };
+
   template <class Value>
   Value take(std::deque<Value>& answers, std::wstring_view question) {
     asked.emplace_back(question);

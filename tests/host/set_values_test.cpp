@@ -47,7 +47,8 @@ class SetValues : public testing::Test {
   ScriptedHost host_{make_drawing({{L"0"}}, std::vector<EntitySpec>(4, {L"0"}))};
   StandaloneStore store_{host_.drawing()};
   RememberedChoices choices_;
-  Session session_{store_, host_, choices_};
+  Palettes palettes_;
+  Session session_{store_, host_, choices_, palettes_};
   EntityList ids_;
 };
 

@@ -28,7 +28,7 @@ void help(ConsoleHost& host) {
   if (!answer) return;
   const std::wstring_view wanted = command_name(*answer);
   bool found = false;
-  for (const Command& command : command_table()) {
+  for (const Command& command : command_table) {
     if (!wanted.empty() && !equal_ignoring_case(command.name, wanted)) continue;
     print_line(host, command.name, command.summary,
                command.handler == nullptr ? L"not built yet" : L"");
