@@ -38,6 +38,12 @@ void usable_filter(const DrawingHost& host, EntityList& entities) {
   }
 }
 
+void drop_repeated(EntityList& entities) {
+  std::unordered_set<EntityId> seen;
+  seen.reserve(entities.size());
+  std::erase_if(entities, [&seen](EntityId entity) { return !seen.insert(entity).second; });
+}
+
 Gathered gather(DrawingHost& host) {
   Gathered gathered{pick_first_entities(host), false};
   if (gathered.entities.empty()) {

@@ -24,6 +24,9 @@ namespace korvel {
 // changes whenever something was dropped.
 void usable_filter(const DrawingHost& host, EntityList& entities);
 
+// Drops all but the first occurrence of each entity and keeps the order.
+void drop_repeated(EntityList& entities);
+
 struct Gathered {
   EntityList entities;
   bool cancelled = false;

@@ -9,6 +9,7 @@ struct Session;
 void about(Session& session);
 
 void show_commands(Session& session);
+void show_table_editor(Session& session);
 
 void has_od(Session& session);
 void has_no_od(Session& session);

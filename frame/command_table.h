@@ -74,7 +74,7 @@ inline constexpr std::array<Command, 38> command_table = {{
     {L"KORVEL_STAT", command_flag::usual, L"shows statistics of the object data", stat},
     {L"KORVEL_HAS_NO_SPECIFIC_OD", command_flag::usual, L"selects entities without chosen tables",
      has_no_specific_od},
-    {L"KORVEL_TABLE", command_flag::usual, L"shows the table editor", nullptr},
+    {L"KORVEL_TABLE", command_flag::usual, L"shows the table editor", show_table_editor},
     {L"KORVEL_BREAK", command_flag::usual, L"breaks an entity; the pieces keep its object data",
      break_entity},
     {L"KORVEL_ABOUT", command_flag::usual, L"says what this program is", about},

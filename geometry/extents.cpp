@@ -229,4 +229,14 @@ std::optional<Extents> extents_of(const EntityGeometry& geometry) {
   return box.extents();
 }
 
+Extents united(const Extents& a, const Extents& b) {
+  const auto least = [](const Point3& p, const Point3& q) {
+    return Point3{std::min(p.x, q.x), std::min(p.y, q.y), std::min(p.z, q.z)};
+  };
+  const auto most = [](const Point3& p, const Point3& q) {
+    return Point3{std::max(p.x, q.x), std::max(p.y, q.y), std::max(p.z, q.z)};
+  };
+  return {least(a.min, b.min), most(a.max, b.max)};
+}
+
 }  // namespace korvel

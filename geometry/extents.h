@@ -16,4 +16,7 @@ namespace korvel {
 // any point, and coordinates that are not finite.
 [[nodiscard]] std::optional<Extents> extents_of(const EntityGeometry& geometry);
 
+// The smallest box that holds both.
+[[nodiscard]] Extents united(const Extents& a, const Extents& b);
+
 }  // namespace korvel

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
-#include <unordered_set>
 
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
@@ -93,12 +92,6 @@ std::int64_t number_records(ODStore& store, const EntityList& entities,
     }
   }
   return counter.stored();
-}
-
-void drop_repeated(EntityList& entities) {
-  std::unordered_set<EntityId> seen;
-  seen.reserve(entities.size());
-  std::erase_if(entities, [&seen](EntityId entity) { return !seen.insert(entity).second; });
 }
 
 std::int32_t proposed_first(ODStore& store, const EntityList& entities, std::wstring_view table,

@@ -27,9 +27,6 @@ struct Numbering {
 // and columns have nothing to number. The document is to be locked around it.
 std::int64_t number_records(ODStore& store, const EntityList& entities, const Numbering& numbering);
 
-// Drops all but the first occurrence of each entity and keeps the order.
-void drop_repeated(EntityList& entities);
-
 // The number to begin with: one more than the largest that the entities have in the column, looking
 // at the first record of each, or 0 where none is above 0. Reals count without their fraction,
 // texts by their first digits; but not by a digit that ends the text, deliberately: A7 is no

@@ -22,14 +22,7 @@ constexpr int deepest_nesting = 64;
 constexpr std::size_t most_points = 4096;
 
 void widen(std::optional<Extents>& box, const Point3& point) {
-  if (!box) {
-    box = Extents{point, point};
-    return;
-  }
-  box->min = {std::min(box->min.x, point.x), std::min(box->min.y, point.y),
-              std::min(box->min.z, point.z)};
-  box->max = {std::max(box->max.x, point.x), std::max(box->max.y, point.y),
-              std::max(box->max.z, point.z)};
+  box = box ? united(*box, {point, point}) : Extents{point, point};
 }
 
 std::array<Point3, 8> corners(const Extents& box) {

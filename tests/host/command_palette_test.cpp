@@ -68,8 +68,8 @@ TEST(CommandTree, StartsEveryCommandButThreeUnderALabelOfItsOwn) {
     EXPECT_TRUE(labels.insert(leaf.label).second) << to_utf8(leaf.label);
     EXPECT_EQ(missing.erase(leaf.command.name), 1u) << to_utf8(leaf.label);
   }
-  EXPECT_EQ(missing, (std::set<std::wstring_view>{L"KORVEL_ATTR_TEMPLATE", L"KORVEL_CTL",
-                                                  L"KORVEL_PSEL"}));
+  EXPECT_EQ(missing,
+            (std::set<std::wstring_view>{L"KORVEL_ATTR_TEMPLATE", L"KORVEL_CTL", L"KORVEL_PSEL"}));
 }
 
 }  // namespace

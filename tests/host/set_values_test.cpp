@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "frame/command_frame.h"
 #include "frame/command_handlers.h"
 #include "frame/dialog.h"
 #include "frame/session.h"

@@ -17,6 +17,7 @@ void select_first(ConsoleHost& host);
 void erase(ConsoleHost& host);
 void break_entity(ConsoleHost& host);
 void list(ConsoleHost& host);
+void zoom(ConsoleHost& host);
 
 void layer(ConsoleHost& host);
 
@@ -30,6 +31,7 @@ void text(ConsoleHost& host);
 void undo_one(ConsoleHost& host);
 void undo(ConsoleHost& host);
 void redo(ConsoleHost& host);
+void redo_many(ConsoleHost& host);
 
 void set_variable(ConsoleHost& host);
 void help(ConsoleHost& host);
