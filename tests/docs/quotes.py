@@ -2,14 +2,14 @@
 """Every conversation quoted in the documents must stand, line for line, in a tested transcript.
 
 Usage: quotes.py REPOSITORY
-A quote is a fenced block whose first line begins with "Command: " or "dialog> ".
+A quote is a fenced block whose first line begins with "Command: ", "dialog> " or "palette> ".
 """
 
 import pathlib
 import re
 import sys
 
-QUOTE = re.compile(r"^```\n((?:Command: |dialog> ).*?)^```$", re.MULTILINE | re.DOTALL)
+QUOTE = re.compile(r"^```\n((?:Command: |dialog> |palette> ).*?)^```$", re.MULTILINE | re.DOTALL)
 
 
 def main():
