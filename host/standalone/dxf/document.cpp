@@ -64,6 +64,12 @@ Span Document::store(std::string_view bytes) {
   return span;
 }
 
+Span Document::store_over(const Span& former, std::string_view bytes) {
+  const bool is_last = former.offset + former.length == original_.size() + added_.size();
+  if (is_last && former.offset >= original_.size()) added_.resize(former.offset - original_.size());
+  return store(bytes);
+}
+
 ItemIndex Document::add_before(ItemIndex terminator, std::string_view bytes, std::uint64_t handle) {
   Item item;
   item.span = store(bytes);
