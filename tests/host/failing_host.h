@@ -14,7 +14,7 @@ struct Failures {
   std::set<std::wstring, std::less<>> kept_tables{};  // their records cannot be removed
   std::set<EntityId> attach{};
   std::set<EntityId> texts{};  // of the attributes of these references
-  int esc_at_question = 0;  // counted from 1; 0: at none
+  int esc_at_question = 0;     // counted from 1; 0: at none
 };
 
 class FailingRecordIterator final : public ForwardingRecordIterator {
