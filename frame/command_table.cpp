@@ -54,7 +54,8 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_TRANSLATE", usual, L"renames tables, fields and values by alias files", nullptr},
     {L"KORVEL_LOAD_ATTRS", usual, L"copies block attributes into object data", load_attrs},
     {L"KORVEL_STORE_ATTRS", usual, L"copies object data into block attributes", store_attrs},
-    {L"KORVEL_ATTR_TEMPLATE", usual, L"writes a template of an attribute mapping file", attr_template},
+    {L"KORVEL_ATTR_TEMPLATE", usual, L"writes a template of an attribute mapping file",
+     attr_template},
 }};
 
 }  // namespace
