@@ -4,6 +4,7 @@
 #include <charconv>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "host/standalone/blank_drawing.h"
 
@@ -196,6 +197,10 @@ class Maker {
         out_.real(30, 0);
         break;
       case 1:
+        if (size_.references) {
+          add_reference(entity);
+          break;
+        }
         begin_entity("LINE", "AcDbLine", entity);
         for (const int code : {10, 11}) {
           point(code);
@@ -215,6 +220,35 @@ class Maker {
         }
         break;
     }
+  }
+
+  void add_reference(std::uint64_t entity) {
+    begin_entity("INSERT", "AcDbBlockReference", entity);
+    out_.int16(66, 1);
+    out_.text(2, "SIGN");
+    point(10);
+    out_.real(30, 0);
+    for (const auto& [tag, text] :
+         {std::pair{"NAME", "High Street"}, {"LANES", "2"}, {"WIDTH", "3.5"}})
+      add_attribute(tag, text);
+    out_.text(0, "SEQEND");
+    out_.text(100, "AcDbEntity");
+    out_.text(8, "0");
+  }
+  void add_attribute(std::string_view tag, std::string_view text) {
+    out_.text(0, "ATTRIB");
+    out_.text(100, "AcDbEntity");
+    out_.text(8, layer_name(random_()));
+    out_.text(100, "AcDbText");
+    point(10);
+    out_.real(30, 0);
+    out_.real(40, 2500);
+    out_.text(1, text);
+    out_.text(100, "AcDbAttribute");
+    out_.int16(280, 0);
+    out_.text(2, tag);
+    out_.int16(70, 0);
+    out_.int16(280, 1);
   }
 
   void begin_dictionary(std::uint64_t handle, std::uint64_t owner, bool reactor) {

@@ -12,12 +12,14 @@ struct DrawingSize {
   std::uint64_t vertices = 8;  // of a polyline; at least 2
   double records = 1.5;        // an entity, on the average
   std::uint64_t seed = 1;
+  bool references = false;  // block references in place of the lines
 };
 
 // Writes an ASCII R2018 drawing, in pieces and in order. Half of the entities are lightweight
 // polylines, a quarter lines, a quarter points, on ten layers. The first record of an entity is of
 // the table Roads (LANES Integer, WIDTH Real, NAME Character), every further one of the table
-// Surveys (YEAR Integer, NOTE Character). The same size gives the same bytes.
+// Surveys (YEAR Integer, NOTE Character). The references are of the block SIGN, which is not
+// defined, with the attributes NAME, LANES and WIDTH. The same size gives the same bytes.
 void make_drawing(const DrawingSize& size, const std::function<void(std::string_view)>& sink);
 
 }  // namespace korvel::bench

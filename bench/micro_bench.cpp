@@ -7,6 +7,7 @@
 #include <string>
 
 #include "attach/duplicate_removal.h"
+#include "attributes/attribute_transfer.h"
 #include "bench/drawing_maker.h"
 #include "bench/silent_host.h"
 #include "frame/od_store.h"
@@ -365,6 +366,45 @@ void set_all_texts(benchmark::State& state) {
   count_entities(state);
 }
 
+// What a transfer does to a drawing whose every fourth entity is a block reference, in which nobody
+// has changed anything yet.
+template <class Transfer>
+void transfer_attributes(benchmark::State& state, const Transfer& transfer) {
+  bench::DrawingSize size;
+  size.entities = static_cast<std::uint64_t>(state.range(0));
+  size.references = true;
+  std::string bytes;
+  bench::make_drawing(size, [&bytes](std::string_view piece) { bytes += piece; });
+  const AttributeMapping mapping{{L"SIGN",
+                                  {{L"NAME", L"Roads", L"NAME"},
+                                   {L"LANES", L"Roads", L"LANES"},
+                                   {L"WIDTH", L"Roads", L"WIDTH"}}}};
+  for ([[maybe_unused]] auto _ : state) {
+    state.PauseTiming();
+    bench::SilentHost host(std::move(*Drawing::read(bytes, "bench.dxf")));
+    StandaloneStore store(host.drawing());
+    const EntityList entities = host.model_space();
+    host.lock();
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(transfer(mapping, store, host, entities));
+    state.PauseTiming();
+    host.unlock();
+    state.ResumeTiming();
+  }
+  count_entities(state);
+}
+
+// A pass over all attributes, beside which the transfers stand.
+void read_attributes(benchmark::State& state) {
+  transfer_attributes(
+      state, [](const AttributeMapping&, ODStore&, DrawingHost& host, const EntityList& entities) {
+        std::size_t attributes = 0;
+        for (const EntityId id : entities)
+          attributes += host.attributes_of(id).size();
+        return attributes;
+      });
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -420,6 +460,9 @@ BENCHMARK(propose_first_number)->Apply(sizes);
 BENCHMARK(set_all_coordinates)->Apply(sizes);
 BENCHMARK(set_all_measures)->Apply(sizes);
 BENCHMARK(set_all_texts)->Apply(sizes);
+BENCHMARK(read_attributes)->Apply(sizes);
+BENCHMARK_CAPTURE(transfer_attributes, load, load_attributes)->Apply(sizes);
+BENCHMARK_CAPTURE(transfer_attributes, store, store_attributes)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

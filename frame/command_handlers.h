@@ -47,4 +47,8 @@ void to_3d_polylines(Session& session);
 void set_prop(Session& session);
 void set_text(Session& session);
 
+void load_attrs(Session& session);
+void store_attrs(Session& session);
+void attr_template(Session& session);
+
 }  // namespace korvel

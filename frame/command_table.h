@@ -82,11 +82,11 @@ inline constexpr std::array<Command, 38> command_table = {{
     {L"KORVEL_TRANSLATE", command_flag::usual, L"renames tables, fields and values by alias files",
      nullptr},
     {L"KORVEL_LOAD_ATTRS", command_flag::usual, L"copies block attributes into object data",
-     nullptr},
+     load_attrs},
     {L"KORVEL_STORE_ATTRS", command_flag::usual, L"copies object data into block attributes",
-     nullptr},
+     store_attrs},
     {L"KORVEL_ATTR_TEMPLATE", command_flag::usual,
-     L"writes a template of an attribute mapping file", nullptr},
+     L"writes a template of an attribute mapping file", attr_template},
 }};
 
 // The row of the command, found while compiling: what names a command that is not there does not

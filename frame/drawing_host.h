@@ -5,6 +5,7 @@
 // somebody (a person, or the script that stands for one) and never answer by themselves.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -50,6 +51,14 @@ struct FileQuestion {
   std::wstring_view filter;
   std::wstring_view default_extension;  // without the full stop; empty: none is added
   bool confirm_overwrite = false;       // saving only
+};
+
+// One attribute of a block reference.
+struct BlockAttribute {
+  std::wstring tag;
+  std::wstring text;  // of a multi-line attribute with its formatting codes
+
+  friend bool operator==(const BlockAttribute&, const BlockAttribute&) = default;
 };
 
 class DrawingHost {
@@ -105,6 +114,23 @@ class DrawingHost {
   // Every layer of the drawing, in the layer table's order, also those that entities name but the
   // table lacks (they are thawed, on and unlocked).
   [[nodiscard]] virtual std::vector<Layer> layers() const = 0;
+
+  // --- Block references ---
+
+  // The name of the block that the entity references, spelled as in its definition; for a dynamic
+  // block, whose references have anonymous variants of it, the name of the dynamic definition.
+  // None for an entity that is no block reference or cannot be opened.
+  [[nodiscard]] virtual std::optional<std::wstring> block_name_of(EntityId entity) const = 0;
+
+  // The attributes of a block reference in its order, those left out that cannot be opened; empty
+  // for any other entity and for one that cannot be opened.
+  [[nodiscard]] virtual std::vector<BlockAttribute> attributes_of(EntityId reference) const = 0;
+
+  // Gives one attribute, by its index in attributes_of, another text. False, and nothing changed,
+  // when there is no such attribute, it cannot be opened for writing (what counts is its own layer,
+  // not the layer of the reference), or the drawing cannot hold the text.
+  virtual bool set_attribute_text(EntityId reference, std::size_t attribute,
+                                  std::wstring_view text) = 0;
 
   // --- Extension dictionaries ---
 

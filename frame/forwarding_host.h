@@ -168,6 +168,17 @@ class ForwardingHost : public DrawingHost {
   }
   [[nodiscard]] std::vector<Layer> layers() const override { return target_.layers(); }
 
+  [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity) const override {
+    return target_.block_name_of(entity);
+  }
+  [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
+    return target_.attributes_of(reference);
+  }
+  bool set_attribute_text(EntityId reference, std::size_t attribute,
+                          std::wstring_view text) override {
+    return target_.set_attribute_text(reference, attribute, text);
+  }
+
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
     return target_.extension_entries(entity);
   }

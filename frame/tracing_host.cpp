@@ -92,6 +92,10 @@ class TraceLine {
     append(definition.name);
     append(definition.columns);
   }
+  void append(const BlockAttribute& attribute) {
+    append(attribute.tag);
+    append(attribute.text);
+  }
   void append(const ExtensionEntry& entry) { append(entry.name); }
   void append(const Layer& layer) { append(layer.name); }
   void append(const EntityProperties& properties) { append(properties.layer); }
@@ -356,6 +360,17 @@ class TracingHost final : public ForwardingHost {
   }
   [[nodiscard]] std::vector<Layer> layers() const override {
     return TraceLine(L"layers").returns(sink_, Base::layers());
+  }
+  [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity) const override {
+    return TraceLine(L"block_name_of", entity).returns(sink_, Base::block_name_of(entity));
+  }
+  [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
+    return TraceLine(L"attributes_of", reference).returns(sink_, Base::attributes_of(reference));
+  }
+  bool set_attribute_text(EntityId reference, std::size_t attribute,
+                          std::wstring_view text) override {
+    return TraceLine(L"set_attribute_text", reference, attribute, text)
+        .returns(sink_, Base::set_attribute_text(reference, attribute, text));
   }
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
     return TraceLine(L"extension_entries", entity).returns(sink_, Base::extension_entries(entity));

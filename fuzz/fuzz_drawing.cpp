@@ -26,6 +26,8 @@ void ask_everything(const Drawing& drawing) {
         expect(box->min.x <= box->max.x && box->min.y <= box->max.y && box->min.z <= box->max.z,
                "extents that are inside out");
       }
+      expect(drawing.block_name_of(id).has_value() == (drawing.type_of(id) == "INSERT"),
+             "a block reference without a block, or the other way round");
     }
   }
   // The dump asks for the geometry, properties, attributes and records of every entity.
@@ -42,7 +44,20 @@ std::size_t count_records(Drawing& drawing) {
   return records;
 }
 
-// Attaches a record to the first entities and erases the last, in one step.
+// What cannot be set stays, what can is there afterwards; nothing else is.
+void change_attributes(Drawing& drawing, EntityId reference) {
+  constexpr std::wstring_view text = L"^J \\U+4E2D\n\u4E2D ";
+  const std::vector<BlockAttribute> before = drawing.attributes_of(reference);
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    const bool is_set = drawing.set_attribute_text(reference, i, text);
+    const std::vector<BlockAttribute> now = drawing.attributes_of(reference);
+    expect(now.size() == before.size() && now[i].tag == before[i].tag, "another attribute");
+    expect(now[i].text == (is_set ? text : before[i].text), "another text than was set");
+  }
+  expect(!drawing.set_attribute_text(reference, before.size(), text), "an attribute too many");
+}
+
+// Attaches a record to the first entities, changes attributes and erases the last, in one step.
 void edit(Drawing& drawing) {
   StandaloneStore store(drawing);
   const ODTableDef table{L"Fuzz table",
@@ -53,6 +68,7 @@ void edit(Drawing& drawing) {
   constexpr std::size_t carriers = 4;
   for (std::size_t i = 0; i < std::min(carriers, entities.size()); ++i) {
     (void)store.attach(entities[i], default_record(table));
+    change_attributes(drawing, entities[i]);
   }
   if (entities.size() > carriers) (void)drawing.erase(entities.back());
 }

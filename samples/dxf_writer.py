@@ -29,7 +29,8 @@ def value_text(code, value):
         return f"{value:X}"
     if is_real(code):
         return real_text(value)
-    if 60 <= code <= 79 or 170 <= code <= 179 or 270 <= code <= 299 or 370 <= code <= 389:
+    if (60 <= code <= 79 or 170 <= code <= 179 or 270 <= code <= 299 or 370 <= code <= 389 or
+            code == 1070):
         return f"{value:6d}"
     if code == 160:
         return f"{value:18d}"

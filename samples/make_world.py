@@ -13,11 +13,10 @@ import math
 import pathlib
 import sys
 
-from dxf_writer import MODEL, PAPER, DxfWriter, at, pieces
+from dxf_writer import MODEL, PAPER, DxfWriter, at
 from geodata import (centroid, inside, read_airports, read_countries, read_dbf, read_quakes,
                      read_shapes, signed_area)
-
-INTEGER, REAL, CHARACTER, POINT = 1, 2, 3, 4
+from object_data import CHARACTER, INTEGER, POINT, REAL, add_records, add_table_definitions
 
 LONG_NOTE = ("Walked the whole border from the river mouth to the pass; every second mark was "
              "found standing, the others were set anew. Où le chemin quitte la vallée, la borne "
@@ -467,51 +466,6 @@ def add_layout(w, name, order, block, size, viewport):
           331, w.ref(viewport))
 
 
-def put_value(w, kind, value):
-    """A column's default or a record's value, as they lie in an XRECORD."""
-    if kind == INTEGER:
-        assert -2**31 <= value < 2**31
-        w.put(90, value)
-    elif kind == REAL:
-        w.put(40, value)
-    elif kind == CHARACTER:
-        *first, last = pieces(value)
-        for piece in first:
-            w.put(3, piece)
-        w.put(1, last)
-    else:
-        w.put(*at(10, value))
-
-
-def add_table_definitions(w):
-    w.dictionary("object data", "root", [(t, "table " + t) for t in sorted(TABLES)], hard=True)
-    for table in sorted(TABLES):
-        w.object("XRECORD", "table " + table, "object data")
-        w.put(100, "AcDbXrecord", 280, 1, 90, 1, 2, table)
-        for name, kind, default in TABLES[table]:
-            w.put(300, name, 70, kind)
-            put_value(w, kind, default)
-
-
-def add_records(w):
-    for entity, _, dictionary, records, foreign in w.object_data:
-        keys = (["ACME_VISITS"] if foreign else []) + (["KORVEL_OD"] if records else [])
-        children = [w.new_handle() for _ in keys]
-        w.put(0, "DICTIONARY", 5, dictionary, 330, entity, 100, "AcDbDictionary", 280, 1, 281, 1)
-        for key, child in zip(keys, children):
-            w.put(3, key, 360, child)
-        for key, child in zip(keys, children):
-            w.put(0, "XRECORD", 5, child, 102, "{ACAD_REACTORS", 330, dictionary, 102, "}",
-                  330, dictionary, 100, "AcDbXrecord", 280, 1)
-            if key == "ACME_VISITS":
-                w.put(1, foreign)
-                continue
-            for table, values in records:
-                w.put(2, table)
-                for (_, kind, _), value in zip(TABLES[table], values, strict=True):
-                    put_value(w, kind, value)
-
-
 def add_objects(w):
     w.section = "OBJECTS"
     # AutoCAD sorts keys without case.
@@ -543,8 +497,8 @@ def add_objects(w):
     w.dictionary("scales", "root", [("A0", "scale")])
     w.object("SCALE", "scale", "scales")
     w.put(100, "AcDbScale", 70, 0, 300, "1:1", 140, 1.0, 141, 1.0, 290, 1)
-    add_table_definitions(w)
-    add_records(w)
+    add_table_definitions(w, TABLES)
+    add_records(w, TABLES)
 
 
 def print_summary(w):

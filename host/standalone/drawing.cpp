@@ -148,12 +148,6 @@ EntityGeometry Drawing::geometry_of(EntityId id) const {
   return read_geometry(document_.groups(known->item), document_.codec());
 }
 
-std::vector<AttributeText> Drawing::attributes_of(EntityId id) const {
-  const Entity* const known = entity(id);
-  if (known == nullptr) return {};
-  return read_attributes(document_.groups(known->item), document_.codec());
-}
-
 // --- Layers ---
 
 // An entity without the name of a layer is on "0".

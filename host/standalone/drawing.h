@@ -18,6 +18,7 @@
 #include "frame/entity_id.h"
 #include "frame/entity_properties.h"
 #include "frame/object_copy.h"
+#include "host/standalone/block_names.h"
 #include "host/standalone/dxf/document.h"
 #include "host/standalone/extents_cache.h"
 #include "host/standalone/journal.h"
@@ -36,13 +37,9 @@ struct OdDefinitionItems {
 };
 
 // Properties that every entity has; an absent group means the default given here.
+struct AttributeRecord;
 struct NewEntityPlace;
 struct ObjectTree;
-
-struct AttributeText {
-  std::wstring tag;
-  std::wstring text;
-};
 
 // Where an entity stands.
 enum class Space : std::uint8_t { Model, Paper, Block };
@@ -99,8 +96,13 @@ class Drawing {
   [[nodiscard]] EntityGeometry geometry_of(EntityId id) const;
   // Block references are expanded; none for entities without a size. Kept for the next question.
   [[nodiscard]] std::optional<Extents> extents_of(EntityId id) const;
-  // Attributes of a block reference, in order.
-  [[nodiscard]] std::vector<AttributeText> attributes_of(EntityId id) const;
+  // None for anything but a block reference. A variant of a dynamic block says which definition it
+  // is made from, unless the file was saved as R12.
+  [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId id) const;
+  // Attributes of a block reference, in order. The text of a multi-line one is the whole text
+  // wherever the file keeps it; its tag is the one that the file gives it, which R2000 to R2013
+  // make unique by a number.
+  [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId id) const;
 
   // --- Changes; each is recorded in the journal ---
 
@@ -117,6 +119,12 @@ class Drawing {
   bool set_geometry(EntityId id, const EntityGeometry& geometry);
   // Gives the entity these properties; false when it does not exist or its layer is locked.
   bool set_properties(EntityId id, const EntityProperties& properties);
+  // Gives an attribute, by its index in attributes_of, another text; no other byte of the reference
+  // changes. False when the reference or the attribute does not exist, the attribute's own layer is
+  // locked, the text is too long for its one group (255 bytes before R2000, 2,049 since; the texts
+  // of multi-line attributes lie in several), or it would not last: a field computes it, or it is
+  // that of a multi-line attribute of R2000 to R2013, which the file keeps twice.
+  bool set_attribute_text(EntityId id, std::size_t attribute, std::wstring_view text);
   // Erases the entity with what it owns; false when it does not exist or its layer is locked.
   bool erase(EntityId id);
 
@@ -227,6 +235,9 @@ class Drawing {
   [[nodiscard]] std::uint32_t layer_index(std::wstring_view name);  // made if it is not there
   [[nodiscard]] bool is_there(std::size_t layer) const;
   [[nodiscard]] bool has_record(std::size_t layer) const;
+  [[nodiscard]] std::optional<dxf::ItemIndex> extension_object(std::uint64_t dictionary,
+                                                               std::string_view key) const;
+  [[nodiscard]] bool keeps_its_text(const AttributeRecord& attribute) const;
   void replace_item(dxf::ItemIndex item, std::string_view bytes);
   void erase_item(dxf::ItemIndex item);
   dxf::ItemIndex add_item(dxf::ItemIndex terminator, std::string_view bytes, std::uint64_t handle);
@@ -267,6 +278,7 @@ class Drawing {
   std::unordered_map<std::uint32_t, OdHandles> od_handles_;
   mutable std::unordered_map<std::uint32_t, BlockOutline> block_outlines_;
   mutable ExtentsCache extents_;
+  mutable std::optional<BlockNames> block_names_;  // worked out when first asked for
   std::vector<std::string> notices_;
   std::uint64_t saved_state_ = 0;
   dxf::Span saved_header_;

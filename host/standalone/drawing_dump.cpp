@@ -218,11 +218,11 @@ void append_properties(const EntityProperties& properties, std::wstring& out) {
 }
 
 void append_attributes(const Drawing& drawing, EntityId id, std::wstring& out) {
-  const std::vector<AttributeText> attributes = drawing.attributes_of(id);
+  const std::vector<BlockAttribute> attributes = drawing.attributes_of(id);
   if (attributes.empty()) return;
   out += L" attributes(";
   bool first = true;
-  for (const AttributeText& attribute : attributes) {
+  for (const BlockAttribute& attribute : attributes) {
     if (!first) out += L", ";
     first = false;
     append_name(attribute.tag, out);

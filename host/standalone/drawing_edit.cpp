@@ -23,9 +23,14 @@ constexpr std::wstring_view forbidden_in_names = L"<>/\\\":;?*|,=`";
 }  // namespace
 
 void Drawing::replace_item(dxf::ItemIndex item, std::string_view bytes) {
-  dxf::Span fresh = document_.store(bytes);
-  std::swap(document_.item(item).span, fresh);
-  journal_.add(ItemChange{item, fresh});
+  // What the same step has just put there nobody wants back.
+  if (journal_.just_changed(item)) {
+    document_.item(item).span = document_.store_over(document_.item(item).span, bytes);
+  } else {
+    dxf::Span fresh = document_.store(bytes);
+    std::swap(document_.item(item).span, fresh);
+    journal_.add(ItemChange{item, fresh});
+  }
   refresh(item);
 }
 

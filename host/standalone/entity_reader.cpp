@@ -1,9 +1,8 @@
-// Finds the reader of an entity's type and reads the attributes of block references.
+// Finds the reader of an entity's type.
 #include "host/standalone/entity_reader.h"
 
 #include <array>
 #include <string_view>
-#include <utility>
 
 #include "host/standalone/entity_records.h"
 #include "host/standalone/entity_shapes.h"
@@ -43,25 +42,6 @@ constexpr std::array<ShapeReader, 23> shape_readers{{
     {"LARGE_RADIAL_DIMENSION", read_dimension},
 }};
 
-AttributeText read_attribute(EntityRecords& records, const dxf::TextCodec& codec) {
-  AttributeText attribute;
-  dxf::Group group;
-  while (records.next(group)) {
-    if (group.code == 1) codec.decode(group.value, attribute.text);
-    if (group.code == 2) codec.decode(group.value, attribute.tag);
-  }
-  // The embedded object of a multi-line attribute has the text; the attribute itself has a blank.
-  std::wstring paragraphs;
-  bool is_multi_line = false;
-  while (records.next_embedded(group)) {
-    if (group.code != 1 && group.code != 3) continue;
-    paragraphs += codec.decode(group.value);
-    is_multi_line = true;
-  }
-  if (is_multi_line) attribute.text = std::move(paragraphs);
-  return attribute;
-}
-
 }  // namespace
 
 EntityGeometry read_geometry(dxf::GroupReader groups, const dxf::TextCodec& codec) {
@@ -71,16 +51,6 @@ EntityGeometry read_geometry(dxf::GroupReader groups, const dxf::TextCodec& code
     if (reader.type == records.type()) return reader.read(records, codec);
   }
   return {};
-}
-
-std::vector<AttributeText> read_attributes(dxf::GroupReader groups, const dxf::TextCodec& codec) {
-  std::vector<AttributeText> attributes;
-  EntityRecords records(groups);
-  if (!records.next_record() || records.type() != "INSERT") return attributes;
-  while (records.next_record() && records.type() == "ATTRIB") {
-    attributes.push_back(read_attribute(records, codec));
-  }
-  return attributes;
 }
 
 }  // namespace korvel

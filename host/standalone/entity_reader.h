@@ -1,11 +1,9 @@
-// What the groups of an entity say: its shape, its properties, the attributes of a block reference.
+// What the groups of an entity say: its shape and its properties.
 //
 // The groups given are those of one entity: the head record from its group 0 on, then the VERTEX or
 // ATTRIB records that belong to it. Nothing in them is trusted: counts are not used, unreadable
 // numbers are 0, what is missing has its default.
 #pragma once
-
-#include <vector>
 
 #include "frame/entity_geometry.h"
 #include "host/standalone/drawing.h"
@@ -22,10 +20,5 @@ namespace korvel {
 // The properties of the head record.
 [[nodiscard]] EntityProperties read_properties(dxf::GroupReader groups,
                                                const dxf::TextCodec& codec);
-
-// The attributes of a block reference, in file order. The text of a multi-line attribute is the
-// whole text where the entity holds it, with its formatting codes.
-[[nodiscard]] std::vector<AttributeText> read_attributes(dxf::GroupReader groups,
-                                                         const dxf::TextCodec& codec);
 
 }  // namespace korvel

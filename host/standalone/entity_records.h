@@ -26,12 +26,16 @@ class EntityRecords {
       begin_at(group);
     }
     at_record_ = false;
+    extension_dictionary_ = 0;
     part_ = Part::Own;
     before_markers_ = true;
     return true;
   }
 
   [[nodiscard]] std::string_view type() const { return type_; }
+
+  // What the record, as far as it was read, names as its extension dictionary; 0: nothing.
+  [[nodiscard]] std::uint64_t extension_dictionary() const { return extension_dictionary_; }
 
   // Reads the next group of the record. Comments and what other applications hang on the entity
   // ({ACAD_REACTORS and the like) are passed over. False at the end, which an embedded object and
@@ -52,6 +56,7 @@ class EntityRecords {
 
   bool advance(dxf::Group& group) {
     bool in_application_groups = false;
+    bool names_dictionary = false;
     while (groups_.next(group)) {
       if (group.code == 0 || group.code >= 1000) {
         begin_at(group);
@@ -59,8 +64,10 @@ class EntityRecords {
       }
       if (in_application_groups) {
         in_application_groups = group.code != 102;
+        if (names_dictionary && group.code == 360) extension_dictionary_ = group.handle();
       } else if (group.code == 102 && before_markers_ && group.value.starts_with('{')) {
         in_application_groups = true;
+        names_dictionary = group.value == "{ACAD_XDICTIONARY";
       } else if (group.code == 101) {
         part_ = part_ == Part::Own ? Part::Embedded : Part::Over;
         return false;
@@ -75,6 +82,7 @@ class EntityRecords {
 
   dxf::GroupReader groups_;
   std::string_view type_;
+  std::uint64_t extension_dictionary_ = 0;
   bool at_record_ = false;
   bool before_markers_ = true;
   Part part_ = Part::Over;

@@ -19,6 +19,12 @@ void Journal::add(Change change) {
   close();
 }
 
+bool Journal::just_changed(dxf::ItemIndex item) const {
+  if (depth_ == 0 || current_.changes.empty()) return false;
+  const auto* const last = std::get_if<ItemChange>(&current_.changes.back());
+  return last != nullptr && last->item == item && !last->span.erased;
+}
+
 // Changes of the records of entities, and of the values of different columns, can change places: a
 // command that fills three columns by turns makes three runs.
 template <class Run, class Fits>

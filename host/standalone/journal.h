@@ -46,6 +46,9 @@ class Journal {
   void add_records(std::uint32_t entity, RecordSpan former);
   void add_value(std::uint32_t table, std::uint32_t column, std::uint32_t row, const Cell& former);
 
+  // Whether what the open step did last was to change this item, which was there before the step.
+  [[nodiscard]] bool just_changed(dxf::ItemIndex item) const;
+
   // Takes the newest step off; the caller swaps its changes, newest first, and hands it back with
   // `undone` (or the other way round for redo).
   [[nodiscard]] std::optional<Step> take_undo();

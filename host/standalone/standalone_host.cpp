@@ -74,6 +74,19 @@ bool StandaloneHost::set_properties(EntityId entity, const EntityProperties& pro
 
 std::vector<Layer> StandaloneHost::layers() const { return drawing_->layers(); }
 
+std::optional<std::wstring> StandaloneHost::block_name_of(EntityId entity) const {
+  return drawing_->block_name_of(entity);
+}
+
+std::vector<BlockAttribute> StandaloneHost::attributes_of(EntityId reference) const {
+  return drawing_->attributes_of(reference);
+}
+
+bool StandaloneHost::set_attribute_text(EntityId reference, std::size_t attribute,
+                                        std::wstring_view text) {
+  return drawing_->set_attribute_text(reference, attribute, text);
+}
+
 std::vector<ExtensionEntry> StandaloneHost::extension_entries(EntityId entity) const {
   return drawing_->extension_entries(entity);
 }

@@ -35,6 +35,10 @@ class StandaloneHost : public DrawingHost {
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override;
   bool set_properties(EntityId entity, const EntityProperties& properties) override;
   [[nodiscard]] std::vector<Layer> layers() const override;
+  [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity) const override;
+  [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override;
+  bool set_attribute_text(EntityId reference, std::size_t attribute,
+                          std::wstring_view text) override;
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override;
   bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override;
   [[nodiscard]] EntityList pick_first() const override;

@@ -1,4 +1,5 @@
 // The promises of the drawing's host.
+#include "frame/command_frame.h"
 #include "tests/host/contract_records.h"
 #include "tests/host/contract_suite.h"
 
@@ -117,6 +118,42 @@ TEST_P(HostContract, ExtensionEntriesAreCopiedWithTheObjectData) {
   for (const EntityId id : {locked_, erased_, EntityId{}})
     EXPECT_FALSE(host_.store_extension_entry(id, entries[0]));
   EXPECT_EQ(records_of(locked_), Records{});
+}
+
+TEST_P(HostContract, AttributesAreNamedAndChangedByTheirPlace) {
+  const std::unique_ptr<HostUnderTest> with_references =
+      GetParam()({{L"0"}, {.name = L"Locked", .locked = true}},
+                 {{L"0"},
+                  {L"Locked",
+                   false,
+                   L"Door",
+                   {{L"NUM", L"1"}, {L"NUM", L"2"}, {L"WIDTH", L"0.9", L"Locked"}, {L"NOTE", L""}}},
+                  {.layer = L"0", .block = L"Tree"},
+                  {.layer = L"0", .block = L"Door", .attributes = {{L"NUM", L"3"}}}});
+  DrawingHost& host = with_references->host();
+  const EntityList ids = with_references->entities();
+  const DocumentLock lock(host);
+  with_references->erase(ids[3]);
+  EXPECT_EQ(host.block_name_of(ids[1]), L"Door");
+  EXPECT_EQ(host.block_name_of(ids[2]), L"Tree");
+  for (const EntityId id : {ids[0], ids[3], EntityId{}}) {
+    EXPECT_EQ(host.block_name_of(id), std::nullopt);
+    EXPECT_TRUE(host.attributes_of(id).empty());
+    EXPECT_FALSE(host.set_attribute_text(id, 0, L"x"));
+  }
+  EXPECT_TRUE(host.attributes_of(ids[2]).empty());
+
+  using Attributes = std::vector<BlockAttribute>;
+  EXPECT_EQ(host.attributes_of(ids[1]),
+            (Attributes{{L"NUM", L"1"}, {L"NUM", L"2"}, {L"WIDTH", L"0.9"}, {L"NOTE", L""}}));
+  EXPECT_TRUE(host.set_attribute_text(ids[1], 1, L"")) << "the reference's layer does not count";
+  EXPECT_FALSE(host.set_attribute_text(ids[1], 2, L"1.0")) << "the attribute's layer counts";
+  EXPECT_TRUE(host.set_attribute_text(ids[1], 3, L"two\nlines ^ \u2603"));
+  EXPECT_FALSE(host.set_attribute_text(ids[1], 4, L"x"));
+  EXPECT_EQ(
+      host.attributes_of(ids[1]),
+      (Attributes{
+          {L"NUM", L"1"}, {L"NUM", L""}, {L"WIDTH", L"0.9"}, {L"NOTE", L"two\nlines ^ \u2603"}}));
 }
 
 TEST_P(HostContract, EntitiesAroundAPointAreThoseOfModelSpace) {

@@ -13,7 +13,8 @@ struct Failures {
   std::set<EntityId> remove{};
   std::set<std::wstring, std::less<>> kept_tables{};  // their records cannot be removed
   std::set<EntityId> attach{};
-  int esc_at_question = 0;  // counted from 1; 0: at none
+  std::set<EntityId> texts{};  // of the attributes of these references
+  int esc_at_question = 0;     // counted from 1; 0: at none
 };
 
 class FailingRecordIterator final : public ForwardingRecordIterator {
@@ -104,6 +105,18 @@ class FailingHost final : public ForwardingHost {
   }
   bool set_properties(EntityId entity, const EntityProperties& properties) override {
     return !failures_.open.contains(entity) && Base::set_properties(entity, properties);
+  }
+  [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity) const override {
+    return failures_.open.contains(entity) ? std::nullopt : Base::block_name_of(entity);
+  }
+  [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
+    if (failures_.open.contains(reference)) return {};
+    return Base::attributes_of(reference);
+  }
+  bool set_attribute_text(EntityId reference, std::size_t attribute,
+                          std::wstring_view text) override {
+    return !failures_.open.contains(reference) && !failures_.texts.contains(reference) &&
+           Base::set_attribute_text(reference, attribute, text);
   }
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
     if (failures_.open.contains(entity)) return {};

@@ -17,14 +17,23 @@ struct LayerSpec {
   bool off = false;
 };
 
+struct AttributeSpec {
+  std::wstring tag;
+  std::wstring text;
+  std::wstring layer = L"0";
+};
+
 struct EntitySpec {
   std::wstring layer;  // may be one that has no record
   bool in_paper_space = false;
+  std::wstring block{};  // makes it a reference of this block, which is not defined
+  std::vector<AttributeSpec> attributes{};
 };
 
 inline constexpr std::uint64_t first_entity_handle = 0x2A;
 
-// An R2018 drawing; the entities are points with handles from first_entity_handle upwards.
+// An R2018 drawing; the entities are points, or else block references, with handles from
+// first_entity_handle upwards.
 inline std::unique_ptr<Drawing> make_drawing(const std::vector<LayerSpec>& layers,
                                              const std::vector<EntitySpec>& entities) {
   std::string dxf;
@@ -51,11 +60,21 @@ inline std::unique_ptr<Drawing> make_drawing(const std::vector<LayerSpec>& layer
   dxf += "0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n";
   handle = first_entity_handle;
   for (const EntitySpec& entity : entities) {
-    add(0, "POINT");
+    const bool is_reference = !entity.block.empty();
+    add(0, is_reference ? "INSERT" : "POINT");
     add(5, hex(handle++));
     if (entity.in_paper_space) add(67, "1");
     add(8, to_utf8(entity.layer));
+    if (is_reference) add(2, to_utf8(entity.block));
     dxf += "10\n1.0\n20\n2.0\n30\n3.0\n";
+    for (const AttributeSpec& attribute : entity.attributes) {
+      add(0, "ATTRIB");
+      add(8, to_utf8(attribute.layer));
+      dxf += "40\n2.5\n";
+      add(1, to_utf8(attribute.text));
+      add(2, to_utf8(attribute.tag));
+    }
+    if (!entity.attributes.empty()) add(0, "SEQEND");
   }
   dxf +=
       "0\nENDSEC\n0\nSECTION\n2\nOBJECTS\n0\nDICTIONARY\n5\nC\n330\n0\n100\nAcDbDictionary\n"

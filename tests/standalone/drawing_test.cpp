@@ -95,6 +95,18 @@ const Edit edits[] = {
      "+100 +101 -22 -30 -31 ~$HANDSEED ~C"},
 };
 
+// A number in the place of the handle seed has no room for a handle.
+TEST(Drawing, ADamagedHandleSeedIsKept) {
+  const auto drawing =
+      read(framed(replaced(sample_lines("AC1032"), "$HANDSEED\n5 100", "$HANDSEED\n90 100"),
+                  {dxf::Framing::BinaryTwoByte, ""}));
+  ASSERT_TRUE(drawing && define_and_attach(*drawing, 0x20));
+  const auto reopened = read(drawing->to_bytes());
+  ASSERT_TRUE(reopened);
+  EXPECT_EQ(reopened->variable("HANDSEED"), "100");
+  EXPECT_EQ(test::records_of(*reopened, 0x20), std::vector{main_street});
+}
+
 TEST(Drawing, WritesOnlyWhatAChangeConcerns) {
   for (const auto& [version, form] : {std::pair{"AC1014", test::Form{}},
                                       {"AC1015", {dxf::Framing::Ascii, "\r\n"}},

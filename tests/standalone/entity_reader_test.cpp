@@ -323,18 +323,6 @@ TEST(EntityReader, ReferencesNameTheirBlock) {
   EXPECT_EQ(shape<BlockReferenceShape>("0 DIMENSION|2 *D3|10 5|70 32").block, L"*D3");
 }
 
-TEST(EntityReader, AttributesOfAReference) {
-  const std::string bytes = entity(
-      "0 INSERT|2 B|0 ATTRIB|5 2A|102 {OTHER|2 x|102 }|1 VALUE |2 TAG|70 0|1000 y|"
-      "0 ATTRIB|1  |2 LINES|101 Embedded Object|3 first |1 second|0 SEQEND|0 ATTRIB|2 STRAY");
-  const auto attributes = read_attributes({bytes, dxf::Framing::Ascii}, codec());
-  ASSERT_EQ(attributes.size(), 2U);
-  EXPECT_EQ(attributes[0].tag, L"TAG");
-  EXPECT_EQ(attributes[0].text, L"VALUE ");
-  EXPECT_EQ(attributes[1].tag, L"LINES");
-  EXPECT_EQ(attributes[1].text, L"first second");
-}
-
 TEST(EntityReader, PropertiesComeFromTheCommonPart) {
   struct {
     const char* groups;

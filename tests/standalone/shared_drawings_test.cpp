@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <map>
+#include <set>
 
 #include "host/standalone/drawing_dump.h"
 #include "host/standalone/file_save.h"
@@ -51,6 +53,42 @@ TEST_F(SharedDrawings, AreWrittenBackByteForByte) {
     EXPECT_TRUE((*drawing)->to_bytes() == *file) << path;
     EXPECT_FALSE((*drawing)->entities(Space::Model).empty()) << path;
   }
+}
+
+TEST_F(SharedDrawings, TakeAttributeTextsAndNameDynamicBlocks) {
+  std::size_t set = 0;
+  std::set<std::wstring> definitions;
+  for (const fs::path& path : drawings_) {
+    SCOPED_TRACE(path);
+    const std::string file = *read_file(path);
+    const auto drawing = test::read(file);
+    ASSERT_TRUE(drawing);
+    std::map<EntityId, std::vector<BlockAttribute>> wanted;
+    drawing->journal().open();
+    for (const EntityId id : drawing->entities(Space::Model)) {
+      const std::optional<std::wstring> block = drawing->block_name_of(id);
+      if (!block) continue;
+      const EntityGeometry shape = drawing->geometry_of(id);
+      if (*block != std::get<BlockReferenceShape>(shape.shape).block) definitions.insert(*block);
+      wanted[id] = drawing->attributes_of(id);
+      for (std::size_t i = 0; i < wanted[id].size(); ++i) {
+        const std::wstring text = wanted[id][i].text + L"\n\u00e9 \u2603^ \\";
+        if (!drawing->set_attribute_text(id, i, text)) continue;
+        wanted[id][i].text = text;
+        ++set;
+      }
+    }
+    drawing->journal().close();
+    const auto reopened = test::read(drawing->to_bytes());
+    ASSERT_TRUE(reopened);
+    for (const auto& [id, attributes] : wanted)
+      EXPECT_EQ(reopened->attributes_of(id), attributes);
+    (void)drawing->undo();
+    EXPECT_TRUE(drawing->to_bytes() == file);
+  }
+  EXPECT_GE(set, 10U);
+  EXPECT_TRUE(definitions.contains(L"block_visibility_parameter"));
+  EXPECT_TRUE(definitions.contains(L"my-dynamic-block")) << "whose definition may be anonymous";
 }
 
 TEST_F(SharedDrawings, CarryObjectDataAndLoseThemAgain) {

@@ -31,7 +31,7 @@ class EntityText {
     if (geometry.thickness != 0) number(L"thickness", geometry.thickness);
     if (const auto length = length_of(geometry.shape)) number(L"length", *length);
     if (const auto area = area_of(geometry.shape)) number(L"area", *area);
-    for (const AttributeText& attribute : drawing_.attributes_of(id)) {
+    for (const BlockAttribute& attribute : drawing_.attributes_of(id)) {
       fact(L"attribute " + attribute.tag, value_in_line(std::wstring_view(attribute.text)));
     }
     if (drawing_.has_readable_records(id)) {

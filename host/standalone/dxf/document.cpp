@@ -64,6 +64,12 @@ Span Document::store(std::string_view bytes) {
   return span;
 }
 
+Span Document::store_over(const Span& former, std::string_view bytes) {
+  const bool is_last = former.offset + former.length == original_.size() + added_.size();
+  if (is_last && former.offset >= original_.size()) added_.resize(former.offset - original_.size());
+  return store(bytes);
+}
+
 ItemIndex Document::add_before(ItemIndex terminator, std::string_view bytes, std::uint64_t handle) {
   Item item;
   item.span = store(bytes);
@@ -135,7 +141,7 @@ bool Document::set_variable(std::string_view name, std::string_view raw_value) {
 std::string Document::header_with_seed() const {
   std::string header(bytes(*header_));
   const std::optional<Group> seed = variable("$HANDSEED");
-  if (!seed) return header;
+  if (!seed || seed->code != 5) return header;  // damaged: no group that holds a handle
   std::string digits;
   append_handle(digits, next_handle_);
   const auto at = static_cast<std::size_t>(seed->value.data() - bytes(*header_).data());

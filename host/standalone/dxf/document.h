@@ -107,6 +107,9 @@ class Document {
 
   // Stores bytes for an item; assigning the result to Item::span makes them the item's.
   [[nodiscard]] Span store(std::string_view bytes);
+  // The same for bytes that nothing but `former` refers to; if those were stored last, these take
+  // their place. `bytes` must not be a view of them.
+  [[nodiscard]] Span store_over(const Span& former, std::string_view bytes);
   // Adds an item in front of `terminator` (an ENDSEC or ENDTAB), behind those added there before.
   ItemIndex add_before(ItemIndex terminator, std::string_view bytes, std::uint64_t handle);
   // To be called when other bytes became the item's: they may be of another type.
