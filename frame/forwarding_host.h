@@ -145,6 +145,9 @@ class ForwardingHost : public DrawingHost {
   [[nodiscard]] std::wstring handle_of(EntityId entity) const override {
     return target_.handle_of(entity);
   }
+  void append_handle(EntityId entity, std::wstring& out) const override {
+    target_.append_handle(entity, out);
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return target_.geometry_of(entity);
   }

@@ -27,6 +27,7 @@ class StandaloneHost : public DrawingHost {
   [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override;
   [[nodiscard]] EntityId layer_of(EntityId entity) const override;
   [[nodiscard]] std::wstring handle_of(EntityId entity) const override;
+  void append_handle(EntityId entity, std::wstring& out) const override;
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override;
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override;
   bool set_geometry(EntityId entity, const EntityGeometry& geometry) override;

@@ -18,9 +18,13 @@ TEST_P(HostContract, EntitiesOpenUnlessErasedAndForWritingUnlessLocked) {
     EXPECT_EQ(host_.opens(test.entity, OpenMode::Write), test.write) << test.name;
     EXPECT_EQ(host_.geometry_of(test.entity).has_value(), test.read) << test.name;
     EXPECT_EQ(host_.layer_of(test.entity).is_null(), !test.read) << test.name;
+    EXPECT_EQ(host_.handle_of(test.entity).empty(), !test.read) << test.name;
   }
   EXPECT_EQ(host_.extents_of(plain_), (Extents{{1, 2, 3}, {1, 2, 3}}));
   EXPECT_EQ(host_.handle_of(plain_), L"2A");
+  std::wstring handle = L"#";
+  host_.append_handle(plain_, handle);
+  EXPECT_EQ(handle, L"#2A");
 }
 
 TEST_P(HostContract, ModelSpaceIsOldestFirst) {
