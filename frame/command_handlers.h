@@ -44,4 +44,6 @@ void to_3d_polylines(Session& session);
 void set_prop(Session& session);
 void set_text(Session& session);
 
+void expl(Session& session);
+
 }  // namespace korvel
