@@ -45,5 +45,6 @@ void set_prop(Session& session);
 void set_text(Session& session);
 
 void expl(Session& session);
+void translate(Session& session);
 
 }  // namespace korvel

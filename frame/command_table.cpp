@@ -51,7 +51,7 @@ constexpr std::array<Command, 38> commands = {{
     {L"KORVEL_BREAK", usual, L"breaks an entity; the pieces keep its object data", break_entity},
     {L"KORVEL_ABOUT", usual, L"says what this program is", about},
     {L"KORVEL_EXPL", usual, L"exports a grouped summary of the object data", expl},
-    {L"KORVEL_TRANSLATE", usual, L"renames tables, fields and values by alias files", nullptr},
+    {L"KORVEL_TRANSLATE", usual, L"renames tables, fields and values by alias files", translate},
     {L"KORVEL_LOAD_ATTRS", usual, L"copies block attributes into object data", nullptr},
     {L"KORVEL_STORE_ATTRS", usual, L"copies object data into block attributes", nullptr},
     {L"KORVEL_ATTR_TEMPLATE", usual, L"writes a template of an attribute mapping file", nullptr},

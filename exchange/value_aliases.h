@@ -1,0 +1,48 @@
+// What the values of records become, looked up quickly for any number of records.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "exchange/alias_files.h"
+#include "frame/od_store.h"
+
+namespace korvel {
+
+class ValueAliases {
+ public:
+  // The maps must outlive this, and no table or column may change its name meanwhile.
+  ValueAliases(const ODStore& store, const AliasMaps& maps);
+
+  // Writes those values of the current record that become others. Whether there was one.
+  bool translate(RecordIterator& record);
+
+ private:
+  using Texts = std::unordered_map<std::wstring_view, std::wstring_view>;
+  struct Column {
+    int index;
+    std::vector<const Texts*> texts;  // in the order in which they are asked
+  };
+  struct Table {
+    std::wstring name;
+    std::vector<Column> columns;  // those for which there are any
+  };
+
+  const Texts* texts_of(const Aliases& aliases);
+  [[nodiscard]] Table table_of(const ODTableDef& definition, const AliasMaps& maps);
+  [[nodiscard]] const Table* find(std::wstring_view table);
+  [[nodiscard]] bool translate(RecordIterator& record, const Column& column);
+
+  std::map<const Aliases*, Texts> texts_;
+  std::vector<Table> tables_;  // by name
+  std::size_t last_table_ = 0;
+  // Buffers.
+  std::wstring text_;
+  ODValue read_;
+};
+
+}  // namespace korvel
