@@ -79,8 +79,7 @@ std::vector<std::wstring> user_tables_on(ODStore& store, const EntityList& entit
 TextFileWriter explicate(ODStore& store, DrawingHost& host, EntityList entities,
                          const ExplicationRequest& request) {
   if (!std::ranges::is_sorted(entities)) std::ranges::sort(entities);
-  const auto repeated = std::ranges::unique(entities);
-  entities.erase(repeated.begin(), repeated.end());
+  entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
   const ExplicationColumns columns = explication_columns(store, request);
   const ExplicationGroups groups(store, entities, columns, request.type_field.has_value());
   return Explication(store, host, entities, columns, request).write(groups);

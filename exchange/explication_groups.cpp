@@ -4,40 +4,34 @@
 #include <memory>
 #include <numeric>
 
+#include "exchange/table_finder.h"
 #include "frame/value_text.h"
 
 namespace korvel {
 
 ExplicationGroups::ExplicationGroups(ODStore& store, const EntityList& entities,
                                      const ExplicationColumns& columns, bool by_type_field)
-    : tables_(columns.tables), by_type_field_(by_type_field) {
-  if (!by_type_field_) {  // a table's group has its index for a number
+    : tables_(columns.tables) {
+  if (!by_type_field) {  // a table's group has its index for a number
     for (const ExplainedTable& table : tables_)
       (void)group_of(table.name);
   }
   std::vector<Number> groups;  // by record
+  TableFinder<ExplainedTable> finder(tables_);
   const std::unique_ptr<RecordIterator> walk = store.records();
   for (std::uint32_t entity = 0; entity < entities.size(); ++entity) {
     walk->open(entities[entity], OpenMode::Read);
     for (std::uint32_t position = 0; !walk->done(); walk->next(), ++position) {
-      const std::optional<std::uint32_t> table = table_of(walk->table_name());
-      if (!table) continue;
-      const Number group = by_type_field_ ? group_of(*table, *walk) : *table;
-      records_.push_back({entity, position, *table});
+      const std::optional<std::size_t> found = finder.find(walk->table_name());
+      if (!found) continue;
+      const auto table = static_cast<std::uint32_t>(*found);
+      const Number group = by_type_field ? group_of(table, *walk) : table;
+      records_.push_back({entity, position, table});
       groups.push_back(group);
       ++counts_[group];
     }
   }
   sort(groups);
-}
-
-// Records of one table mostly follow each other.
-std::optional<std::uint32_t> ExplicationGroups::table_of(std::wstring_view name) {
-  if (last_table_ < tables_.size() && tables_[last_table_].name == name) return last_table_;
-  const auto found = std::ranges::lower_bound(tables_, name, {}, &ExplainedTable::name);
-  if (found == tables_.end() || found->name != name) return std::nullopt;
-  last_table_ = static_cast<std::uint32_t>(found - tables_.begin());
-  return last_table_;
 }
 
 ExplicationGroups::Number ExplicationGroups::group_of(std::uint32_t table,

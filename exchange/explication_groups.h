@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,14 +47,11 @@ class ExplicationGroups {
     }
   };
 
-  [[nodiscard]] std::optional<std::uint32_t> table_of(std::wstring_view name);
   [[nodiscard]] Number group_of(std::uint32_t table, const RecordIterator& record);
   [[nodiscard]] Number group_of(std::wstring_view key);
   void sort(const std::vector<Number>& groups);
 
   const std::vector<ExplainedTable>& tables_;
-  bool by_type_field_;
-  std::uint32_t last_table_ = 0;
   std::unordered_map<std::wstring, Number, Hash, std::equal_to<>> numbers_;
   std::vector<std::wstring_view> keys_;   // by number; views into numbers_
   std::vector<std::size_t> counts_;       // by number

@@ -35,6 +35,7 @@ ValueAliases::ValueAliases(const ODStore& store, const AliasMaps& maps) {
     }
   }
   std::ranges::sort(tables_, {}, &Table::name);
+  finder_ = TableFinder<Table>(tables_);
 }
 
 const ValueAliases::Texts* ValueAliases::texts_of(const Aliases& aliases) {
@@ -59,22 +60,11 @@ ValueAliases::Table ValueAliases::table_of(const ODTableDef& definition, const A
   return table;
 }
 
-// Records of one table mostly follow each other.
-const ValueAliases::Table* ValueAliases::find(std::wstring_view table) {
-  if (last_table_ < tables_.size() && tables_[last_table_].name == table) {
-    return &tables_[last_table_];
-  }
-  const auto found = std::ranges::lower_bound(tables_, table, {}, &Table::name);
-  if (found == tables_.end() || found->name != table) return nullptr;
-  last_table_ = static_cast<std::size_t>(found - tables_.begin());
-  return &*found;
-}
-
 bool ValueAliases::translate(RecordIterator& record) {
-  const Table* const table = find(record.table_name());
-  if (table == nullptr) return false;
+  const std::optional<std::size_t> table = finder_.find(record.table_name());
+  if (!table) return false;
   bool written = false;
-  for (const Column& column : table->columns)
+  for (const Column& column : tables_[*table].columns)
     written = translate(record, column) || written;
   return written;
 }

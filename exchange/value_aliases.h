@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "exchange/alias_files.h"
+#include "exchange/table_finder.h"
 #include "frame/od_store.h"
 
 namespace korvel {
@@ -17,6 +18,8 @@ class ValueAliases {
  public:
   // The maps must outlive this, and no table or column may change its name meanwhile.
   ValueAliases(const ODStore& store, const AliasMaps& maps);
+  ValueAliases(const ValueAliases&) = delete;
+  ValueAliases& operator=(const ValueAliases&) = delete;
 
   // Writes those values of the current record that become others. Whether there was one.
   bool translate(RecordIterator& record);
@@ -34,12 +37,11 @@ class ValueAliases {
 
   const Texts* texts_of(const Aliases& aliases);
   [[nodiscard]] Table table_of(const ODTableDef& definition, const AliasMaps& maps);
-  [[nodiscard]] const Table* find(std::wstring_view table);
   [[nodiscard]] bool translate(RecordIterator& record, const Column& column);
 
   std::map<const Aliases*, Texts> texts_;
   std::vector<Table> tables_;  // by name
-  std::size_t last_table_ = 0;
+  TableFinder<Table> finder_{{}};
   // Buffers.
   std::wstring text_;
   ODValue read_;
