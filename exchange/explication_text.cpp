@@ -42,6 +42,10 @@ ExplicationText::ExplicationText(const ExplicationColumns& columns,
     cell.append_quoted(table.name);
     cell.append_units(separator_.view());
   }
+  write_header(request);
+}
+
+void ExplicationText::write_header(const ExplicationRequest& request) {
   begin_line("ID");
   append_separator();
   line_.append_ascii("TableName");
@@ -51,7 +55,7 @@ ExplicationText::ExplicationText(const ExplicationColumns& columns,
     append_separator();
   }
   line_.append_ascii("Count");
-  for (const ValueColumn& column : columns.values) {
+  for (const ValueColumn& column : definition_.values) {
     append_separator();
     line_.append(column.name);
   }

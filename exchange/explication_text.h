@@ -57,6 +57,7 @@ class ExplicationText {
     std::size_t length;
   };
 
+  void write_header(const ExplicationRequest& request);
   void begin_line(std::string_view name);
   std::string_view end_line();  // the line's bytes in the file
   void append_separator() {
