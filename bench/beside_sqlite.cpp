@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <limits>
 #include <sqlite3.h>
@@ -16,6 +18,8 @@
 #include "attach/duplicate_removal.h"
 #include "bench/drawing_maker.h"
 #include "bench/silent_host.h"
+#include "exchange/explication.h"
+#include "exchange/translation.h"
 #include "frame/utf.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/standalone_store.h"
@@ -72,7 +76,51 @@ class Database {
     return statement;
   }
 
+  // Appends the rows a statement gives to the file, texts between double quotes.
+  void write_rows(const std::string& sql, std::ofstream& file) {
+    sqlite3_stmt* statement = prepare(sql);
+    std::string line;
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+      line.clear();
+      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
+        if (i > 0) line += ',';
+        append_cell(statement, i, line);
+      }
+      line += '\n';
+      file.write(line.data(), static_cast<std::streamsize>(line.size()));
+    }
+    sqlite3_finalize(statement);
+  }
+
+  // The one text that a statement gives.
+  std::string text(const std::string& sql) {
+    sqlite3_stmt* statement = prepare(sql);
+    if (sqlite3_step(statement) != SQLITE_ROW) fail(sql + " gives nothing");
+    std::string line;
+    append_text(statement, 0, line);
+    sqlite3_finalize(statement);
+    return line;
+  }
+
  private:
+  static void append_text(sqlite3_stmt* statement, int column, std::string& line) {
+    const unsigned char* const cell = sqlite3_column_text(statement, column);
+    if (cell == nullptr) return;
+    line.append(reinterpret_cast<const char*>(cell),
+                static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
+  }
+  static void append_cell(sqlite3_stmt* statement, int column, std::string& line) {
+    if (sqlite3_column_type(statement, column) != SQLITE_TEXT) {
+      return append_text(statement, column, line);
+    }
+    line += '"';
+    std::size_t at = line.size();
+    append_text(statement, column, line);
+    for (; (at = line.find('"', at)) != std::string::npos; at += 2)
+      line.insert(at, 1, '"');
+    line += '"';
+  }
+
   sqlite3* handle_ = nullptr;
   std::vector<std::int64_t> found_;  // what a program would go on with
 };
@@ -170,6 +218,36 @@ class Comparison {
                 theirs / ours, undoing * 1e3, changed);
   }
 
+  // The explication of both tables in a file, beside queries that give the same rows and figures
+  // and of which the result is written as UTF-8; and beside writing the bytes of the explication.
+  void explication() {
+    const ExplicationRequest request{{L"Roads", L"Surveys"}, {}, L","};
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / "korvel-beside-sqlite.csv";
+    double ours = best;
+    double theirs = best;
+    double writing = best;
+    for (int round = 0; round < rounds; ++round) {
+      ours = std::min(ours, seconds([&] {
+                        if (explicate(store_, host_, entities_, request).save(file)) {
+                          fail("the explication was not saved");
+                        }
+                      }));
+      theirs = std::min(theirs, seconds([&] { write_csv(file); }));
+      const std::string bytes = explicate(store_, host_, entities_, request).bytes();
+      check_explication(bytes);
+      writing = std::min(writing, seconds([&] {
+                           std::ofstream out(file, std::ios::binary);
+                           out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+                         }));
+    }
+    std::filesystem::remove(file);
+    std::printf("%-44s %10.2f %10.2f %8.1f %9s %12d\n", "explication in a file", ours * 1e3,
+                theirs * 1e3, theirs / ours, "", records());
+    std::printf("%-44s %10.2f %10s %8.1f\n", "  writing its bytes alone, and times that",
+                writing * 1e3, "", ours / writing);
+  }
+
   // What works on the shapes of entities, which SQLite has not: beside a pass that reads them.
   void beside_shapes(const char* name, const Work& work) {
     double ours = best;
@@ -203,6 +281,42 @@ class Comparison {
   [[nodiscard]] const EntityList& entities() const { return entities_; }
 
  private:
+  // Rows of a table lie in the order of their entities.
+  void write_csv(const std::filesystem::path& file) {
+    std::ofstream out(file, std::ios::binary);
+    for (const char* sql :
+         {"SELECT printf('%X', entity), 'Roads', NULL, lanes, name, NULL, width, NULL FROM roads",
+          "SELECT 'Sum', 'Roads', count(DISTINCT entity), sum(lanes), count(name), NULL, "
+          "sum(width), NULL FROM roads",
+          "SELECT printf('%X', entity), 'Surveys', NULL, NULL, NULL, note, NULL, year FROM surveys",
+          "SELECT 'Sum', 'Surveys', count(DISTINCT entity), NULL, NULL, count(note), NULL, "
+          "sum(year) FROM surveys",
+          "SELECT count(lanes), count(name), count(width), sum(lanes), sum(width), min(lanes), "
+          "min(width), max(lanes), max(width), avg(lanes), avg(width), count(DISTINCT lanes), "
+          "count(DISTINCT name), count(DISTINCT width) FROM roads",
+          "SELECT count(note), count(year), sum(year), min(year), max(year), avg(year), "
+          "count(DISTINCT note), count(DISTINCT year) FROM surveys"}) {
+      database_.write_rows(sql, out);
+    }
+  }
+  // That the last lines hold what SQLite counts.
+  void check_explication(const std::string& bytes) {
+    std::string end = bytes.substr(bytes.size() - std::min<std::size_t>(bytes.size(), 2000));
+    std::erase(end, '\0');
+    for (const char* sql :
+         {"SELECT 'Unique,,,' || count(DISTINCT lanes) || ',' || count(DISTINCT name) || ',' || "
+          "(SELECT count(DISTINCT note) FROM surveys) || ',' || count(DISTINCT width) || ',' || "
+          "(SELECT count(DISTINCT year) FROM surveys) FROM roads",
+          "SELECT 'SumCount,,,' || count(lanes) || ',' || count(name) || ',' || "
+          "(SELECT count(note) FROM surveys) || ',' || count(width) || ',' || "
+          "(SELECT count(year) FROM surveys) FROM roads",
+          "SELECT 'Max,,,' || max(lanes) || '.0,,,' || max(width) || ',' || "
+          "(SELECT max(year) FROM surveys) || '.0' FROM roads"}) {
+      const std::string line = database_.text(sql);
+      if (end.find(line + "\r\n") == std::string::npos) fail("the explication lacks " + line);
+    }
+  }
+
   static constexpr double best = std::numeric_limits<double>::infinity();
 
   static std::unique_ptr<Drawing> make(std::uint64_t size) {
@@ -291,6 +405,8 @@ void compare(std::uint64_t size) {
              {"SELECT entity FROM surveys GROUP BY entity HAVING count(*) > 1 UNION "
               "SELECT entity FROM roads GROUP BY entity HAVING count(*) > 1"});
 
+  run.explication();
+
   run.database().run("CREATE TABLE extra(entity INTEGER, lanes INTEGER, name TEXT)");
   const ODTableDef extra_table{L"Extra",
                                {{L"LANES", ODType::Integer, std::int32_t{2}},
@@ -328,6 +444,27 @@ void compare(std::uint64_t size) {
                return replace_in_records({{L"Roads"}, {L"LANES"}, L">3", L"9"}, store, all);
              },
              {"UPDATE roads SET lanes = 9 WHERE lanes < 3"});
+  AliasMaps aliases;
+  run.database().run("CREATE TABLE names(value TEXT PRIMARY KEY, alias TEXT) WITHOUT ROWID");
+  run.database().run("CREATE TABLE numbers(value INTEGER PRIMARY KEY, alias INTEGER)");
+  for (int street = 0; street < 5000; ++street) {
+    const std::string number = std::to_string(street);
+    aliases.table_field_values[L"Roads"][L"NAME"].emplace(L"Street " + std::to_wstring(street),
+                                                          L"Road " + std::to_wstring(street));
+    run.database().run("INSERT INTO names VALUES('Street " + number + "', 'Road " + number + "')");
+  }
+  for (int lanes = 1; lanes <= 6; ++lanes) {
+    aliases.table_field_values[L"Roads"][L"LANES"].emplace(std::to_wstring(lanes),
+                                                           std::to_wstring(lanes + 10));
+    run.database().run("INSERT INTO numbers VALUES(" + std::to_string(lanes) + ", " +
+                       std::to_string(lanes + 10) + ")");
+  }
+  run.change("translate two columns",
+             [&] { return translate_values(store, run.host(), all, aliases); },
+             {"UPDATE roads SET name = n.alias, lanes = l.alias FROM names n, numbers l WHERE "
+              "n.value = roads.name AND l.value = roads.lanes",
+              "UPDATE roads SET name = (SELECT alias FROM names WHERE value = name), lanes = "
+              "(SELECT alias FROM numbers WHERE value = lanes)"});
   run.change("remove all duplicates",
              [&] {
                const int before = run.records();

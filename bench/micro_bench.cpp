@@ -10,6 +10,8 @@
 #include "attributes/attribute_transfer.h"
 #include "bench/drawing_maker.h"
 #include "bench/silent_host.h"
+#include "exchange/explication.h"
+#include "exchange/translation.h"
 #include "frame/od_store.h"
 #include "geometry/polyline_conversion.h"
 #include "host/standalone/drawing.h"
@@ -405,6 +407,32 @@ void read_attributes(benchmark::State& state) {
       });
 }
 
+// By table, or by a field of which there are thousands of values.
+void explication(benchmark::State& state, std::optional<std::wstring> type_field) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  const ExplicationRequest request{{L"Roads", L"Surveys"}, std::move(type_field), L","};
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(explicate(store, host, entities, request));
+  count_entities(state);
+}
+
+// Every value is looked up, and the texts of one column are others afterwards; beside
+// write_one_column.
+void translate_all_values(benchmark::State& state) {
+  bench::SilentHost host(drawing_of(1));
+  AliasMaps maps;
+  maps.values = {{L"none", L"nothing"}};
+  for (int street = 0; street < 5000; ++street) {
+    const std::wstring number = std::to_wstring(street);
+    maps.field_values[L"NAME"].emplace(L"Street " + number, L"Road " + number);
+  }
+  set_values(state, [&](ODStore& store, const EntityList& entities) {
+    return translate_values(store, host, entities, maps);
+  });
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -463,6 +491,11 @@ BENCHMARK(set_all_texts)->Apply(sizes);
 BENCHMARK(read_attributes)->Apply(sizes);
 BENCHMARK_CAPTURE(transfer_attributes, load, load_attributes)->Apply(sizes);
 BENCHMARK_CAPTURE(transfer_attributes, store, store_attributes)->Apply(sizes);
+}
+
+BENCHMARK_CAPTURE(explication, by_table, std::nullopt)->Apply(sizes);
+BENCHMARK_CAPTURE(explication, by_field, L"NAME")->Apply(sizes);
+BENCHMARK(translate_all_values)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

@@ -51,4 +51,7 @@ void load_attrs(Session& session);
 void store_attrs(Session& session);
 void attr_template(Session& session);
 
+void expl(Session& session);
+void translate(Session& session);
+
 }  // namespace korvel

@@ -80,8 +80,12 @@ class DrawingHost {
   // The null identifier for an entity that cannot be opened.
   [[nodiscard]] virtual EntityId layer_of(EntityId entity) const = 0;
 
-  // Hexadecimal, upper case, no leading zeros; empty when the entity has none.
+  // Hexadecimal, upper case, no leading zeros; empty when the entity has none or cannot be
+  // opened.
   [[nodiscard]] virtual std::wstring handle_of(EntityId entity) const = 0;
+
+  // The same, appended to a text that is used again.
+  virtual void append_handle(EntityId entity, std::wstring& out) const { out += handle_of(entity); }
 
   // The entity of this handle, in whatever space; letter case and leading zeros do not count. The
   // null identifier when no entity that can be opened has it.

@@ -148,6 +148,9 @@ class ForwardingHost : public DrawingHost {
   [[nodiscard]] EntityId entity_with_handle(std::wstring_view handle) const override {
     return target_.entity_with_handle(handle);
   }
+  void append_handle(EntityId entity, std::wstring& out) const override {
+    target_.append_handle(entity, out);
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return target_.geometry_of(entity);
   }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cerrno>
 #include <fstream>
 #include <random>
@@ -11,6 +12,7 @@
 
 #include "frame/format.h"
 #include "frame/utf.h"
+#include "frame/utf16_text.h"
 
 namespace korvel {
 namespace {
@@ -160,19 +162,22 @@ fs::path temporary_beside(const fs::path& target) {
 }
 
 // Why the bytes could not all be written to the file, or none.
-std::optional<std::wstring> write_bytes(const fs::path& path, std::string_view bytes) {
+std::optional<std::wstring> write_bytes(const fs::path& path,
+                                        const std::deque<std::string>& blocks) {
   errno = 0;
   std::ofstream file(path, std::ios::binary);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  for (const std::string& block : blocks)
+    file.write(block.data(), static_cast<std::streamsize>(block.size()));
   file.close();
   if (!file) return last_reason();
   return std::nullopt;
 }
 
-std::optional<std::wstring> replace_file(const fs::path& target, std::string_view bytes) {
+std::optional<std::wstring> replace_file(const fs::path& target,
+                                         const std::deque<std::string>& blocks) {
   const fs::path temporary = temporary_beside(target);
   std::error_code code;
-  std::optional<std::wstring> failure = write_bytes(temporary, bytes);
+  std::optional<std::wstring> failure = write_bytes(temporary, blocks);
   if (!failure) {
     const fs::file_status old = fs::status(target, code);
     if (fs::exists(old)) fs::permissions(temporary, old.permissions(), code);
@@ -211,31 +216,54 @@ TextReading read_text_file(const std::filesystem::path& path, TextEncoding unmar
 }
 
 TextFileWriter::TextFileWriter(TextEncoding encoding) : encoding_(encoding) {
-  if (encoding_ == TextEncoding::Utf16) bytes_ = utf16_little_mark;
+  if (encoding_ == TextEncoding::Utf16)
+    block_with_room(utf16_little_mark.size()) += utf16_little_mark;
 }
 
 void TextFileWriter::write(std::wstring_view text) {
-  if (encoding_ == TextEncoding::Ansi) {
-    for (std::size_t begin = 0; begin < text.size();) {
-      const std::size_t end = std::min(text.find(L'\n', begin), text.size());
-      append_utf8(text.substr(begin, end - begin), bytes_);
-      if (end < text.size()) bytes_ += platform_line_end;
-      begin = end + 1;
-    }
+  if (encoding_ == TextEncoding::Utf16) {
+    Utf16Text units;
+    units.append(text);
+    write_units(units.view());
     return;
   }
-  std::u16string units;
-  for (std::size_t at = 0; at < text.size();) {
-    const CodePoint read = code_point_at(text, at);
-    if (read.value == U'\n') units.push_back(u'\r');
-    append_code_point(read.value, units);
-    at += read.units;
+  std::string bytes;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(L'\n', begin), text.size());
+    append_utf8(text.substr(begin, end - begin), bytes);
+    if (end < text.size()) bytes += platform_line_end;
+    begin = end + 1;
   }
-  bytes_.reserve(bytes_.size() + 2 * units.size());
-  for (const char16_t unit : units) {
-    bytes_.push_back(static_cast<char>(unit & 0xFF));
-    bytes_.push_back(static_cast<char>(unit >> 8));
+  block_with_room(bytes.size()) += bytes;
+}
+
+std::string_view TextFileWriter::write_units(std::u16string_view units) {
+  std::string& block = block_with_room(2 * units.size());
+  const std::size_t begin = block.size();
+  if constexpr (std::endian::native == std::endian::little) {
+    block.append(reinterpret_cast<const char*>(units.data()), 2 * units.size());
+  } else {
+    for (const char16_t unit : units) {
+      block.push_back(static_cast<char>(unit & 0xFF));
+      block.push_back(static_cast<char>(unit >> 8));
+    }
   }
+  return std::string_view(block).substr(begin);
+}
+
+std::string& TextFileWriter::block_with_room(std::size_t bytes) {
+  constexpr std::size_t block_size = std::size_t{1} << 20;
+  if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < bytes) {
+    blocks_.emplace_back().reserve(std::max(bytes, block_size));
+  }
+  return blocks_.back();
+}
+
+std::string TextFileWriter::bytes() const {
+  std::string all;
+  for (const std::string& block : blocks_)
+    all += block;
+  return all;
 }
 
 std::optional<TextFileError> TextFileWriter::save(const std::filesystem::path& target) const {
@@ -244,7 +272,7 @@ std::optional<TextFileError> TextFileWriter::save(const std::filesystem::path& t
   std::error_code code;
   const fs::file_status status = fs::status(file, code);
   const bool in_place = fs::exists(status) && !fs::is_regular_file(status);
-  const auto failure = in_place ? write_bytes(file, bytes_) : replace_file(file, bytes_);
+  const auto failure = in_place ? write_bytes(file, blocks_) : replace_file(file, blocks_);
   if (failure) return cannot_write(target, *failure);
   return std::nullopt;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -76,8 +77,12 @@ class TextFileWriter {
   // halves of a surrogate pair must come in one call.
   void write(std::wstring_view text);
 
+  // Appends units as they are, line ends included; for Utf16 alone. Gives the bytes they became,
+  // which stay where they are for the life of the writer and of those it is moved to.
+  std::string_view write_units(std::u16string_view units);
+
   // The file as it stands so far.
-  [[nodiscard]] const std::string& bytes() const { return bytes_; }
+  [[nodiscard]] std::string bytes() const;
 
   // Writes a new file beside the target and renames it over, so that a failure leaves an existing
   // target as it was. A link to a file stays one, a device is written to as it is. None if all
@@ -85,8 +90,10 @@ class TextFileWriter {
   [[nodiscard]] std::optional<TextFileError> save(const std::filesystem::path& target) const;
 
  private:
+  [[nodiscard]] std::string& block_with_room(std::size_t bytes);
+
   TextEncoding encoding_;
-  std::string bytes_;
+  std::deque<std::string> blocks_;  // never made larger, so that a large file is not copied about
 };
 
 // Whether save could write there, found out without changing what is there.

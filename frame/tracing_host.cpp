@@ -338,6 +338,11 @@ class TracingHost final : public ForwardingHost {
     return TraceLine(L"entity_with_handle", handle)
         .returns(sink_, Base::entity_with_handle(handle));
   }
+  void append_handle(EntityId entity, std::wstring& out) const override {
+    const std::size_t before = out.size();
+    Base::append_handle(entity, out);
+    TraceLine(L"append_handle", entity).returns(sink_, out.substr(before));
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return TraceLine(L"geometry_of", entity).returns(sink_, Base::geometry_of(entity));
   }

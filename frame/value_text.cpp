@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -17,12 +18,67 @@ namespace {
 constexpr int real_decimals = 12;
 constexpr int point_decimals = 6;
 
-std::size_t shortened_size(std::wstring_view number) {
-  const std::size_t stop = number.find(L'.');
-  if (stop == std::wstring_view::npos) return number.size();
+template <class Unit>
+std::size_t shortened_size(std::basic_string_view<Unit> number) {
+  const std::size_t stop = number.find(Unit{'.'});
+  if (stop == number.npos) return number.size();
   const std::size_t shortest = std::min(stop + 2, number.size());
-  const std::size_t last_digit = number.find_last_not_of(L'0');
+  const std::size_t last_digit = number.find_last_not_of(Unit{'0'});
   return std::max(shortest, last_digit + 1);
+}
+
+// A number of at least 0 cut at its full stop; `decimals` are twelve of them, correctly rounded.
+struct SplitReal {
+  std::uint64_t whole = 0;
+  std::uint64_t decimals = 0;
+};
+
+// Nothing is lost on the way: a fraction of at most 54 bits times a thousand fits 64. Smaller
+// numbers have fractions of more bits, larger ones none at all; there is no answer for either.
+std::optional<SplitReal> split_real(double magnitude) {
+  if (magnitude == 0) return SplitReal{};
+  constexpr int mantissa_bits = 52;
+  constexpr std::uint64_t leading_bit = std::uint64_t{1} << mantissa_bits;
+  const auto bits = std::bit_cast<std::uint64_t>(magnitude);
+  const int exponent = static_cast<int>(bits >> mantissa_bits) - 1023;
+  if (exponent < -2 || exponent > mantissa_bits) return std::nullopt;
+  const int places = mantissa_bits - exponent;  // of the binary fraction
+  const std::uint64_t mantissa = (bits & (leading_bit - 1)) | leading_bit;
+  const std::uint64_t one = std::uint64_t{1} << places;
+  SplitReal split{mantissa >> places, 0};
+  std::uint64_t fraction = mantissa & (one - 1);
+  for (int thousands = 0; thousands < real_decimals / 3; ++thousands) {
+    fraction *= 1000;
+    split.decimals = split.decimals * 1000 + (fraction >> places);
+    fraction &= one - 1;
+  }
+  const bool is_odd = split.decimals % 2 != 0;
+  const bool rounds_up = 2 * fraction > one || (2 * fraction == one && is_odd);
+  if (rounds_up && ++split.decimals == 1'000'000'000'000) {
+    split.decimals = 0;
+    ++split.whole;
+  }
+  return split;
+}
+
+// Writes a full stop and the decimals up to the last that is not 0, but at least one.
+char* write_decimals(std::uint64_t decimals, char* out) {
+  int digits = real_decimals;
+  for (; digits > 3 && decimals % 1000 == 0; digits -= 3)
+    decimals /= 1000;
+  for (; digits > 1 && decimals % 10 == 0; --digits)
+    decimals /= 10;
+  *out++ = '.';
+  for (char* digit = out + digits; digit != out; decimals /= 10)
+    *--digit = static_cast<char>('0' + decimals % 10);
+  return out + digits;
+}
+
+std::string_view write_fixed(double number, int decimals, char* room, std::size_t size) {
+  if (std::isnan(number)) return "nan";
+  const char* const end =
+      std::to_chars(room, room + size, number, std::chars_format::fixed, decimals).ptr;
+  return {room, static_cast<std::size_t>(end - room)};
 }
 
 constexpr bool is_blank(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
@@ -141,15 +197,20 @@ std::optional<ODValue> whole_point(std::wstring_view text) {
   return Point3{*x, *y, *z};
 }
 
+void append_ascii(std::string_view text, std::wstring& out) {
+  for (const char c : text)
+    out.push_back(static_cast<wchar_t>(c));
+}
+
 struct Append {
   std::wstring& out;
 
   void operator()(std::monostate) const {}
   void operator()(std::int32_t number) const { append_integer(number, out); }
   void operator()(double number) const {
-    const std::size_t begin = out.size();
-    append_fixed_text(number, real_decimals, out);
-    out.resize(begin + shortened_size(std::wstring_view(out).substr(begin)));
+    RealRoom room;
+    const std::string_view text = real_text(number, room);
+    append_ascii(text, out);
   }
   void operator()(std::wstring_view text) const { out.append(text); }
   void operator()(const Point3& point) const {
@@ -199,7 +260,7 @@ void append_value_text(const ODValueView& value, std::wstring& out) {
 bool store_text(std::wstring_view text, ODValue& value) { return std::visit(Store{text}, value); }
 
 std::wstring shorten_real(std::wstring text) {
-  text.resize(shortened_size(text));
+  text.resize(shortened_size(std::wstring_view(text)));
   return text;
 }
 
@@ -250,19 +311,24 @@ std::wstring fixed_text(double number, int decimals) {
 }
 
 void append_fixed_text(double number, int decimals, std::wstring& out) {
-  if (std::isnan(number)) {
-    out.append(L"nan");
-    return;
-  }
   // Sign, digits of the largest double, full stop, decimals.
-  std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + max_decimals> digits{};
-  const char* const end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed,
-                    std::clamp(decimals, 0, max_decimals))
-          .ptr;
-  for (const char* digit = digits.data(); digit != end; ++digit) {
-    out.push_back(static_cast<wchar_t>(*digit));
+  std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + max_decimals> room{};
+  const std::string_view digits =
+      write_fixed(number, std::clamp(decimals, 0, max_decimals), room.data(), room.size());
+  append_ascii(digits, out);
+}
+
+std::string_view real_text(double number, RealRoom& room) {
+  const std::optional<SplitReal> split = split_real(std::fabs(number));
+  if (!split) {
+    const std::string_view fixed = write_fixed(number, real_decimals, room.data(), room.size());
+    return fixed.substr(0, shortened_size(fixed));
   }
+  char* out = room.data();
+  if (std::signbit(number)) *out++ = '-';
+  out = std::to_chars(out, room.data() + room.size(), split->whole).ptr;
+  out = write_decimals(split->decimals, out);
+  return {room.data(), static_cast<std::size_t>(out - room.data())};
 }
 
 }  // namespace korvel

@@ -37,11 +37,18 @@ bool StandaloneHost::opens(EntityId entity, OpenMode mode) const {
 EntityId StandaloneHost::layer_of(EntityId entity) const { return drawing_->layer_of(entity); }
 
 std::wstring StandaloneHost::handle_of(EntityId entity) const {
+  std::wstring handle;
+  append_handle(entity, handle);
+  return handle;
+}
+
+void StandaloneHost::append_handle(EntityId entity, std::wstring& out) const {
   const std::uint64_t handle = drawing_->handle_of(entity);
-  if (handle == 0) return {};
+  if (handle == 0) return;
   std::string digits;
   dxf::append_handle(digits, handle);
-  return {digits.begin(), digits.end()};
+  for (const char digit : digits)
+    out.push_back(static_cast<wchar_t>(digit));
 }
 
 EntityId StandaloneHost::entity_with_handle(std::wstring_view handle) const {

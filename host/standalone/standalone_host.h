@@ -29,6 +29,7 @@ class StandaloneHost : public DrawingHost {
   [[nodiscard]] EntityId layer_of(EntityId entity) const override;
   [[nodiscard]] std::wstring handle_of(EntityId entity) const override;
   [[nodiscard]] EntityId entity_with_handle(std::wstring_view handle) const override;
+  void append_handle(EntityId entity, std::wstring& out) const override;
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override;
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override;
   bool set_geometry(EntityId entity, const EntityGeometry& geometry) override;

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "frame/utf.h"
@@ -142,6 +143,25 @@ TEST_F(TextFile, HasTheBytesOfItsEncoding) {
   ansi.write(L"\u0414\n\nx");
   EXPECT_EQ(ansi.bytes(), "\xD0\x94\n\nx");
 #endif
+}
+
+// Of several megabytes, in pieces of which one is larger than any block of memory.
+TEST_F(TextFile, IsWholeHoweverLargeItIs) {
+  TextFileWriter filled(TextEncoding::Utf16);
+  std::string expected = "\xFF\xFE";
+  std::vector<std::pair<std::string_view, std::string>> pieces;
+  for (char16_t letter = u'a'; letter <= u'z'; ++letter) {
+    const std::u16string units(letter == u'm' ? 2'000'000 : 60'000, letter);
+    const std::string bytes(reinterpret_cast<const char*>(units.data()), 2 * units.size());
+    pieces.emplace_back(filled.write_units(units), bytes);
+    expected += bytes;
+  }
+  const TextFileWriter writer = std::move(filled);
+  for (const auto& [place, bytes] : pieces)
+    EXPECT_TRUE(place == bytes) << bytes[0];
+  EXPECT_TRUE(writer.bytes() == expected);
+  ASSERT_FALSE(writer.save(folder_ / "a.txt"));
+  EXPECT_TRUE(content(folder_ / "a.txt") == expected);
 }
 
 TEST_F(TextFile, ReportsWhatCannotBeReadWithItsName) {

@@ -1,14 +1,17 @@
 // Values as text and text as values, at the edges where numbers go wrong.
 #include "frame/value_text.h"
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "frame/utf.h"
 
@@ -48,6 +51,40 @@ TEST(ValueText, ShowsEveryType) {
     expected += c.text;
   }
   EXPECT_EQ(all, expected) << "appending must not touch what stands before";
+}
+
+// Near zero, around the powers of two, ties, carries, and reals of any kind.
+TEST(ValueText, RealsAreRoundedAsFixedTextRoundsThem) {
+  std::mt19937_64 random(7);
+  std::vector<double> numbers = {0.25,
+                                 0.2499999999999999,
+                                 0.9999999999995,
+                                 0.99999999999951,
+                                 9.9999999999999,
+                                 4503599627370496.5,
+                                 9007199254740992.0,
+                                 1e300,
+                                 5e-324,
+                                 0x1.000002p-1,
+                                 1 + 0x1p-13,
+                                 3 + 0x1p-13};
+  for (int exponent = -1080; exponent < 1024; ++exponent)
+    numbers.push_back(std::ldexp(1 + static_cast<double>(random() % 1000) / 1000, exponent));
+  for (int i = 0; i < 20'000; ++i) {
+    const auto digits = static_cast<double>(random() % 100'000'000);
+    numbers.push_back(digits / std::pow(10, random() % 13));
+    numbers.push_back(std::ldexp(digits, -static_cast<int>(random() % 50)));
+    const double any = std::bit_cast<double>(random());
+    if (std::isfinite(any)) numbers.push_back(any);
+  }
+  RealRoom room;
+  for (const double number : numbers) {
+    for (const double signed_number : {number, -number}) {
+      const std::wstring expected = shorten_real(fixed_text(signed_number, 12));
+      const std::string_view seen = real_text(signed_number, room);
+      ASSERT_EQ(std::wstring(seen.begin(), seen.end()), expected);
+    }
+  }
 }
 
 TEST(ShortenReal, KeepsOneDigitBehindTheFirstStop) {

@@ -19,12 +19,16 @@ TEST_P(HostContract, EntitiesOpenUnlessErasedAndForWritingUnlessLocked) {
     EXPECT_EQ(host_.opens(test.entity, OpenMode::Write), test.write) << test.name;
     EXPECT_EQ(host_.geometry_of(test.entity).has_value(), test.read) << test.name;
     EXPECT_EQ(host_.layer_of(test.entity).is_null(), !test.read) << test.name;
+    EXPECT_EQ(host_.handle_of(test.entity).empty(), !test.read) << test.name;
   }
   EXPECT_EQ(host_.extents_of(plain_), (Extents{{1, 2, 3}, {1, 2, 3}}));
 }
 
 TEST_P(HostContract, EntitiesAreFoundByHandle) {
   EXPECT_EQ(host_.handle_of(plain_), L"2A");
+  std::wstring appended = L"#";
+  host_.append_handle(plain_, appended);
+  EXPECT_EQ(appended, L"#2A");
   const struct {
     const wchar_t* handle;
     EntityId entity;

@@ -91,6 +91,12 @@ class FailingHost final : public ForwardingHost {
     const EntityId entity = Base::entity_with_handle(handle);
     return failures_.open.contains(entity) ? EntityId{} : entity;
   }
+  [[nodiscard]] std::wstring handle_of(EntityId entity) const override {
+    return failures_.open.contains(entity) ? std::wstring() : Base::handle_of(entity);
+  }
+  void append_handle(EntityId entity, std::wstring& out) const override {
+    DrawingHost::append_handle(entity, out);
+  }
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return failures_.open.contains(entity) ? std::nullopt : Base::geometry_of(entity);
   }

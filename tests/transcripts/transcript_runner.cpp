@@ -5,9 +5,9 @@
 // A case is a script NAME.scr beside NAME.golden. The script's first comment lines may say more:
 //   ; args: --strict samples/world.dxf    arguments of the console, as for a shell
 //   ; show: out.csv                       a file whose contents the golden holds as well
-// The golden holds standard output, then (if there is any) standard error, the files to show, and
-// the exit status. Each case runs in an empty folder of its own in which `samples` is the folder
-// given. With --accept the goldens are written.
+// The golden holds standard output, then (if there is any) standard error, the files to show
+// (UTF-16 as UTF-8), and the exit status. Each case runs in an empty folder of its own in which
+// `samples` is the folder given. With --accept the goldens are written.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -89,6 +89,41 @@ Header read_header(const fs::path& script) {
   return header;
 }
 
+void append_utf8(char32_t c, std::string& out) {
+  const auto tail = [&](int shift) { out += static_cast<char>(0x80 | (c >> shift & 0x3F)); };
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | c >> 6);
+    tail(0);
+  } else if (c < 0x10000) {
+    out += static_cast<char>(0xE0 | c >> 12);
+    tail(6), tail(0);
+  } else {
+    out += static_cast<char>(0xF0 | c >> 18);
+    tail(12), tail(6), tail(0);
+  }
+}
+
+// A file marked as little-endian UTF-16 in a form that can be read, line ends as they are.
+std::string readable(const std::string& bytes) {
+  if (!bytes.starts_with("\xFF\xFE")) return bytes;
+  std::string text = "(UTF-16)\n";
+  char32_t high = 0;
+  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+    const auto unit = static_cast<char32_t>(static_cast<unsigned char>(bytes[i]) |
+                                            static_cast<unsigned char>(bytes[i + 1]) << 8);
+    if (unit >= 0xD800 && unit < 0xDC00) {
+      high = unit;
+    } else if (unit >= 0xDC00 && unit < 0xE000) {
+      append_utf8(0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00), text);
+    } else {
+      append_utf8(unit, text);
+    }
+  }
+  return text;
+}
+
 // A part of a golden under its own heading; the last line is ended if it is not.
 std::string part(const std::string& heading, std::string text) {
   if (!text.empty() && !text.ends_with('\n')) text += "\n(no line end)\n";
@@ -112,7 +147,8 @@ std::string run_case(const Setup& setup, const fs::path& script) {
   const std::string errors = contents(err).value_or("");
   if (!errors.empty()) seen += part("stderr", errors);
   for (const std::string& name : header.files_to_show) {
-    seen += part(name, contents(folder.path() / name).value_or("(there is no such file)\n"));
+    seen +=
+        part(name, readable(contents(folder.path() / name).value_or("(there is no such file)\n")));
   }
   if (seen.empty()) seen = "(said nothing)\n";
   return seen +

@@ -1,0 +1,102 @@
+#include "exchange/explication.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+#include "exchange/explication_columns.h"
+#include "exchange/explication_dialog.h"
+#include "exchange/explication_groups.h"
+#include "exchange/explication_text.h"
+#include "frame/command_frame.h"
+#include "frame/command_handlers.h"
+#include "frame/session.h"
+
+namespace korvel {
+namespace {
+
+// Writes the groups of records one by one.
+class Explication {
+ public:
+  Explication(ODStore& store, DrawingHost& host, const EntityList& entities,
+              const ExplicationColumns& columns, const ExplicationRequest& request)
+      : host_(host), entities_(entities), walk_(store.records()), text_(columns, request) {}
+
+  [[nodiscard]] TextFileWriter write(const ExplicationGroups& groups) {
+    Progress progress(host_, static_cast<std::int64_t>(groups.record_count()));
+    for (const ExplicationGroup& group : groups.in_order()) {
+      text_.begin_group(group.key);
+      std::size_t entity_count = 0;
+      std::optional<std::uint32_t> entity;
+      for (const ExplainedRecord& record : group.records) {
+        if (record.entity != entity) {
+          entity = record.entity;
+          ++entity_count;
+          open(entities_[record.entity]);
+        }
+        write(record);
+        progress.step();
+      }
+      text_.end_group(entity_count);
+    }
+    return text_.finish();
+  }
+
+ private:
+  void open(EntityId entity) {
+    handle_.clear();
+    host_.append_handle(entity, handle_);
+    walk_->open(entity, OpenMode::Read);
+    position_ = 0;
+  }
+  void write(const ExplainedRecord& record) {
+    for (; position_ < record.position; ++position_)
+      walk_->next();
+    text_.add_record(handle_, record.table, *walk_);
+  }
+
+  DrawingHost& host_;
+  const EntityList& entities_;
+  std::unique_ptr<RecordIterator> walk_;
+  std::uint32_t position_ = 0;  // of the record on which the walk stands, among its entity's
+  std::wstring handle_;         // of that entity
+  ExplicationText text_;
+};
+
+bool is_complete(const ExplicationRequest& request) {
+  return !request.tables.empty() && !request.separator.empty() &&
+         !(request.type_field && request.type_field->empty());
+}
+
+std::vector<std::wstring> user_tables_on(ODStore& store, const EntityList& entities) {
+  std::vector<std::wstring> tables = store.tables_on(entities);
+  std::erase_if(tables, [](const std::wstring& name) { return !is_user_table(name); });
+  return tables;
+}
+
+}  // namespace
+
+TextFileWriter explicate(ODStore& store, DrawingHost& host, EntityList entities,
+                         const ExplicationRequest& request) {
+  if (!std::ranges::is_sorted(entities)) std::ranges::sort(entities);
+  entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
+  const ExplicationColumns columns = explication_columns(store, request);
+  const ExplicationGroups groups(store, entities, columns, request.type_field.has_value());
+  return Explication(store, host, entities, columns, request).write(groups);
+}
+
+void expl(Session& session) {
+  DrawingHost& host = session.host;
+  EntityList entities = selected_entities(host);
+  if (entities.empty()) return;
+  SelectSharedCol dialog(session.store, user_tables_on(session.store, entities));
+  if (!host.show(dialog)) return;
+  const ExplicationRequest request = dialog.request();
+  if (!is_complete(request)) return;
+  const auto file = host.choose_file_to_save({L"CSV files (*.csv)|*.csv||", L"csv", true});
+  if (!file || check_writable(*file)) return;
+  // Deliberately a file that cannot be written is not spoken of.
+  (void)explicate(session.store, host, std::move(entities), request).save(*file);
+}
+
+}  // namespace korvel
