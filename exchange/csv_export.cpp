@@ -18,13 +18,6 @@
 namespace korvel {
 namespace {
 
-// The text, or its beginning if it is long.
-std::wstring excerpt(std::wstring_view text) {
-  constexpr std::size_t most = 24;
-  if (text.size() <= most) return std::wstring(text);
-  return std::wstring(text.substr(0, most)) + L"...";
-}
-
 class TableWriter {
  public:
   TableWriter(const ODTableDef& table, const std::vector<std::size_t>& columns, char separator,
@@ -88,12 +81,8 @@ class TableWriter {
 
 void warn(DrawingHost& host, std::wstring_view what, const Findings& findings) {
   if (findings.count() == 0) return;
-  std::wstring examples;
-  for (const std::wstring& example : findings.examples())
-    examples += (examples.empty() ? L"" : L", ") + example;
-  if (findings.count() > findings.examples().size()) examples += L", ...";
   host.print(format_text(L"Warning: a spreadsheet program would %s: %i (%s)\n", what,
-                         findings.count(), examples));
+                         findings.count(), findings.list()));
 }
 
 void warn_of_spreadsheets(DrawingHost& host, const CsvExport& written) {

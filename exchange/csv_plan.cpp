@@ -107,7 +107,7 @@ class Planner {
   void plan_row() {
     const EntityId entity = entity_of(cells_[*handle_]);
     if (entity.is_null()) {
-      plan_.unknown_handles.add([&] { return at_line(from_utf8(cells_[*handle_])); });
+      plan_.unknown_handles.add([&] { return at_line(excerpt(from_utf8(cells_[*handle_]))); });
       return;
     }
     const std::string_view record_cell = without_blanks(cells_[*record_]);
@@ -123,7 +123,7 @@ class Planner {
     const std::int32_t planned = found == added_.end() ? 0 : found->second;
     if (key.number > present && key.number <= present + planned) return report_duplicate();
     if (key.number == present + planned + 1) return plan_addition(entity);
-    plan_.missing_records.add([&] { return at_line(place(from_utf8(record_cell))); });
+    plan_.missing_records.add([&] { return at_line(place(excerpt(from_utf8(record_cell)))); });
   }
 
   // Rows of one entity mostly follow each other.
@@ -183,13 +183,14 @@ class Planner {
         return true;
       case CellVerdict::Loses:
         plan_.losing.add([&] {
-          return at_line(format_text(L"%s '%s' -> %s", column(), from_utf8(cells_[cell]),
+          return at_line(format_text(L"%s '%s' -> %s", column(), excerpt(from_utf8(cells_[cell])),
                                      value_text(*verdicts_.value(cells_[cell], type))));
         });
         return true;
       case CellVerdict::Unreadable:
-        plan_.unreadable.add(
-            [&] { return at_line(format_text(L"%s '%s'", column(), from_utf8(cells_[cell]))); });
+        plan_.unreadable.add([&] {
+          return at_line(format_text(L"%s '%s'", column(), excerpt(from_utf8(cells_[cell]))));
+        });
         return false;
     }
     return false;
@@ -199,27 +200,27 @@ class Planner {
   bool is_writable(EntityId entity, std::size_t first) {
     if (host_.opens(entity, OpenMode::Write)) return true;
     plan_.cells.resize(first);
-    plan_.locked.add([&] { return at_line(place(from_utf8(cells_[*record_]))); });
+    plan_.locked.add([&] { return at_line(place(excerpt(from_utf8(cells_[*record_])))); });
     return false;
   }
 
   void report_duplicate() {
-    plan_.duplicates.add([&] { return at_line(place(from_utf8(cells_[*record_]))); });
+    plan_.duplicates.add([&] { return at_line(place(excerpt(from_utf8(cells_[*record_])))); });
   }
 
   [[nodiscard]] std::wstring changes_text(std::size_t first, const RecordIterator& record) {
-    std::wstring text = place(from_utf8(cells_[*record_])) + L":";
+    std::wstring text = place(excerpt(from_utf8(cells_[*record_]))) + L":";
     for (std::size_t i = first; i < plan_.cells.size(); ++i) {
       const CsvCell& cell = plan_.cells[i];
       const ODColumnDef& column = table_.columns[cell.column];
       text += format_text(L"%s %s %s -> %s", i == first ? L"" : L",", column.name,
-                          value_text(record.value(static_cast<int>(cell.column))),
-                          value_text(*verdicts_.value(cell.text, column.type)));
+                          excerpt(value_text(record.value(static_cast<int>(cell.column)))),
+                          excerpt(value_text(*verdicts_.value(cell.text, column.type))));
     }
     return text;
   }
   [[nodiscard]] std::wstring place(const std::wstring& record) const {
-    return format_text(L"handle %s record %s", from_utf8(cells_[*handle_]), record);
+    return format_text(L"handle %s record %s", excerpt(from_utf8(cells_[*handle_])), record);
   }
   [[nodiscard]] std::wstring at_line(const std::wstring& text) const {
     return format_text(L"line %i: %s", reader_.line(), text);

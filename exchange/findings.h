@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -21,10 +22,16 @@ class Findings {
   [[nodiscard]] std::size_t count() const { return count_; }
   [[nodiscard]] const std::vector<std::wstring>& examples() const { return examples_; }
 
+  // The examples in one line, with dots where there are more.
+  [[nodiscard]] std::wstring list() const;
+
  private:
   std::size_t most_;
   std::size_t count_ = 0;
   std::vector<std::wstring> examples_;
 };
+
+// The text in one line, or its beginning if it is long.
+[[nodiscard]] std::wstring excerpt(std::wstring_view text);
 
 }  // namespace korvel
