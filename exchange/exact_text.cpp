@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 #include <variant>
 
@@ -46,6 +47,18 @@ void append_exact(double number, std::string& utf8) {
   utf8.append(text);
   // Letters are an exponent's, or those of a number that is not finite.
   if (text.find_first_of(".einf") == std::string_view::npos) utf8.append(".0");
+}
+
+void append_plain(double number, std::string& utf8) {
+  const double size = std::abs(number);
+  if (!(size >= 1e-6 && size < 1e15)) return append_exact(number, utf8);
+  Digits digits;
+  char* const end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed)
+          .ptr;
+  const std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
+  utf8.append(text);
+  if (text.find('.') == std::string_view::npos) utf8.append(".0");
 }
 
 void append_exact(const ODValueView& value, std::string& utf8) { std::visit(Append{utf8}, value); }

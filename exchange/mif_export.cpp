@@ -57,13 +57,13 @@ std::string head(const MifLayout& layout, const MifObjects& objects) {
   out.append("Charset \"").append(layout.charset.name()).append("\"").append(line_end);
   out.append("Delimiter \",\"").append(line_end);
   out.append("CoordSys NonEarth Units \"m\" Bounds (");
-  append_exact(bounds.min.x, out);
+  append_plain(bounds.min.x, out);
   out += ", ";
-  append_exact(bounds.min.y, out);
+  append_plain(bounds.min.y, out);
   out += ") (";
-  append_exact(bounds.max.x, out);
+  append_plain(bounds.max.x, out);
   out += ", ";
-  append_exact(bounds.max.y, out);
+  append_plain(bounds.max.y, out);
   out.append(")").append(line_end);
   std::size_t columns = 0;
   for (const MifColumn& column : layout.columns)
@@ -85,20 +85,31 @@ class MidWriter {
     std::string& out = result_.mid;
     for (std::size_t i = 0; i < layout_.columns.size(); ++i) {
       if (i > 0) out += ',';
-      const MifColumn& column = layout_.columns[i];
-      const ODValueView value = record.value(static_cast<int>(column.column));
-      if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
-        append_text(*text, handle, column);
-      } else if (column.type == ODType::Unknown) {
-        out += "\"\"";
-      } else {
-        append_exact(value, out);  // a point is three cells
-      }
+      append_value(record.value(static_cast<int>(layout_.columns[i].column)), handle,
+                   layout_.columns[i]);
     }
     out += line_end;
   }
 
  private:
+  void append_value(const ODValueView& value, std::wstring_view handle, const MifColumn& column) {
+    std::string& out = result_.mid;
+    if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
+      append_text(*text, handle, column);
+    } else if (const auto* const real = std::get_if<double>(&value)) {
+      append_plain(*real, out);
+    } else if (const auto* const point = std::get_if<Point3>(&value)) {
+      append_plain(point->x, out);
+      out += ',';
+      append_plain(point->y, out);
+      out += ',';
+      append_plain(point->z, out);
+    } else if (std::holds_alternative<std::int32_t>(value)) {
+      append_exact(value, out);
+    } else {
+      out += "\"\"";
+    }
+  }
   void append_text(std::wstring_view text, std::wstring_view handle, const MifColumn& column) {
     const auto place = [&] {
       return format_text(L"%s %s '%s'", handle, table_.columns[column.column].name, excerpt(text));

@@ -103,9 +103,9 @@ void MifObjects::append_vertices(std::size_t first, std::size_t end, bool closin
 }
 
 void MifObjects::append_coordinates(const Point3& point, std::string& out) {
-  append_exact(point.x, out);
+  append_plain(point.x, out);
   out += ' ';
-  append_exact(point.y, out);
+  append_plain(point.y, out);
   if (!extents_) extents_ = Extents{point, point};
   extents_->min.x = std::min(extents_->min.x, point.x);
   extents_->min.y = std::min(extents_->min.y, point.y);

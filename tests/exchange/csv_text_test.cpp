@@ -139,6 +139,15 @@ TEST(ExactText, ReadsBackAndIsNoInteger) {
   }
 }
 
+TEST(ExactText, PlainNumbersHaveNoExponent) {
+  std::string text;
+  for (const double number : {6e6, -1.5e-6, 123456789012345.5, 2e15, 1e-7, 0.0}) {
+    append_plain(number, text);
+    text += ' ';
+  }
+  EXPECT_EQ(text, "6000000.0 -0.0000015 123456789012345.5 2e+15 1e-07 0.0 ");
+}
+
 TEST(SpreadsheetRisk, OfTexts) {
   using enum SpreadsheetRisk;
   const struct {
