@@ -37,25 +37,26 @@ class TableWriter {
       result_.handles.add([&] { return std::wstring(handle); });
     }
     csv_.cell(handle);
-    exact_cell(number);
-    for (const std::size_t column : columns_) {
-      const ODValueView value = record.value(static_cast<int>(column));
-      if (const auto* const text = std::get_if<std::wstring_view>(&value); text != nullptr) {
-        text_cell(*text, handle, column);
-      } else {
-        exact_cell(value);
-        if (std::holds_alternative<double>(value)) watch_real(handle, column);
-      }
-    }
+    csv_.plain_cell(ExactNumber(number).text());
+    for (const std::size_t column : columns_)
+      value_cell(record.value(static_cast<int>(column)), handle, column);
     csv_.end_row();
     ++result_.rows;
   }
 
  private:
-  void exact_cell(const ODValueView& value) {
-    cell_.clear();
-    append_exact(value, cell_);
-    csv_.cell(std::string_view(cell_));
+  void value_cell(const ODValueView& value, std::wstring_view handle, std::size_t column) {
+    if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
+      text_cell(*text, handle, column);
+    } else if (const auto* const real = std::get_if<double>(&value)) {
+      real_cell(*real, handle, column);
+    } else if (const auto* const integer = std::get_if<std::int32_t>(&value)) {
+      csv_.plain_cell(ExactNumber(*integer).text());
+    } else {
+      cell_.clear();
+      append_exact(value, cell_);
+      csv_.cell(std::string_view(cell_));
+    }
   }
   void text_cell(std::wstring_view text, std::wstring_view handle, std::size_t column) {
     csv_.cell(text);
@@ -63,9 +64,11 @@ class TableWriter {
     if (risk == SpreadsheetRisk::None) return;
     result_.texts[static_cast<std::size_t>(risk)].add([&] { return place(handle, column, text); });
   }
-  void watch_real(std::wstring_view handle, std::size_t column) {
-    if (risk_of_number(cell_) == SpreadsheetRisk::None) return;
-    result_.reals.add([&] { return place(handle, column, from_utf8(cell_)); });
+  void real_cell(double real, std::wstring_view handle, std::size_t column) {
+    const ExactNumber number(real);
+    csv_.plain_cell(number.text());
+    if (risk_of_number(number.text()) == SpreadsheetRisk::None) return;
+    result_.reals.add([&] { return place(handle, column, from_utf8(number.text())); });
   }
   [[nodiscard]] std::wstring place(std::wstring_view handle, std::size_t column,
                                    std::wstring_view text) const {
@@ -118,6 +121,9 @@ CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
       result.interrupted = true;
       break;
     }
+    // By what the first rows took, with some room.
+    if (i == rows_between_looks)
+      result.bytes.reserve(result.bytes.size() / i * rows.rows.size() * 5 / 4);
     const RecordKey& key = rows.rows[i];
     progress.step();
     const RecordIterator* const record = walk.at(key);

@@ -2,6 +2,7 @@
 #include "exchange/csv_text.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "frame/utf.h"
 
@@ -19,27 +20,22 @@ bool is_csv_separator(wchar_t c) {
 
 // --- Writing ---
 
+CsvWriter::CsvWriter(char separator, std::string& out) : separator_(separator), out_(out) {
+  for (const char c : {separator, '"', '\r', '\n'})
+    quoted_[static_cast<std::size_t>(c) & 0x7F] = 1;
+}
+
 void CsvWriter::cell(std::wstring_view text) {
-  const bool ascii = std::ranges::all_of(text, [](wchar_t c) { return c >= 0 && c < 0x80; });
-  if (ascii) {
-    converted_.resize(text.size());
-    std::ranges::transform(text, converted_.begin(),
-                           [](wchar_t c) { return static_cast<char>(c); });
-  } else {
-    converted_.clear();
-    append_utf8(text, converted_);
-  }
-  cell(std::string_view(converted_));
+  begin_cell();
+  if (append_unquoted(text)) return;
+  converted_.clear();
+  append_utf8(text, converted_);
+  append_cell(converted_);
 }
 
 void CsvWriter::cell(std::string_view utf8) {
-  if (row_begun_) out_.push_back(separator_);
-  row_begun_ = true;
-  if (asks_for_quotes(utf8)) {
-    append_quoted(utf8);
-  } else {
-    out_.append(utf8);
-  }
+  begin_cell();
+  append_cell(utf8);
 }
 
 void CsvWriter::end_row() {
@@ -47,20 +43,47 @@ void CsvWriter::end_row() {
   row_begun_ = false;
 }
 
-bool CsvWriter::asks_for_quotes(std::string_view cell) const {
-  if (cell.empty()) return false;
-  if (is_blank(cell.front()) || is_blank(cell.back())) return true;
-  return std::ranges::any_of(
-      cell, [this](char c) { return c == separator_ || c == '"' || c == '\r' || c == '\n'; });
+// In one pass, which most texts need. False, and nothing appended, for a text that is not ASCII or
+// asks for quotes.
+bool CsvWriter::append_unquoted(std::wstring_view text) {
+  const std::size_t begin = out_.size();
+  out_.resize(begin + text.size());
+  char* to = out_.data() + begin;
+  std::uint32_t all = 0;
+  unsigned quoted = 0;
+  for (const wchar_t c : text) {
+    const auto unit = static_cast<std::uint32_t>(c);
+    all |= unit;
+    quoted |= quoted_[unit & 0x7F];
+    *to++ = static_cast<char>(unit);
+  }
+  const std::string_view cell = std::string_view(out_).substr(begin);
+  const bool has_blanks = !cell.empty() && (is_blank(cell.front()) || is_blank(cell.back()));
+  const bool fits = all < 0x80 && quoted == 0 && !has_blanks;
+  if (!fits) out_.resize(begin);
+  return fits;
 }
 
-void CsvWriter::append_quoted(std::string_view cell) {
+void CsvWriter::append_cell(std::string_view cell) {
+  if (!asks_for_quotes(cell)) {
+    out_.append(cell);
+    return;
+  }
   out_.push_back('"');
   for (const char c : cell) {
     if (c == '"') out_.push_back('"');
     out_.push_back(c);
   }
   out_.push_back('"');
+}
+
+bool CsvWriter::asks_for_quotes(std::string_view cell) const {
+  if (cell.empty()) return false;
+  if (is_blank(cell.front()) || is_blank(cell.back())) return true;
+  return std::ranges::any_of(cell, [this](char c) {
+    const auto unit = static_cast<unsigned char>(c);
+    return unit < quoted_.size() && quoted_[unit] != 0;
+  });
 }
 
 // --- Reading ---

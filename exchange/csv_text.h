@@ -4,6 +4,7 @@
 // end with a blank or tab, and a quote inside them is doubled.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -19,18 +20,27 @@ namespace korvel {
 // Appends rows to a text. Lines end in CR LF.
 class CsvWriter {
  public:
-  CsvWriter(char separator, std::string& out) : separator_(separator), out_(out) {}
+  CsvWriter(char separator, std::string& out);
 
   void cell(std::wstring_view text);
   void cell(std::string_view utf8);
+  // A cell that needs no quotes: a number does not.
+  void plain_cell(std::string_view utf8) { begin_cell().append(utf8); }
   void end_row();
 
  private:
+  std::string& begin_cell() {
+    if (row_begun_) out_.push_back(separator_);
+    row_begun_ = true;
+    return out_;
+  }
+  bool append_unquoted(std::wstring_view text);
+  void append_cell(std::string_view cell);
   [[nodiscard]] bool asks_for_quotes(std::string_view cell) const;
-  void append_quoted(std::string_view cell);
 
   char separator_;
   std::string& out_;
+  std::array<unsigned char, 128> quoted_{};  // 1 where the character asks for quotes
   std::string converted_;
   bool row_begun_ = false;
 };

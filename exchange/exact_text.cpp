@@ -1,6 +1,7 @@
 // Writing of values without any loss.
 #include "exchange/exact_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -12,22 +13,11 @@
 namespace korvel {
 namespace {
 
-using Digits = std::array<char, 32>;  // the longest double takes 24
-
-template <class Number>
-std::string_view shortest(Number number, Digits& digits) {
-  char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-  return {digits.data(), static_cast<std::size_t>(end - digits.data())};
-}
-
 struct Append {
   std::string& out;
 
   void operator()(std::monostate) const {}
-  void operator()(std::int32_t number) const {
-    Digits digits;
-    out.append(shortest(number, digits));
-  }
+  void operator()(std::int32_t number) const { out.append(ExactNumber(number).text()); }
   void operator()(double number) const { append_exact(number, out); }
   void operator()(std::wstring_view text) const { append_utf8(text, out); }
   void operator()(const Point3& point) const {
@@ -41,18 +31,29 @@ struct Append {
 
 }  // namespace
 
-void append_exact(double number, std::string& utf8) {
-  Digits digits;
-  const std::string_view text = shortest(number, digits);
-  utf8.append(text);
-  // Letters are an exponent's, or those of a number that is not finite.
-  if (text.find_first_of(".einf") == std::string_view::npos) utf8.append(".0");
+ExactNumber::ExactNumber(std::int32_t number) {
+  char* const end = std::to_chars(digits_.data(), digits_.data() + digits_.size(), number).ptr;
+  size_ = static_cast<std::size_t>(end - digits_.data());
 }
+
+ExactNumber::ExactNumber(double number) {
+  char* end = std::to_chars(digits_.data(), digits_.data() + digits_.size(), number).ptr;
+  // Letters are an exponent's, or those of a number that is not finite.
+  const bool is_like_integer =
+      std::none_of(digits_.data(), end, [](char c) { return c == '.' || c >= 'a'; });
+  if (is_like_integer) {
+    *end++ = '.';
+    *end++ = '0';
+  }
+  size_ = static_cast<std::size_t>(end - digits_.data());
+}
+
+void append_exact(double number, std::string& utf8) { utf8.append(ExactNumber(number).text()); }
 
 void append_plain(double number, std::string& utf8) {
   const double size = std::abs(number);
   if (!(size >= 1e-6 && size < 1e15)) return append_exact(number, utf8);
-  Digits digits;
+  std::array<char, 32> digits;
   char* const end =
       std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed)
           .ptr;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "frame/trim.h"
 
@@ -16,6 +17,36 @@ constexpr bool is_digit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 constexpr wchar_t lower(wchar_t c) {
   return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
+}
+
+constexpr bool is_letter(wchar_t c) { return lower(c) >= L'a' && lower(c) <= L'z'; }
+
+// Tells most words without looking through the names of months.
+bool begins_like_month(std::wstring_view text) {
+  if (text.size() < 3 || !is_letter(text[0]) || !is_letter(text[1]) || !is_letter(text[2])) {
+    return false;
+  }
+  constexpr auto key = [](wchar_t a, wchar_t b, wchar_t c) {
+    return static_cast<std::uint32_t>(lower(a)) << 16 | static_cast<std::uint32_t>(lower(b)) << 8 |
+           static_cast<std::uint32_t>(lower(c));
+  };
+  switch (key(text[0], text[1], text[2])) {
+    case key(L'j', L'a', L'n'):
+    case key(L'f', L'e', L'b'):
+    case key(L'm', L'a', L'r'):
+    case key(L'a', L'p', L'r'):
+    case key(L'm', L'a', L'y'):
+    case key(L'j', L'u', L'n'):
+    case key(L'j', L'u', L'l'):
+    case key(L'a', L'u', L'g'):
+    case key(L's', L'e', L'p'):
+    case key(L'o', L'c', L't'):
+    case key(L'n', L'o', L'v'):
+    case key(L'd', L'e', L'c'):
+      return true;
+    default:
+      return false;
+  }
 }
 
 std::size_t digits_at(std::wstring_view text, std::size_t at) {
@@ -33,20 +64,18 @@ class Scan {
   [[nodiscard]] wchar_t next() const { return rest_.empty() ? L'\0' : rest_.front(); }
   std::wstring_view digits() { return take(digits_at(rest_, 0)); }
   bool one_of(std::wstring_view any) {
-    if (rest_.empty() || any.find(rest_.front()) == std::wstring_view::npos) return false;
+    if (rest_.empty() || std::ranges::find(any, rest_.front()) == any.end()) return false;
     rest_.remove_prefix(1);
     return true;
   }
   // Three letters or more that begin the English name of a month.
   bool month() {
+    if (!begins_like_month(rest_)) return false;
     constexpr std::array<std::wstring_view, 13> names = {
         L"january", L"february",  L"march",   L"april",    L"may",      L"june", L"july",
         L"august",  L"september", L"october", L"november", L"december", L"sept"};
-    const auto letters = static_cast<std::size_t>(
-        std::ranges::find_if_not(rest_,
-                                 [](wchar_t c) { return lower(c) >= L'a' && lower(c) <= L'z'; }) -
-        rest_.begin());
-    if (letters < 3) return false;
+    const auto letters =
+        static_cast<std::size_t>(std::ranges::find_if_not(rest_, is_letter) - rest_.begin());
     const bool known = std::ranges::any_of(names, [&](std::wstring_view name) {
       return letters <= name.size() &&
              std::equal(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(letters),
@@ -131,14 +160,17 @@ SpreadsheetRisk risk_of_number_in(std::wstring_view number, bool has_blanks) {
 
 SpreadsheetRisk risk_of_text(std::wstring_view text) {
   if (text.size() > most_characters) return SpreadsheetRisk::LongText;
-  const std::wstring_view inner = without_ends(text, L" ");
+  if (text.empty()) return SpreadsheetRisk::None;
+  const std::wstring_view inner =
+      text.front() == L' ' || text.back() == L' ' ? without_ends(text, L" ") : text;
   if (inner.empty()) return SpreadsheetRisk::None;
   const wchar_t first = inner.front();
   if (first == L'=' || first == L'@' || first == L'+') return SpreadsheetRisk::Formula;
-  const bool like_number = is_digit(first) || first == L'-' || first == L'.';
-  const bool like_month = std::wstring_view(L"jfmasond").find(lower(first)) != inner.npos;
-  if (!like_number && !like_month) return SpreadsheetRisk::None;
-  if (is_date_in_words(inner)) return SpreadsheetRisk::Date;
+  const bool like_month = begins_like_month(inner);
+  if (!like_month && !is_digit(first) && first != L'-' && first != L'.') {
+    return SpreadsheetRisk::None;
+  }
+  if ((like_month || is_digit(first)) && is_date_in_words(inner)) return SpreadsheetRisk::Date;
   if (like_month) return SpreadsheetRisk::None;
   if (is_digit(first) && is_date_in_digits(inner)) return SpreadsheetRisk::Date;
   if (is_grouped_number(inner)) return SpreadsheetRisk::Number;
