@@ -9,6 +9,7 @@
 #include "exchange/csv_text.h"
 #include "exchange/exact_text.h"
 #include "exchange/record_walk.h"
+#include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/command_frame.h"
 #include "frame/session.h"
@@ -137,8 +138,8 @@ CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
 
 void export_csv(Session& session, const RecordRows& rows) {
   DrawingHost& host = session.host;
-  const std::optional<ODTableDef> table = session.store.table(rows.table);
-  if (!table) return report<Message::NamedTableNotFound>(host, rows.table);
+  const std::optional<ODTableDef> table = shown_table(session, rows);
+  if (!table) return;
   const std::optional<char> separator = ask_csv_separator(host, L"CSV export", session.choices.csv);
   if (!separator) return;
   FileQuestion question = csv_file_question(*separator);

@@ -8,6 +8,7 @@
 #include "exchange/exact_text.h"
 #include "exchange/mif_geometry.h"
 #include "exchange/record_walk.h"
+#include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/case_mapping.h"
 #include "frame/command_frame.h"
@@ -237,8 +238,8 @@ MifExport write_mif(ODStore& store, DrawingHost& host, const ODTableDef& table,
 
 void export_mif(Session& session, const RecordRows& rows) {
   DrawingHost& host = session.host;
-  const std::optional<ODTableDef> table = session.store.table(rows.table);
-  if (!table) return report<Message::NamedTableNotFound>(host, rows.table);
+  const std::optional<ODTableDef> table = shown_table(session, rows);
+  if (!table) return;
   if (rows.columns.empty()) return report<Message::ColumnNotFound>(host);
   const MifLayout layout = mif_layout(session.store, *table, rows);
   if (!are_names_accepted(host, layout)) return;

@@ -10,6 +10,7 @@
 #include "frame/command_frame.h"
 #include "frame/dialog.h"
 #include "frame/session.h"
+#include "tests/host/failing_host.h"
 #include "tests/host/scripted_host.h"
 #include "tests/host/test_drawing.h"
 
@@ -170,6 +171,29 @@ TEST_F(Csv, RecordsAreMetOnceInAnyOrder) {
       plan("Handle,Record,N\n2B,1,10\n2A,2,11\n2A,1,12\n2A,2,13\n2B,1,14\n2A,1,15\n");
   EXPECT_EQ(made.changes.size(), 3U);
   EXPECT_EQ(made.duplicates.count(), 3U);
+}
+
+TEST_F(Csv, WhatIsRefusedIsNotCounted) {
+  Failures failures;
+  failures.update = {ids_[1]};
+  failures.attach = {ids_[2]};
+  FailingStore store(store_, failures);
+  text_ = "Handle,Record,N\n2A,1,10\n2B,1,10\n2C,1,10\n2A,3,10\n";
+  const CsvPlan made = plan_csv(store, host_, table_, text_, ',');
+  EXPECT_EQ(made.changes.size(), 2U);
+  EXPECT_EQ(made.additions.size(), 2U);
+  EXPECT_EQ(apply_csv(store, host_, table_, made), 2U);
+  EXPECT_EQ(plan("Handle,Record,N\n2A,1,10\n2A,3,10\n2B,1,3\n").unchanged, 3U);
+}
+
+TEST_F(Csv, ATableThatIsGoneIsNotExported) {
+  export_csv(session_, {L"GONE", {}, {}});
+  export_csv(session_, {L"T", {0, 4}, {}});
+  export_mif(session_, {L"T", {4}, {}});
+  import_csv(session_, L"GONE");
+  EXPECT_EQ(host_.printed,
+            L"Error: table 'GONE' not found.\nError: column not found.\n"
+            L"Error: column not found.\nError: table 'GONE' not found.\n");
 }
 
 TEST_F(Csv, ColumnsMayBeNamedLikeThoseOfTheRecord) {
