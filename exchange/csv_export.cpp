@@ -33,24 +33,30 @@ class TableWriter {
     csv_.end_row();
   }
 
-  void row(std::wstring_view handle, std::int32_t number, const RecordIterator& record) {
-    if (risk_of_text(handle) != SpreadsheetRisk::None) {
-      result_.handles.add([&] { return std::wstring(handle); });
-    }
-    csv_.cell(handle);
+  // The rows that follow are of the entity with this handle.
+  void begin_entity(std::wstring handle) {
+    handle_ = std::move(handle);
+    handle_cell_.clear();
+    append_utf8(handle_, handle_cell_);
+    handle_risk_ = risk_of_text(handle_);
+  }
+
+  void row(std::int32_t number, const RecordIterator& record) {
+    if (handle_risk_ != SpreadsheetRisk::None) result_.handles.add([&] { return handle_; });
+    csv_.plain_cell(handle_cell_);
     csv_.plain_cell(ExactNumber(number).text());
     for (const std::size_t column : columns_)
-      value_cell(record.value(static_cast<int>(column)), handle, column);
+      value_cell(record.value(static_cast<int>(column)), column);
     csv_.end_row();
     ++result_.rows;
   }
 
  private:
-  void value_cell(const ODValueView& value, std::wstring_view handle, std::size_t column) {
+  void value_cell(const ODValueView& value, std::size_t column) {
     if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
-      text_cell(*text, handle, column);
+      text_cell(*text, column);
     } else if (const auto* const real = std::get_if<double>(&value)) {
-      real_cell(*real, handle, column);
+      real_cell(*real, column);
     } else if (const auto* const integer = std::get_if<std::int32_t>(&value)) {
       csv_.plain_cell(ExactNumber(*integer).text());
     } else {
@@ -59,27 +65,29 @@ class TableWriter {
       csv_.cell(std::string_view(cell_));
     }
   }
-  void text_cell(std::wstring_view text, std::wstring_view handle, std::size_t column) {
+  void text_cell(std::wstring_view text, std::size_t column) {
     csv_.cell(text);
     const SpreadsheetRisk risk = risk_of_text(text);
     if (risk == SpreadsheetRisk::None) return;
-    result_.texts[static_cast<std::size_t>(risk)].add([&] { return place(handle, column, text); });
+    result_.texts[static_cast<std::size_t>(risk)].add([&] { return place(column, text); });
   }
-  void real_cell(double real, std::wstring_view handle, std::size_t column) {
+  void real_cell(double real, std::size_t column) {
     const ExactNumber number(real);
     csv_.plain_cell(number.text());
     if (risk_of_number(number.text()) == SpreadsheetRisk::None) return;
-    result_.reals.add([&] { return place(handle, column, from_utf8(number.text())); });
+    result_.reals.add([&] { return place(column, from_utf8(number.text())); });
   }
-  [[nodiscard]] std::wstring place(std::wstring_view handle, std::size_t column,
-                                   std::wstring_view text) const {
-    return format_text(L"%s %s '%s'", handle, table_.columns[column].name, excerpt(text));
+  [[nodiscard]] std::wstring place(std::size_t column, std::wstring_view text) const {
+    return format_text(L"%s %s '%s'", handle_, table_.columns[column].name, excerpt(text));
   }
 
   const ODTableDef& table_;
   const std::vector<std::size_t>& columns_;
   CsvExport& result_;
   CsvWriter csv_;
+  std::wstring handle_;
+  std::string handle_cell_;
+  SpreadsheetRisk handle_risk_ = SpreadsheetRisk::None;
   std::string cell_;
 };
 
@@ -115,8 +123,7 @@ CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
   writer.header();
   RecordWalk walk(store, table.name, OpenMode::Read);
   Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
-  std::wstring handle;
-  EntityId handle_owner;
+  EntityId owner;
   for (std::size_t i = 0; i < rows.rows.size(); ++i) {
     if (i % rows_between_looks == 0 && host.interrupted()) {
       result.interrupted = true;
@@ -129,9 +136,9 @@ CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
     progress.step();
     const RecordIterator* const record = walk.at(key);
     if (record == nullptr) continue;
-    if (key.entity != handle_owner) handle = host.handle_of(key.entity);
-    handle_owner = key.entity;
-    writer.row(handle, key.number, *record);
+    if (key.entity != owner) writer.begin_entity(host.handle_of(key.entity));
+    owner = key.entity;
+    writer.row(key.number, *record);
   }
   return result;
 }

@@ -2,6 +2,7 @@
 #include "exchange/csv_text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "frame/utf.h"
@@ -22,7 +23,7 @@ bool is_csv_separator(wchar_t c) {
 
 CsvWriter::CsvWriter(char separator, std::string& out) : separator_(separator), out_(out) {
   for (const char c : {separator, '"', '\r', '\n'})
-    quoted_[static_cast<std::size_t>(c) & 0x7F] = 1;
+    asks_for_quotes_[static_cast<std::size_t>(c) & 0x7F] = 1;
 }
 
 void CsvWriter::cell(std::wstring_view text) {
@@ -43,29 +44,29 @@ void CsvWriter::end_row() {
   row_begun_ = false;
 }
 
-// In one pass, which most texts need. False, and nothing appended, for a text that is not ASCII or
-// asks for quotes.
+// What most texts need, in one pass. False, and nothing appended, for a text that is long, not
+// ASCII, or asks for quotes.
 bool CsvWriter::append_unquoted(std::wstring_view text) {
-  const std::size_t begin = out_.size();
-  out_.resize(begin + text.size());
-  char* to = out_.data() + begin;
+  std::array<char, 256> narrow;
+  if (text.size() > narrow.size()) return false;
+  if (text.empty()) return true;
   std::uint32_t all = 0;
   unsigned quoted = 0;
-  for (const wchar_t c : text) {
-    const auto unit = static_cast<std::uint32_t>(c);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto unit = static_cast<std::uint32_t>(text[i]);
     all |= unit;
-    quoted |= quoted_[unit & 0x7F];
-    *to++ = static_cast<char>(unit);
+    quoted |= asks_for_quotes_[unit & 0x7F];
+    narrow[i] = static_cast<char>(unit);
   }
-  const std::string_view cell = std::string_view(out_).substr(begin);
-  const bool has_blanks = !cell.empty() && (is_blank(cell.front()) || is_blank(cell.back()));
-  const bool fits = all < 0x80 && quoted == 0 && !has_blanks;
-  if (!fits) out_.resize(begin);
-  return fits;
+  if (all >= 0x80 || quoted != 0 || is_blank(narrow[0]) || is_blank(narrow[text.size() - 1])) {
+    return false;
+  }
+  out_.append(narrow.data(), text.size());
+  return true;
 }
 
 void CsvWriter::append_cell(std::string_view cell) {
-  if (!asks_for_quotes(cell)) {
+  if (!needs_quotes(cell)) {
     out_.append(cell);
     return;
   }
@@ -77,12 +78,12 @@ void CsvWriter::append_cell(std::string_view cell) {
   out_.push_back('"');
 }
 
-bool CsvWriter::asks_for_quotes(std::string_view cell) const {
+bool CsvWriter::needs_quotes(std::string_view cell) const {
   if (cell.empty()) return false;
   if (is_blank(cell.front()) || is_blank(cell.back())) return true;
   return std::ranges::any_of(cell, [this](char c) {
     const auto unit = static_cast<unsigned char>(c);
-    return unit < quoted_.size() && quoted_[unit] != 0;
+    return unit < 0x80 && asks_for_quotes_[unit] != 0;
   });
 }
 

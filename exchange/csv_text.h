@@ -36,11 +36,11 @@ class CsvWriter {
   }
   bool append_unquoted(std::wstring_view text);
   void append_cell(std::string_view cell);
-  [[nodiscard]] bool asks_for_quotes(std::string_view cell) const;
+  [[nodiscard]] bool needs_quotes(std::string_view cell) const;
 
   char separator_;
   std::string& out_;
-  std::array<unsigned char, 128> quoted_{};  // 1 where the character asks for quotes
+  std::array<unsigned char, 128> asks_for_quotes_{};  // 1 for the characters that do
   std::string converted_;
   bool row_begun_ = false;
 };

@@ -10,6 +10,8 @@
 namespace korvel {
 namespace {
 
+using namespace std::string_view_literals;
+
 constexpr std::size_t most_digits = 15;
 constexpr std::size_t most_characters = 32'767;
 
@@ -114,7 +116,7 @@ bool is_date_in_digits(std::wstring_view text) {
   if (scan.digits().size() > 4) return false;
   const wchar_t separator = scan.next();
   std::size_t groups = 1;
-  while (groups < 3 && scan.next() == separator && scan.one_of(L"/-.:")) {
+  while (groups < 3 && scan.next() == separator && scan.one_of(L"/-.:"sv)) {
     const std::size_t size = scan.digits().size();
     if (size == 0 || size > 4) return false;
     ++groups;
@@ -128,23 +130,23 @@ bool is_grouped_number(std::wstring_view text) {
   Scan scan(text);
   const std::size_t first = scan.digits().size();
   if (first == 0 || first > 3 || scan.next() != L',') return false;
-  while (scan.one_of(L",")) {
+  while (scan.one_of(L","sv)) {
     if (scan.digits().size() != 3) return false;
   }
-  if (scan.one_of(L".")) scan.digits();
+  if (scan.one_of(L"."sv)) scan.digits();
   return scan.done();
 }
 
 SpreadsheetRisk risk_of_number_in(std::wstring_view number, bool has_blanks) {
   Scan scan(number);
-  scan.one_of(L"-");
+  scan.one_of(L"-"sv);
   const std::wstring_view whole = scan.digits();
-  const bool has_stop = scan.one_of(L".");
+  const bool has_stop = scan.one_of(L"."sv);
   const std::wstring_view fraction = scan.digits();
   if (whole.empty() && fraction.empty()) return SpreadsheetRisk::None;
-  const bool has_exponent = scan.one_of(L"eE");
+  const bool has_exponent = scan.one_of(L"eE"sv);
   if (has_exponent) {
-    scan.one_of(L"+-");
+    scan.one_of(L"+-"sv);
     if (scan.digits().empty()) return SpreadsheetRisk::None;
   }
   if (!scan.done()) return SpreadsheetRisk::None;
