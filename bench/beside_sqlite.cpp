@@ -16,6 +16,7 @@
 
 #include "attach/attach_data.h"
 #include "attach/duplicate_removal.h"
+#include "bench/csv_beside_sqlite.h"
 #include "bench/drawing_maker.h"
 #include "bench/silent_host.h"
 #include "exchange/explication.h"
@@ -487,4 +488,5 @@ int main(int count, char** arguments) {
   const std::uint64_t size = count > 1 ? std::strtoull(arguments[1], nullptr, 10) : 1'000'000;
   if (size == 0) korvel::bench::fail("usage: beside_sqlite [ENTITIES]");
   korvel::bench::compare(size);
+  korvel::bench::compare_csv(size);
 }

@@ -10,7 +10,10 @@
 #include "attributes/attribute_transfer.h"
 #include "bench/drawing_maker.h"
 #include "bench/silent_host.h"
+#include "exchange/csv_export.h"
+#include "exchange/csv_plan.h"
 #include "exchange/explication.h"
+#include "exchange/mif_export.h"
 #include "exchange/translation.h"
 #include "frame/od_store.h"
 #include "geometry/polyline_conversion.h"
@@ -433,6 +436,50 @@ void translate_all_values(benchmark::State& state) {
   });
 }
 
+// The first record of Roads on each entity, all columns.
+struct RoadRows {
+  explicit RoadRows(std::int64_t size)
+      : host(drawing_of(size)), store(host.drawing()), table(*store.table(L"Roads")) {
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+      rows.columns.push_back(i);
+    for (const EntityId entity : host.drawing().entities(Space::Model))
+      rows.rows.push_back({entity, 1});
+  }
+  std::string csv() { return write_csv(store, host, table, rows, ',').bytes; }
+
+  bench::SilentHost host;
+  StandaloneStore store;
+  ODTableDef table;
+  RecordRows rows{L"Roads", {}, {}};
+};
+
+// read_one_column and read_shapes are the bare passes.
+void write_table_as_csv(benchmark::State& state) {
+  RoadRows roads(state.range(0));
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(roads.csv());
+  count_entities(state);
+}
+
+void compare_csv_with_table(benchmark::State& state) {
+  RoadRows roads(state.range(0));
+  const std::string csv = roads.csv().substr(3);
+  for ([[maybe_unused]] auto _ : state) {
+    std::string text = csv;
+    benchmark::DoNotOptimize(plan_csv(roads.store, roads.host, roads.table, text, ','));
+  }
+  count_entities(state);
+}
+
+void write_table_as_mif(benchmark::State& state) {
+  RoadRows roads(state.range(0));
+  for ([[maybe_unused]] auto _ : state) {
+    const MifLayout layout = mif_layout(roads.store, roads.table, roads.rows);
+    benchmark::DoNotOptimize(write_mif(roads.store, roads.host, roads.table, roads.rows, layout));
+  }
+  count_entities(state);
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -496,6 +543,9 @@ BENCHMARK_CAPTURE(transfer_attributes, store, store_attributes)->Apply(sizes);
 BENCHMARK_CAPTURE(explication, by_table, std::nullopt)->Apply(sizes);
 BENCHMARK_CAPTURE(explication, by_field, L"NAME")->Apply(sizes);
 BENCHMARK(translate_all_values)->Apply(sizes);
+BENCHMARK(write_table_as_csv)->Apply(sizes);
+BENCHMARK(compare_csv_with_table)->Apply(sizes);
+BENCHMARK(write_table_as_mif)->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace

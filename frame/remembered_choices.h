@@ -17,6 +17,12 @@ struct CoordinateChoices {
   std::size_t elevation_rule = 2;  // index of Min, Max, Average
 };
 
+// The form of a table's text in a file.
+struct CsvChoices {
+  std::wstring separator = L",";
+  bool tabs = false;  // instead of the separator
+};
+
 // Kept while the module is loaded and never saved.
 struct RememberedChoices {
   bool simultaneous = false;  // both table searches
@@ -29,6 +35,7 @@ struct RememberedChoices {
   std::wstring table_of_measures;  // KORVEL_SETPROP
   std::wstring table_of_texts;     // KORVEL_SETTEXT
   std::wstring text_tolerance = L"0";
+  CsvChoices csv;  // export and import of a table
 };
 
 }  // namespace korvel

@@ -1,13 +1,9 @@
-// Decoding, reading and writing of text files.
+// Decoding, reading and writing of texts in files.
 #include "frame/text_file.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cerrno>
-#include <fstream>
-#include <random>
-#include <system_error>
 #include <utility>
 
 #include "frame/format.h"
@@ -17,7 +13,6 @@
 namespace korvel {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace std::string_view_literals;
 
 constexpr auto utf8_mark = "\xEF\xBB\xBF"sv;
@@ -36,49 +31,75 @@ constexpr std::array<char16_t, 32> windows_1252 = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-std::wstring decode_windows_1252(std::string_view bytes) {
-  std::wstring out;
-  out.reserve(bytes.size());
+// The decoders append to wide text as well as to UTF-8.
+template <class Text>
+void decode_windows_1252(std::string_view bytes, Text& out) {
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
     const bool is_special = byte >= 0x80 && byte <= 0x9F;
-    out.push_back(static_cast<wchar_t>(is_special ? windows_1252[byte - 0x80U] : byte));
+    append_code_point(is_special ? windows_1252[byte - 0x80U] : byte, out);
   }
-  return out;
 }
 
 enum class ByteOrder { Little, Big };
 
-std::wstring decode_utf16(std::string_view bytes, ByteOrder order) {
+template <class Text>
+void decode_utf16(std::string_view bytes, ByteOrder order, Text& out) {
   const std::size_t low = order == ByteOrder::Little ? 0 : 1;
-  std::u16string units(bytes.size() / 2, u'\0');
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    const auto low_byte = static_cast<unsigned char>(bytes[2 * i + low]);
-    const auto high_byte = static_cast<unsigned char>(bytes[2 * i + 1 - low]);
-    units[i] = static_cast<char16_t>(high_byte << 8 | low_byte);
-  }
-  std::wstring out;
-  out.reserve(units.size() + 1);
-  for (std::size_t at = 0; at < units.size();) {
-    const CodePoint read = code_point_at(std::u16string_view(units), at);
+  const auto unit = [&](std::size_t index) {
+    const auto low_byte = static_cast<unsigned char>(bytes[2 * index + low]);
+    const auto high_byte = static_cast<unsigned char>(bytes[2 * index + 1 - low]);
+    return static_cast<char16_t>(high_byte << 8 | low_byte);
+  };
+  const std::size_t units = bytes.size() / 2;
+  for (std::size_t at = 0; at < units;) {
+    const char16_t pair[] = {unit(at), at + 1 < units ? unit(at + 1) : u'\0'};
+    const CodePoint read = code_point_at(std::u16string_view(pair, 2), 0);
     append_code_point(read.value, out);
     at += read.units;
   }
   if (bytes.size() % 2 != 0) append_code_point(replacement_character, out);
-  return out;
 }
 
-std::wstring decode(std::string_view bytes, TextEncoding unmarked) {
+enum class Form { Utf8, BrokenUtf8, Utf16Little, Utf16Big, Windows1252 };
+
+struct Encoded {
+  Form form;
+  std::string_view bytes;  // without the mark
+};
+
+Encoded form_of(std::string_view bytes, TextEncoding unmarked) {
   const auto behind = [bytes](std::string_view mark) { return bytes.substr(mark.size()); };
-  if (bytes.starts_with(utf8_mark)) return from_utf8(behind(utf8_mark));
-  if (bytes.starts_with(utf16_little_mark)) {
-    return decode_utf16(behind(utf16_little_mark), ByteOrder::Little);
+  if (bytes.starts_with(utf8_mark)) {
+    const std::string_view rest = behind(utf8_mark);
+    return {is_valid_utf8(rest) ? Form::Utf8 : Form::BrokenUtf8, rest};
   }
-  if (bytes.starts_with(utf16_big_mark)) {
-    return decode_utf16(behind(utf16_big_mark), ByteOrder::Big);
+  if (bytes.starts_with(utf16_little_mark)) return {Form::Utf16Little, behind(utf16_little_mark)};
+  if (bytes.starts_with(utf16_big_mark)) return {Form::Utf16Big, behind(utf16_big_mark)};
+  if (unmarked == TextEncoding::Utf16) return {Form::Utf16Little, bytes};
+  return {is_valid_utf8(bytes) ? Form::Utf8 : Form::Windows1252, bytes};
+}
+
+template <class Text>
+Text decode(const Encoded& encoded) {
+  Text out;
+  out.reserve(encoded.bytes.size());
+  switch (encoded.form) {
+    case Form::Utf8:
+    case Form::BrokenUtf8:
+      append_from_utf8(encoded.bytes, out);
+      break;
+    case Form::Utf16Little:
+      decode_utf16(encoded.bytes, ByteOrder::Little, out);
+      break;
+    case Form::Utf16Big:
+      decode_utf16(encoded.bytes, ByteOrder::Big, out);
+      break;
+    case Form::Windows1252:
+      decode_windows_1252(encoded.bytes, out);
+      break;
   }
-  if (unmarked == TextEncoding::Utf16) return decode_utf16(bytes, ByteOrder::Little);
-  return is_valid_utf8(bytes) ? from_utf8(bytes) : decode_windows_1252(bytes);
+  return out;
 }
 
 void turn_crlf_into_lf(std::wstring& text) {
@@ -104,90 +125,6 @@ std::optional<TextFileError> find_long_line(std::wstring_view text) {
   return std::nullopt;
 }
 
-TextFileError file_error(TextFileErrorKind kind, std::wstring_view failure, const fs::path& path,
-                         std::wstring_view reason) {
-  return {kind, 0, format_text(L"%s '%s': %s.", failure, path_text(path), reason)};
-}
-
-std::wstring reason_text(std::error_code code) {
-  return code ? from_utf8(code.message()) : std::wstring(L"input or output error");
-}
-
-// The system's reason for the failure of the last stream operation.
-std::wstring last_reason() { return reason_text({errno, std::generic_category()}); }
-
-TextFileError cannot_write(const fs::path& target, std::wstring_view reason) {
-  return file_error(TextFileErrorKind::CannotWrite, L"Cannot write", target, reason);
-}
-
-// Why the file cannot be had, or none with its bytes in `bytes`.
-std::optional<TextFileError> read_bytes(const fs::path& path, std::string& bytes) {
-  using enum TextFileErrorKind;
-  std::error_code code;
-  const fs::file_status status = fs::status(path, code);
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
-    return file_error(CannotOpen, L"Cannot open", path, L"it is not a file");
-  }
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return file_error(CannotOpen, L"Cannot open", path, last_reason());
-  const auto size = fs::file_size(path, code);
-  if (code) return file_error(CannotRead, L"Cannot read", path, reason_text(code));
-  if (size > max_text_file_bytes) {
-    return file_error(TooLarge, L"Cannot read", path,
-                      format_text(L"it is larger than %i MB", max_text_file_bytes >> 20));
-  }
-  bytes.resize(static_cast<std::size_t>(size));
-  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (file.bad()) return file_error(CannotRead, L"Cannot read", path, last_reason());
-  bytes.resize(static_cast<std::size_t>(file.gcount()));
-  return std::nullopt;
-}
-
-// The file that a link leads to, so that saving replaces that and not the link.
-fs::path behind_links(const fs::path& target) {
-  std::error_code code;
-  const fs::path real = fs::canonical(target, code);
-  return code ? target : real;
-}
-
-fs::path temporary_beside(const fs::path& target) {
-  std::random_device random;
-  fs::path name;
-  std::error_code code;
-  do {
-    name = target.parent_path() / (".korvel-" + std::to_string(random()) + ".tmp");
-  } while (fs::exists(fs::symlink_status(name, code)) && !code);
-  return name;
-}
-
-// Why the bytes could not all be written to the file, or none.
-std::optional<std::wstring> write_bytes(const fs::path& path,
-                                        const std::deque<std::string>& blocks) {
-  errno = 0;
-  std::ofstream file(path, std::ios::binary);
-  for (const std::string& block : blocks)
-    file.write(block.data(), static_cast<std::streamsize>(block.size()));
-  file.close();
-  if (!file) return last_reason();
-  return std::nullopt;
-}
-
-std::optional<std::wstring> replace_file(const fs::path& target,
-                                         const std::deque<std::string>& blocks) {
-  const fs::path temporary = temporary_beside(target);
-  std::error_code code;
-  std::optional<std::wstring> failure = write_bytes(temporary, blocks);
-  if (!failure) {
-    const fs::file_status old = fs::status(target, code);
-    if (fs::exists(old)) fs::permissions(temporary, old.permissions(), code);
-    fs::rename(temporary, target, code);
-    if (code) failure = reason_text(code);
-  }
-  if (failure) fs::remove(temporary, code);
-  return failure;
-}
-
 }  // namespace
 
 std::optional<TextLine> TextReader::next_line() {
@@ -199,7 +136,7 @@ std::optional<TextLine> TextReader::next_line() {
 }
 
 TextReading read_text(std::string_view bytes, TextEncoding unmarked) {
-  std::wstring text = decode(bytes, unmarked);
+  auto text = decode<std::wstring>(form_of(bytes, unmarked));
   turn_crlf_into_lf(text);
   if (std::optional<TextFileError> error = find_long_line(text)) return {{}, std::move(error)};
   return {TextReader(std::move(text)), std::nullopt};
@@ -207,12 +144,26 @@ TextReading read_text(std::string_view bytes, TextEncoding unmarked) {
 
 TextReading read_text_file(const std::filesystem::path& path, TextEncoding unmarked) {
   std::string bytes;
-  if (std::optional<TextFileError> error = read_bytes(path, bytes)) return {{}, std::move(error)};
+  if (std::optional<TextFileError> error = read_file(path, max_text_file_bytes, bytes))
+    return {{}, std::move(error)};
   TextReading reading = read_text(bytes, unmarked);
   if (reading.error) {
     reading.error->message = format_text(L"'%s': %s", path_text(path), reading.error->message);
   }
   return reading;
+}
+
+std::optional<TextFileError> read_utf8_file(const std::filesystem::path& path,
+                                            std::size_t most_bytes, TextEncoding unmarked,
+                                            std::string& utf8) {
+  if (std::optional<TextFileError> error = read_file(path, most_bytes, utf8)) return error;
+  const Encoded encoded = form_of(utf8, unmarked);
+  if (encoded.form == Form::Utf8) {
+    utf8.erase(0, utf8.size() - encoded.bytes.size());
+  } else {
+    utf8 = decode<std::string>(encoded);
+  }
+  return std::nullopt;
 }
 
 TextFileWriter::TextFileWriter(TextEncoding encoding) : encoding_(encoding) {
@@ -267,36 +218,8 @@ std::string TextFileWriter::bytes() const {
 }
 
 std::optional<TextFileError> TextFileWriter::save(const std::filesystem::path& target) const {
-  if (std::optional<TextFileError> error = check_writable(target)) return error;
-  const fs::path file = behind_links(target);
-  std::error_code code;
-  const fs::file_status status = fs::status(file, code);
-  const bool in_place = fs::exists(status) && !fs::is_regular_file(status);
-  const auto failure = in_place ? write_bytes(file, blocks_) : replace_file(file, blocks_);
-  if (failure) return cannot_write(target, *failure);
-  return std::nullopt;
-}
-
-std::optional<TextFileError> check_writable(const std::filesystem::path& target) {
-  const fs::path file = behind_links(target);
-  std::error_code code;
-  const fs::file_status status = fs::status(file, code);
-  if (fs::is_directory(status)) return cannot_write(target, L"it is a folder");
-  // Opening a pipe would wait for its reader.
-  if (fs::exists(status) && !fs::is_regular_file(status)) return std::nullopt;
-  errno = 0;
-  if (fs::exists(status) && !std::ofstream(file, std::ios::binary | std::ios::app)) {
-    return cannot_write(target, last_reason());
-  }
-  const fs::path trial = temporary_beside(file);
-  if (!std::ofstream(trial, std::ios::binary)) return cannot_write(target, last_reason());
-  fs::remove(trial, code);
-  return std::nullopt;
-}
-
-std::wstring path_text(const std::filesystem::path& path) {
-  const std::u8string utf8 = path.u8string();
-  return from_utf8(std::string(utf8.begin(), utf8.end()));
+  const std::array<FileContent, 1> file{{{target, {blocks_.begin(), blocks_.end()}}}};
+  return save_files(file);
 }
 
 }  // namespace korvel

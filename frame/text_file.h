@@ -10,15 +10,9 @@
 #include <string_view>
 #include <utility>
 
+#include "frame/file_bytes.h"
+
 namespace korvel {
-
-enum class TextFileErrorKind { CannotOpen, CannotRead, TooLarge, LineTooLong, CannotWrite };
-
-struct TextFileError {
-  TextFileErrorKind kind = TextFileErrorKind::CannotOpen;
-  std::size_t line = 0;  // counted from 1; 0 if the error is not one of a line
-  std::wstring message;  // one sentence for a person, without a line end
-};
 
 // How characters lie in a file. Ansi is the host's multibyte text. Here that is: written as UTF-8
 // without a byte-order mark; read as UTF-8 if all of it is valid UTF-8 and else as Windows-1252,
@@ -68,6 +62,12 @@ struct TextReading {
 // The same for a file. Anything but a regular file cannot be opened.
 [[nodiscard]] TextReading read_text_file(const std::filesystem::path& path, TextEncoding unmarked);
 
+// Puts a whole file into `utf8`, decoded as read_text does it, with its line ends as they are and
+// lines of any length; the mark is dropped. Needs little more memory than the text.
+[[nodiscard]] std::optional<TextFileError> read_utf8_file(const std::filesystem::path& path,
+                                                          std::size_t most_bytes,
+                                                          TextEncoding unmarked, std::string& utf8);
+
 // Assembles a text in memory and puts it on disk in one go.
 class TextFileWriter {
  public:
@@ -84,9 +84,7 @@ class TextFileWriter {
   // The file as it stands so far.
   [[nodiscard]] std::string bytes() const;
 
-  // Writes a new file beside the target and renames it over, so that a failure leaves an existing
-  // target as it was. A link to a file stays one, a device is written to as it is. None if all
-  // went well.
+  // As save_file does it. None if all went well.
   [[nodiscard]] std::optional<TextFileError> save(const std::filesystem::path& target) const;
 
  private:
@@ -95,11 +93,5 @@ class TextFileWriter {
   TextEncoding encoding_;
   std::deque<std::string> blocks_;  // never made larger, so that a large file is not copied about
 };
-
-// Whether save could write there, found out without changing what is there.
-[[nodiscard]] std::optional<TextFileError> check_writable(const std::filesystem::path& target);
-
-// The path for a message, in the form a person typed it.
-[[nodiscard]] std::wstring path_text(const std::filesystem::path& path);
 
 }  // namespace korvel

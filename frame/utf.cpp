@@ -49,30 +49,43 @@ Utf8Step decode_step(std::string_view bytes, std::size_t at) {
   return {value, lead.length, true};
 }
 
+template <class Text>
+void append_decoded(std::string_view bytes, Text& out) {
+  for (std::size_t at = 0; at < bytes.size();) {
+    const Utf8Step step = decode_step(bytes, at);
+    append_code_point(step.value, out);
+    at += step.length;
+  }
+}
+
 }  // namespace
+
+void append_code_point(char32_t code_point, std::string& out) {
+  const auto continuation = [code_point](int shift) {
+    return static_cast<char>(0x80 | ((code_point >> shift) & 0x3F));
+  };
+  if (code_point < 0x80) {
+    out.push_back(static_cast<char>(code_point));
+  } else if (code_point < 0x800) {
+    out.push_back(static_cast<char>(0xC0 | (code_point >> 6)));
+    out.push_back(continuation(0));
+  } else if (code_point < 0x10000) {
+    out.push_back(static_cast<char>(0xE0 | (code_point >> 12)));
+    out.push_back(continuation(6));
+    out.push_back(continuation(0));
+  } else {
+    out.push_back(static_cast<char>(0xF0 | (code_point >> 18)));
+    out.push_back(continuation(12));
+    out.push_back(continuation(6));
+    out.push_back(continuation(0));
+  }
+}
 
 void append_utf8(std::wstring_view text, std::string& out) {
   for (std::size_t at = 0; at < text.size();) {
-    const auto [value, units] = code_point_at(text, at);
-    at += units;
-    const auto continuation = [value = value](int shift) {
-      return static_cast<char>(0x80 | ((value >> shift) & 0x3F));
-    };
-    if (value < 0x80) {
-      out.push_back(static_cast<char>(value));
-    } else if (value < 0x800) {
-      out.push_back(static_cast<char>(0xC0 | (value >> 6)));
-      out.push_back(continuation(0));
-    } else if (value < 0x10000) {
-      out.push_back(static_cast<char>(0xE0 | (value >> 12)));
-      out.push_back(continuation(6));
-      out.push_back(continuation(0));
-    } else {
-      out.push_back(static_cast<char>(0xF0 | (value >> 18)));
-      out.push_back(continuation(12));
-      out.push_back(continuation(6));
-      out.push_back(continuation(0));
-    }
+    const CodePoint read = code_point_at(text, at);
+    append_code_point(read.value, out);
+    at += read.units;
   }
 }
 
@@ -83,14 +96,14 @@ std::string to_utf8(std::wstring_view text) {
   return out;
 }
 
+void append_from_utf8(std::string_view bytes, std::wstring& out) { append_decoded(bytes, out); }
+
+void append_from_utf8(std::string_view bytes, std::string& out) { append_decoded(bytes, out); }
+
 std::wstring from_utf8(std::string_view bytes) {
   std::wstring out;
   out.reserve(bytes.size());
-  for (std::size_t at = 0; at < bytes.size();) {
-    const Utf8Step step = decode_step(bytes, at);
-    append_code_point(step.value, out);
-    at += step.length;
-  }
+  append_decoded(bytes, out);
   return out;
 }
 

@@ -46,6 +46,9 @@ constexpr void append_code_point(char32_t code_point, std::basic_string<Unit>& o
   out.push_back(static_cast<Unit>(code_point));
 }
 
+// The same as UTF-8.
+void append_code_point(char32_t code_point, std::string& out);
+
 // Lone surrogates and numbers that are no code points become U+FFFD, so the result is well formed.
 [[nodiscard]] std::string to_utf8(std::wstring_view text);
 void append_utf8(std::wstring_view text, std::string& out);
@@ -53,6 +56,8 @@ void append_utf8(std::wstring_view text, std::string& out);
 // Each ill-formed sequence (stray or missing continuation bytes, overlong forms, surrogates, beyond
 // U+10FFFF) becomes one U+FFFD and costs no byte of the next well-formed one.
 [[nodiscard]] std::wstring from_utf8(std::string_view bytes);
+void append_from_utf8(std::string_view bytes, std::wstring& out);
+void append_from_utf8(std::string_view bytes, std::string& out);
 
 [[nodiscard]] bool is_valid_utf8(std::string_view bytes);
 

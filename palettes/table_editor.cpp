@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "exchange/table_exchange.h"
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
 #include "frame/format.h"
@@ -67,6 +68,9 @@ TableEditor::TableEditor() : Palette(std::wstring(editor_name)) {
   add(&count);
   add(&records);
   add_item(L"", L"Refresh", &TableEditor::refresh);
+  add_item(L"File", L"Export to CSV", &TableEditor::write_csv);
+  add_item(L"File", L"Import from CSV", &TableEditor::read_csv);
+  add_item(L"File", L"Export to MIF/MID", &TableEditor::write_mif);
   add_item(L"Edit", L"Undo", &TableEditor::undo);
   add_item(L"Edit", L"Redo", &TableEditor::redo);
   add_item(L"Edit", L"Find Values", &TableEditor::find_values);
@@ -299,6 +303,15 @@ RecordRows TableEditor::chosen_rows() const {
 }
 
 // --- Menus --------------------------------------------------------------------------------------
+
+void TableEditor::write_csv() { export_csv(session(), chosen_rows()); }
+
+void TableEditor::read_csv() {
+  import_csv(session(), table.text());
+  refresh();
+}
+
+void TableEditor::write_mif() { export_mif(session(), chosen_rows()); }
 
 void TableEditor::disable_grouping() {
   group_by.selected = 0;

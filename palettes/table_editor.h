@@ -58,6 +58,9 @@ class TableEditor final : public Palette, private GridLines {
   void lead_selection();
   void count_rows();
   void edit_columns();
+  void write_csv();
+  void read_csv();
+  void write_mif();
   void disable_grouping();
   void fold_groups();
   void unfold_groups();

@@ -225,5 +225,49 @@ TEST_F(TextFile, NoticesAFullDisk) {
   EXPECT_TRUE(fs::is_character_file("/dev/full"));
 }
 
+TEST_F(TextFile, SeveralAreReplacedTogetherOrNotAtAll) {
+  put(folder_ / "old", "old");
+  EXPECT_FALSE(
+      save_files(std::vector<FileContent>{{folder_ / "old", {"1"}}, {folder_ / "new", {"2"}}}));
+  EXPECT_EQ(content(folder_ / "old"), "1");
+  EXPECT_EQ(content(folder_ / "new"), "2");
+  EXPECT_EQ(files(), 2);
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is always full";
+  EXPECT_TRUE(save_files(std::vector<FileContent>{
+      {folder_ / "old", {"3"}}, {folder_ / "newer", {"4"}}, {"/dev/full", {"5"}}}));
+  EXPECT_EQ(content(folder_ / "old"), "1");
+  EXPECT_EQ(files(), 2);
+}
+
+TEST_F(TextFile, LargeOnesAreReadAsUtf8WhateverTheirLines) {
+  const std::string line(max_line_length + 1, 'x');
+  const struct {
+    std::string bytes;
+    std::string utf8;
+  } cases[] = {
+      {line + "\r\n\xC3\xA9", line + "\r\n\xC3\xA9"},
+      {"\xEF\xBB\xBF"
+       "a\r",
+       "a\r"},
+      {"\xEF\xBB\xBF"
+       "a\xFF",
+       "a\xEF\xBF\xBD"},
+      {"\xE9\x80", "\xC3\xA9\xE2\x82\xAC"},
+      {std::string("\xFF\xFE\x34\xD8\x1E\xDD\x34\xD8x", 9),
+       "\xF0\x9D\x84\x9E\xEF\xBF\xBD\xEF\xBF\xBD"},
+  };
+  for (const auto& c : cases) {
+    put(folder_ / "a.csv", c.bytes);
+    std::string utf8;
+    EXPECT_FALSE(read_utf8_file(folder_ / "a.csv", 1 << 20, TextEncoding::Ansi, utf8));
+    EXPECT_EQ(utf8, c.utf8);
+  }
+  std::string utf8;
+  put(folder_ / "a.csv", line);
+  const auto error = read_utf8_file(folder_ / "a.csv", max_line_length, TextEncoding::Ansi, utf8);
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->kind, TextFileErrorKind::TooLarge);
+}
+
 }  // namespace
 }  // namespace korvel

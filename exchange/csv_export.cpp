@@ -1,0 +1,166 @@
+// Writing of records as text, and the menu's export.
+#include "exchange/csv_export.h"
+
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+#include "exchange/csv_options.h"
+#include "exchange/csv_text.h"
+#include "exchange/exact_text.h"
+#include "exchange/record_walk.h"
+#include "exchange/shown_table.h"
+#include "exchange/table_exchange.h"
+#include "frame/command_frame.h"
+#include "frame/session.h"
+#include "frame/text_file.h"
+#include "frame/utf.h"
+
+namespace korvel {
+namespace {
+
+class TableWriter {
+ public:
+  TableWriter(const ODTableDef& table, const std::vector<std::size_t>& columns, char separator,
+              CsvExport& result)
+      : table_(table), columns_(columns), result_(result), csv_(separator, result.bytes) {}
+
+  void header() {
+    csv_.cell(std::string_view("Handle"));
+    csv_.cell(std::string_view("Record"));
+    for (const std::size_t column : columns_)
+      csv_.cell(std::wstring_view(table_.columns[column].name));
+    csv_.end_row();
+  }
+
+  // The rows that follow are of the entity with this handle.
+  void begin_entity(std::wstring handle) {
+    handle_ = std::move(handle);
+    handle_cell_.clear();
+    append_utf8(handle_, handle_cell_);
+    handle_risk_ = risk_of_text(handle_);
+  }
+
+  void row(std::int32_t number, const RecordIterator& record) {
+    if (handle_risk_ != SpreadsheetRisk::None) result_.handles.add([&] { return handle_; });
+    csv_.plain_cell(handle_cell_);
+    csv_.plain_cell(ExactNumber(number).text());
+    for (const std::size_t column : columns_)
+      value_cell(record.value(static_cast<int>(column)), column);
+    csv_.end_row();
+    ++result_.rows;
+  }
+
+ private:
+  void value_cell(const ODValueView& value, std::size_t column) {
+    if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
+      text_cell(*text, column);
+    } else if (const auto* const real = std::get_if<double>(&value)) {
+      real_cell(*real, column);
+    } else if (const auto* const integer = std::get_if<std::int32_t>(&value)) {
+      csv_.plain_cell(ExactNumber(*integer).text());
+    } else {
+      cell_.clear();
+      append_exact(value, cell_);
+      csv_.cell(std::string_view(cell_));
+    }
+  }
+  void text_cell(std::wstring_view text, std::size_t column) {
+    csv_.cell(text);
+    const SpreadsheetRisk risk = risk_of_text(text);
+    if (risk == SpreadsheetRisk::None) return;
+    result_.texts[static_cast<std::size_t>(risk)].add([&] { return place(column, text); });
+  }
+  void real_cell(double real, std::size_t column) {
+    const ExactNumber number(real);
+    csv_.plain_cell(number.text());
+    if (risk_of_number(number.text()) == SpreadsheetRisk::None) return;
+    result_.reals.add([&] { return place(column, from_utf8(number.text())); });
+  }
+  [[nodiscard]] std::wstring place(std::size_t column, std::wstring_view text) const {
+    return format_text(L"%s %s '%s'", handle_, table_.columns[column].name, excerpt(text));
+  }
+
+  const ODTableDef& table_;
+  const std::vector<std::size_t>& columns_;
+  CsvExport& result_;
+  CsvWriter csv_;
+  std::wstring handle_;
+  std::string handle_cell_;
+  SpreadsheetRisk handle_risk_ = SpreadsheetRisk::None;
+  std::string cell_;
+};
+
+void warn(DrawingHost& host, std::wstring_view what, const Findings& findings) {
+  if (findings.count() == 0) return;
+  host.print(format_text(L"Warning: a spreadsheet program would %s: %i (%s)\n", what,
+                         findings.count(), findings.list()));
+}
+
+void warn_of_spreadsheets(DrawingHost& host, const CsvExport& written) {
+  using enum SpreadsheetRisk;
+  constexpr auto words = std::to_array<std::pair<SpreadsheetRisk, std::wstring_view>>({
+      {Number, L"take texts for numbers"},
+      {LongNumber, L"round texts of more than 15 digits"},
+      {Date, L"take texts for dates"},
+      {Formula, L"compute texts as formulas"},
+      {LongText, L"cut off texts after 32767 characters"},
+  });
+  warn(host, L"take handles for numbers or dates", written.handles);
+  for (const auto& [risk, what] : words)
+    warn(host, what, written.texts[static_cast<std::size_t>(risk)]);
+  warn(host, L"round reals of more than 15 digits", written.reals);
+}
+
+}  // namespace
+
+CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
+                    const RecordRows& rows, char separator) {
+  constexpr std::size_t rows_between_looks = 4096;
+  CsvExport result;
+  result.bytes = "\xEF\xBB\xBF";
+  TableWriter writer(table, rows.columns, separator, result);
+  writer.header();
+  RecordWalk walk(store, table.name, OpenMode::Read);
+  Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
+  EntityId owner;
+  for (std::size_t i = 0; i < rows.rows.size(); ++i) {
+    if (i % rows_between_looks == 0 && host.interrupted()) {
+      result.interrupted = true;
+      break;
+    }
+    // By what the first rows took, with some room.
+    if (i == rows_between_looks)
+      result.bytes.reserve(result.bytes.size() / i * rows.rows.size() * 5 / 4);
+    const RecordKey& key = rows.rows[i];
+    progress.step();
+    const RecordIterator* const record = walk.at(key);
+    if (record == nullptr) continue;
+    if (key.entity != owner) writer.begin_entity(host.handle_of(key.entity));
+    owner = key.entity;
+    writer.row(key.number, *record);
+  }
+  return result;
+}
+
+void export_csv(Session& session, const RecordRows& rows) {
+  DrawingHost& host = session.host;
+  const std::optional<ODTableDef> table = shown_table(session, rows);
+  if (!table) return;
+  const std::optional<char> separator = ask_csv_separator(host, L"CSV export", session.choices.csv);
+  if (!separator) return;
+  FileQuestion question = csv_file_question(*separator);
+  question.confirm_overwrite = true;
+  const auto file = host.choose_file_to_save(question);
+  if (!file) return;
+
+  const CsvExport written = write_csv(session.store, host, *table, rows, *separator);
+  if (written.interrupted) return;
+  if (const auto error = save_file(*file, written.bytes)) {
+    return host.print(format_text(L"Error: %s\n", error->message));
+  }
+  warn_of_spreadsheets(host, written);
+  report<Message::CompletedOutOf>(host, written.rows, rows.rows.size());
+}
+
+}  // namespace korvel

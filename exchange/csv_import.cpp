@@ -1,0 +1,99 @@
+// Carrying out what a table of text changes, and the menu's import.
+#include "exchange/csv_cell.h"
+#include "exchange/csv_options.h"
+#include "exchange/csv_plan.h"
+#include "exchange/record_walk.h"
+#include "exchange/table_exchange.h"
+#include "frame/command_frame.h"
+#include "frame/session.h"
+#include "frame/text_file.h"
+
+namespace korvel {
+namespace {
+
+constexpr std::size_t most_csv_bytes = std::size_t{2} << 30;
+
+// Calls write(column, value) for each cell of the row until one call returns false.
+template <class Write>
+bool write_cells(const ODTableDef& table, const CsvPlan& plan, const CsvRow& row,
+                 CellReader& reader, const Write& write) {
+  for (std::size_t i = row.first_cell; i < row.first_cell + row.cells; ++i) {
+    const CsvCell& cell = plan.cells[i];
+    const std::optional<ODValueView> value =
+        reader.value(cell.text, table.columns[cell.column].type);
+    if (!value || !write(cell.column, *value)) return false;
+  }
+  return true;
+}
+
+// What the person says to the plan; nothing to change needs no answer.
+bool is_wanted(DrawingHost& host, const CsvPlan& plan) {
+  host.show_text(L"CSV import", preview_text(plan), 700, 500);
+  if (plan.changes.empty() && plan.additions.empty()) return false;
+  return host.ask_yes_no(
+      L"CSV import",
+      format_text(L"Change %i records and add %i?", plan.changes.size(), plan.additions.size()),
+      BoxIcon::Question);
+}
+
+}  // namespace
+
+std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
+                      const CsvPlan& plan) {
+  Progress progress(host, static_cast<std::int64_t>(plan.changes.size() + plan.additions.size()));
+  RecordWalk walk(store, table.name, OpenMode::Write);
+  CellReader reader;
+  std::size_t written = 0;
+  for (const CsvRow& row : plan.changes) {
+    progress.step();
+    RecordIterator* const record = walk.at(row.key);
+    if (record == nullptr) continue;
+    const bool all = write_cells(table, plan, row, reader,
+                                 [record](std::uint32_t column, const ODValueView& value) {
+                                   return record->set_value(static_cast<int>(column), value);
+                                 });
+    if (all) ++written;
+  }
+  walk.leave();
+  const ODRecord defaults = default_record(table);
+  ODRecord added;
+  for (const CsvRow& row : plan.additions) {
+    progress.step();
+    added = defaults;
+    const bool all = write_cells(table, plan, row, reader,
+                                 [&added](std::uint32_t column, const ODValueView& value) {
+                                   added.values[column] = copy_of(value);
+                                   return true;
+                                 });
+    if (all && store.attach(row.key.entity, added)) ++written;
+  }
+  return written;
+}
+
+void import_csv(Session& session, std::wstring_view table_name) {
+  DrawingHost& host = session.host;
+  const std::optional<ODTableDef> table = session.store.table(table_name);
+  if (!table) return report<Message::NamedTableNotFound>(host, table_name);
+  const std::optional<char> separator = ask_csv_separator(host, L"CSV import", session.choices.csv);
+  if (!separator) return;
+  const auto file = host.choose_file_to_open(csv_file_question(*separator));
+  if (!file) return;
+  std::string utf8;
+  if (const auto error = read_utf8_file(*file, most_csv_bytes, TextEncoding::Ansi, utf8)) {
+    return host.print(format_text(L"Error: %s\n", error->message));
+  }
+
+  const CsvPlan plan = plan_csv(session.store, host, *table, utf8, *separator);
+  if (plan.interrupted) return;
+  if (plan.damage) {
+    return host.print(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));
+  }
+  std::size_t written = 0;
+  if (is_wanted(host, plan)) {
+    const DocumentLock lock(host);
+    written = apply_csv(session.store, host, *table, plan);
+  }
+  report<Message::CompletedOutOf>(host, written, plan.rows);
+}
+
+}  // namespace korvel

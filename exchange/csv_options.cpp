@@ -1,0 +1,50 @@
+// Asking for the separator.
+#include "exchange/csv_options.h"
+
+#include <utility>
+
+#include "exchange/csv_text.h"
+#include "frame/command_frame.h"
+
+namespace korvel {
+
+CsvOptions::CsvOptions(std::wstring title, const CsvChoices& last) : Dialog(std::move(title)) {
+  separator_.text = last.separator;
+  tabs_.on = last.tabs;
+  separator_.enabled = !tabs_.on;
+  add(&separator_);
+  add(&tabs_);
+  add(Button{L"OK", ButtonRole::Accept});
+  add(Button{L"Cancel", ButtonRole::Cancel});
+}
+
+void CsvOptions::changed(const Control& control) {
+  if (&control == &tabs_) separator_.enabled = !tabs_.on;
+}
+
+CsvChoices CsvOptions::choices() const { return {separator_.text, tabs_.on}; }
+
+std::optional<char> CsvOptions::separator() const {
+  if (tabs_.on) return '\t';
+  if (separator_.text.size() != 1 || !is_csv_separator(separator_.text[0])) return std::nullopt;
+  return static_cast<char>(separator_.text[0]);
+}
+
+std::optional<char> ask_csv_separator(DrawingHost& host, std::wstring title, CsvChoices& choices) {
+  CsvOptions dialog(std::move(title), choices);
+  if (!host.show(dialog)) return std::nullopt;
+  const std::optional<char> separator = dialog.separator();
+  if (separator) {
+    choices = dialog.choices();
+  } else {
+    report<Message::InvalidParameters>(host);
+  }
+  return separator;
+}
+
+FileQuestion csv_file_question(char separator) {
+  if (separator == '\t') return {L"Text files (*.txt;*.tsv)|*.txt;*.tsv||", L"txt"};
+  return {L"CSV files (*.csv)|*.csv||", L"csv"};
+}
+
+}  // namespace korvel

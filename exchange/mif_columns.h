@@ -1,0 +1,35 @@
+// The columns of a MIF file: how they are named, how wide they are.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "exchange/mif_charset.h"
+#include "exchange/record_rows.h"
+#include "frame/od_store.h"
+
+namespace korvel {
+
+inline constexpr std::size_t most_mif_text = 254;  // bytes of a text
+inline constexpr std::size_t most_mif_name = 31;   // bytes of a column's name
+
+struct MifColumn {
+  std::size_t column;  // of the table
+  ODType type;
+  std::size_t width = 1;  // of a text, in bytes
+  // One name, of a point three: for its X, Y and Z.
+  std::vector<std::wstring> names{};
+};
+
+struct MifLayout {
+  MifCharset charset;
+  std::vector<MifColumn> columns;
+  // "old -> new" for each name that had to be changed.
+  std::vector<std::wstring> changed_names;
+};
+
+// What the rows ask for: a character set for all their texts and columns wide enough for them.
+[[nodiscard]] MifLayout mif_layout(ODStore& store, const ODTableDef& table, const RecordRows& rows);
+
+}  // namespace korvel

@@ -1,0 +1,26 @@
+// Looking up the table of rows that were shown.
+#include "exchange/shown_table.h"
+
+#include <algorithm>
+
+#include "frame/command_frame.h"
+#include "frame/session.h"
+
+namespace korvel {
+
+std::optional<ODTableDef> shown_table(Session& session, const RecordRows& rows) {
+  std::optional<ODTableDef> table = session.store.table(rows.table);
+  if (!table) {
+    report<Message::NamedTableNotFound>(session.host, rows.table);
+    return std::nullopt;
+  }
+  const bool has_columns = std::ranges::all_of(
+      rows.columns, [&](std::size_t column) { return column < table->columns.size(); });
+  if (!has_columns) {
+    report<Message::ColumnNotFound>(session.host);
+    return std::nullopt;
+  }
+  return table;
+}
+
+}  // namespace korvel
