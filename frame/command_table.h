@@ -25,7 +25,7 @@ struct Command {
   std::wstring_view name;
   int flags;
   std::wstring_view summary;  // one line of help: what it does
-  CommandHandler handler;     // null: not built yet, running it does nothing
+  CommandHandler handler;
 };
 
 inline constexpr std::wstring_view command_group = L"KORVEL";

@@ -58,7 +58,6 @@ void CkorvelApp::on_unload() {
 }
 
 void run_handler(CommandHandler handler, Session& session) {
-  if (handler == nullptr) return;
   const ResourceContext resources(session.host);
   handler(session);
 }

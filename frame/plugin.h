@@ -59,7 +59,7 @@ class CkorvelApp final : public ModuleApp {
 };
 
 // Runs a handler with the module's resources current, and the former ones again on every way out,
-// exceptions included. A null handler does nothing.
+// exceptions included.
 void run_handler(CommandHandler handler, Session& session);
 
 }  // namespace korvel

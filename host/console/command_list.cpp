@@ -37,8 +37,7 @@ std::wstring row(std::wstring_view name, std::wstring flags, std::wstring_view s
 std::wstring command_list() {
   std::wstring list;
   for (const Command& command : command_table) {
-    list += row(command.name, flag_names(command.flags), command.summary);
-    list += command.handler == nullptr ? L" (not built yet)\n" : L"\n";
+    list += row(command.name, flag_names(command.flags), command.summary) + L'\n';
   }
   for (const HostCommand& command : host_commands()) {
     list += row(command.name, L"host", command.summary) + L'\n';

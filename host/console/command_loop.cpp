@@ -43,10 +43,6 @@ void CommandLoop::run_line(std::wstring_view line) {
 }
 
 void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) {
-  if (command.handler == nullptr) {
-    host_.refuse(std::wstring(command.name) + L" is not built yet.");
-    return;
-  }
   // As in the CAD host: a command that does not ask for the pick-first set finds none.
   if ((command.flags & command_flag::uses_pick_set) == 0) host_.set_pick_first({});
   host_.drawing().journal().name_steps(std::wstring(command.name));

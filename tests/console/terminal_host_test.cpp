@@ -198,16 +198,14 @@ void lock_and_throw(Session& session) {
 }
 
 TEST(CommandLoop, FindsCommandsAndSurvivesThem) {
-  Conversation talk({" '_.korvel_throw", "KORVEL_NULL", "nonsense", ""});
+  Conversation talk({" '_.korvel_throw", "nonsense", ""});
   ConsoleCommandStack stack;
   stack.add_command(L"G", L"KORVEL_THROW", L"LocalThrow", 0, lock_and_throw);
-  stack.add_command(L"G", L"KORVEL_NULL", L"KORVEL_NULL", 0, nullptr);
   stack.add_command(L"G", L"localthrow", L"Taken", 0, lock_and_throw);
   EXPECT_FALSE(stack.find(L"taken")) << "one of its names is taken";
   CommandLoop(talk.host, talk.lines, stack, app).run();
   EXPECT_EQ(talk.printed(),
             "Command:  '_.korvel_throw\nKORVEL_THROW was not finished: a fault.\n"
-            "Command: KORVEL_NULL\nKORVEL_NULL is not built yet.\n"
             "Command: nonsense\nUnknown command \"nonsense\". Press F1 for help.\n"
             "Command: \n");
   EXPECT_EQ(talk.host.drawing().undo(), std::optional<std::wstring>(L"KORVEL_THROW"))

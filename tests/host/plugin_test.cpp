@@ -169,7 +169,6 @@ TEST(Plugin, EveryHandlerRunsWithTheModulesResources) {
   EXPECT_EQ(host.depth, 0);
   EXPECT_THROW(run_handler([](Session&) { throw 1; }, session), int);
   EXPECT_EQ(host.depth, 0);
-  run_handler(nullptr, session);
 }
 
 TEST(Plugin, FrameworkEntriesDoNothing) {
@@ -194,9 +193,7 @@ TEST(Plugin, AboutIsATextWindow) {
   RememberedChoices choices;
   Palettes palettes;
   Session session{store, host, choices, palettes};
-  for (const Command& command : command_table) {
-    if (command.name == L"KORVEL_ABOUT") run_handler(command.handler, session);
-  }
+  run_handler(command_named(L"KORVEL_ABOUT").handler, session);
   ASSERT_EQ(host.text_windows.size(), 1U);
   EXPECT_TRUE(host.text_windows[0].starts_with(L"About\nKORVEL, "));
 }

@@ -30,8 +30,7 @@ void help(ConsoleHost& host) {
   bool found = false;
   for (const Command& command : command_table) {
     if (!wanted.empty() && !equal_ignoring_case(command.name, wanted)) continue;
-    print_line(host, command.name, command.summary,
-               command.handler == nullptr ? L"not built yet" : L"");
+    print_line(host, command.name, command.summary, L"");
     found = true;
   }
   for (const HostCommand& command : host_commands()) {
