@@ -15,11 +15,13 @@
 #include "exchange/explication.h"
 #include "exchange/mif_export.h"
 #include "exchange/translation.h"
+#include "frame/command_frame.h"
 #include "frame/od_store.h"
 #include "geometry/polyline_conversion.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/dxf/text_codec.h"
 #include "host/standalone/standalone_store.h"
+#include "palettes/record_view.h"
 #include "search/presence_search.h"
 #include "search/statistics.h"
 #include "search/table_search.h"
@@ -480,6 +482,37 @@ void write_table_as_mif(benchmark::State& state) {
   count_entities(state);
 }
 
+// What the table editor reads for its rows; read_one_column is the bare pass.
+void arrange_rows(benchmark::State& state, const RecordArrangement& arrangement) {
+  bench::SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
+  RecordView view;
+  for ([[maybe_unused]] auto _ : state) {
+    view.read(store, host, entities, L"Roads", arrangement);
+    benchmark::DoNotOptimize(view.rows().data());
+  }
+  count_entities(state);
+}
+
+RecordArrangement filtered_rows() {
+  RecordArrangement arrangement;
+  arrangement.filter = {{L"NAME", L"street 12"}};
+  return arrangement;
+}
+
+RecordArrangement sorted_rows() {
+  RecordArrangement arrangement;
+  arrangement.sort_by = first_table_column;
+  return arrangement;
+}
+
+RecordArrangement grouped_rows() {
+  RecordArrangement arrangement;
+  arrangement.group_by = first_table_column;
+  return arrangement;
+}
+
 void decode_text(benchmark::State& state) {
   const bool utf8 = state.range(0) != 0;
   const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = utf8, .caret_escapes = true});
@@ -538,14 +571,16 @@ BENCHMARK(set_all_texts)->Apply(sizes);
 BENCHMARK(read_attributes)->Apply(sizes);
 BENCHMARK_CAPTURE(transfer_attributes, load, load_attributes)->Apply(sizes);
 BENCHMARK_CAPTURE(transfer_attributes, store, store_attributes)->Apply(sizes);
-}
-
 BENCHMARK_CAPTURE(explication, by_table, std::nullopt)->Apply(sizes);
 BENCHMARK_CAPTURE(explication, by_field, L"NAME")->Apply(sizes);
 BENCHMARK(translate_all_values)->Apply(sizes);
 BENCHMARK(write_table_as_csv)->Apply(sizes);
 BENCHMARK(compare_csv_with_table)->Apply(sizes);
 BENCHMARK(write_table_as_mif)->Apply(sizes);
+BENCHMARK_CAPTURE(arrange_rows, as_drawn, RecordArrangement{})->Apply(sizes);
+BENCHMARK_CAPTURE(arrange_rows, filtered, filtered_rows())->Apply(sizes);
+BENCHMARK_CAPTURE(arrange_rows, sorted, sorted_rows())->Apply(sizes);
+BENCHMARK_CAPTURE(arrange_rows, grouped, grouped_rows())->Apply(sizes);
 BENCHMARK(decode_text)->ArgName("utf8")->Arg(0)->Arg(1);
 
 }  // namespace
