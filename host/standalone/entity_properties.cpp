@@ -141,6 +141,8 @@ class PropertyEditor {
 
 }  // namespace
 
+bool is_common_property(int code) { return rank_of(code) != 0 || code == 410; }
+
 EntityProperties read_properties(dxf::GroupReader groups, const dxf::TextCodec& codec) {
   EntityProperties properties;
   std::array<bool, common_order.size() + 1> seen{};

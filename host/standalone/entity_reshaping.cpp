@@ -5,33 +5,65 @@
 namespace korvel {
 namespace {
 
-// Where the pieces of an entity's head record stand.
-struct HeadPlaces {
-  std::size_t type_end = 0;    // behind the group 0
-  std::size_t shape = 0;       // first group of the entity's type
-  std::size_t xdata = 0;       // first group of the XDATA, or the end of the record
-  std::size_t record_end = 0;  // the next record, or the end of the entity
+// An entity in pieces.
+struct Pieces {
+  std::string_view type;    // the group 0
+  std::string identity;     // handle, application groups, owner
+  bool has_marker = false;  // whether the properties begin with a subclass marker
+  std::string properties;
+  std::string shape;  // what entities of its type have
+  std::string_view xdata;
+  std::string_view parts;  // the records behind the head
 };
 
-HeadPlaces places_in(std::string_view bytes, dxf::Framing framing) {
+// Without a marker in front of the shape only the codes tell what all entities share.
+void split_by_codes(dxf::GroupReader groups, std::string_view head, Pieces& pieces) {
+  bool in_application_groups = false;
+  for (dxf::Group group; groups.next(group) && group.end <= head.size();) {
+    const std::string_view bytes = head.substr(group.begin, group.end - group.begin);
+    const bool is_owner = group.code == 330 && pieces.shape.empty();
+    if (in_application_groups || group.code == 102 || group.code == 5 || is_owner) {
+      pieces.identity += bytes;
+    } else if (group.code == 100 || is_common_property(group.code)) {
+      pieces.has_marker |= group.code == 100;
+      pieces.properties += bytes;
+    } else {
+      pieces.shape += bytes;
+    }
+    if (group.code == 102) in_application_groups = !in_application_groups;
+  }
+}
+
+Pieces pieces_of(std::string_view bytes, dxf::Framing framing) {
   dxf::GroupReader reader(bytes, framing);
-  HeadPlaces places;
+  Pieces pieces;
   dxf::Group group;
   (void)reader.next(group);
-  places.type_end = group.end;
-  places.record_end = bytes.size();
+  const dxf::GroupReader behind_type = reader;
+  pieces.type = bytes.substr(0, group.end);
+  std::size_t shape = 0;  // its first marker, 0: there is none
+  std::size_t xdata = 0;
+  std::size_t record_end = bytes.size();
   while (reader.next(group)) {
     if (group.code == 0) {
-      places.record_end = group.begin;
+      record_end = group.begin;
       break;
     }
     const bool is_marker = group.code == 100 && group.value != "AcDbEntity";
-    if (is_marker && places.shape == 0) places.shape = group.begin;
-    if (group.code >= 1000 && places.xdata == 0) places.xdata = group.begin;
+    if (is_marker && shape == 0) shape = group.begin;
+    if (group.code >= 1000 && xdata == 0) xdata = group.begin;
   }
-  if (places.xdata == 0) places.xdata = places.record_end;
-  if (places.shape == 0) places.shape = places.xdata;
-  return places;
+  if (xdata == 0) xdata = record_end;
+  pieces.xdata = bytes.substr(xdata, record_end - xdata);
+  pieces.parts = bytes.substr(record_end);
+  if (shape == 0) {
+    split_by_codes(behind_type, bytes.substr(0, xdata), pieces);
+  } else {
+    pieces.has_marker = true;
+    pieces.properties = bytes.substr(pieces.type.size(), shape - pieces.type.size());
+    pieces.shape = bytes.substr(shape, xdata - shape);
+  }
+  return pieces;
 }
 
 }  // namespace
@@ -52,20 +84,18 @@ std::optional<std::string> with_geometry(std::string_view entity_bytes,
   same_place.new_handle = [&] { return std::exchange(given, true) ? place.new_handle() : handle; };
   const std::optional<NewEntity> written = write_entity(geometry, properties, same_place);
   if (!written) return std::nullopt;
-  const std::string_view fresh = written->bytes;
-  const HeadPlaces old = places_in(entity_bytes, framing);
-  const HeadPlaces now = places_in(fresh, framing);
+  const Pieces old = pieces_of(entity_bytes, framing);
+  const Pieces fresh = pieces_of(written->bytes, framing);
 
-  std::string bytes;
-  if (place.subclass_markers) {
-    bytes += fresh.substr(0, now.type_end);
-    bytes += entity_bytes.substr(old.type_end, old.shape - old.type_end);
-    bytes += fresh.substr(now.shape, now.xdata - now.shape);
-  } else {
-    bytes += fresh.substr(0, now.record_end);
+  std::string bytes(fresh.type);
+  bytes += old.identity;
+  if (place.subclass_markers && !old.has_marker) {
+    dxf::GroupWriter(place.manner, place.codec, bytes).raw(100, "AcDbEntity");
   }
-  bytes += entity_bytes.substr(old.xdata, old.record_end - old.xdata);
-  bytes += fresh.substr(now.record_end);
+  bytes += old.properties;
+  bytes += fresh.shape;
+  bytes += old.xdata;
+  bytes += fresh.parts;
   return with_properties(bytes, properties, place.manner, place.codec);
 }
 

@@ -52,6 +52,9 @@ struct NewEntity {
                                           const EntityProperties& properties,
                                           const dxf::Manner& manner, const dxf::TextCodec& codec);
 
+// Whether groups of this code say the same of entities of all types: layer, colour, space and such.
+[[nodiscard]] bool is_common_property(int code);
+
 // Writes the group of one property (8, 6, 62, 48, 420, 370); nothing for the default, which only
 // the layer has none of.
 void write_property(int code, const EntityProperties& properties, dxf::GroupWriter& writer);

@@ -218,6 +218,32 @@ TEST(EntityReshaping, OldVersionsKeepWhatTheyHave) {
             "0|CIRCLE|5|9|8|A|62|     5|10|1.0|20|2.0|30|3.0|40|4.0|1001|X|");
 }
 
+// Some programs write entities of newer versions without markers, or with the first one alone.
+TEST(EntityReshaping, LeavesTheOldShapeOfEntitiesWithoutMarkers) {
+  const std::string identity = "5|9|102|{ACAD_XDICTIONARY|360|77|102|}|330|1F|";
+  const std::string shape =
+      "10|7.0|20|8.0|30|9.0|50|30.0|330|20|1001|X|1010|1.0|1020|2.0|1030|3.0|";
+  const std::string after =
+      "0|LWPOLYLINE|" + identity +
+      "100|AcDbEntity|67|1|410|Plan|8|A|100|AcDbPolyline|90|        2|" +
+      "70|     1|38|5.0|10|1.0|20|2.0|42|0.5|10|3.0|20|4.0|1001|X|1010|1.0|1020|2.0|1030|3.0|";
+  const std::string properties = "67|1|410|Plan|8|A|";
+  EXPECT_EQ(reshaped("0|POINT|" + identity + properties + shape, {light}), after);
+  EXPECT_EQ(reshaped("0|POINT|" + identity + "100|AcDbEntity|" + properties + shape, {light}),
+            after);
+  // A property may stand behind the shape.
+  EXPECT_EQ(reshaped("0|POINT|5|9|10|1.0|20|2.0|8|A|62|     5|", {LineShape{{}, {1, 0, 0}}}),
+            "0|LINE|5|9|100|AcDbEntity|8|A|62|     5|100|AcDbLine|10|0.0|20|0.0|30|0.0|" +
+                std::string("11|1.0|21|0.0|31|0.0|"));
+}
+
+TEST(EntityReshaping, OldVersionsKeepTheirSpaceAndDictionary) {
+  EXPECT_EQ(reshaped("0|POINT|5|9|102|{ACAD_XDICTIONARY|360|77|102|}|67|1|8|A|10|1.0|20|2.0|",
+                     {LineShape{{}, {1, 0, 0}}}, true),
+            "0|LINE|5|9|102|{ACAD_XDICTIONARY|360|77|102|}|67|1|8|A|10|0.0|20|0.0|30|0.0|" +
+                std::string("11|1.0|21|0.0|31|0.0|"));
+}
+
 TEST(PropertyEdit, ChangesOnlyTheGroupsConcerned) {
   const std::string head =
       "  0\nLINE\n  5\n2A\n102\n{X\n 62\n9\n102\n}\n330\n1F\n100\nAcDbEntity\n";
