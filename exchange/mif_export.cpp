@@ -186,6 +186,8 @@ std::optional<FilePair> choose_files(DrawingHost& host) {
   const std::wstring extension = path_text(chosen->extension());
   const bool is_mif = equal_ignoring_case(extension, L".mif");
   FilePair files{*chosen, *chosen};
+  std::error_code ignored;
+  if (fs::is_directory(*chosen, ignored)) return files;  // the saving refuses it
   if (!is_mif) files.mif += ".mif";
   files.mid = files.mif;
   files.mid.replace_extension(extension == L".MIF" ? ".MID" : ".mid");

@@ -37,8 +37,16 @@ std::wstring filter_labels(std::wstring_view filter) {
   return labels;
 }
 
+// A folder or a device that was named by mistake or on purpose must not become another file.
+bool can_take_extension(const std::filesystem::path& path) {
+  const std::filesystem::path name = path.filename();
+  std::error_code ignored;
+  return !name.empty() && name != "." && name != ".." && !name.has_extension() &&
+         !std::filesystem::is_character_file(path, ignored);
+}
+
 std::filesystem::path with_extension(std::filesystem::path path, std::wstring_view extension) {
-  if (!extension.empty() && !path.has_extension()) {
+  if (!extension.empty() && can_take_extension(path)) {
     path += '.';
     path += to_utf8(extension);
   }

@@ -180,6 +180,14 @@ TEST(TerminalHost, SaveChooserAddsTheExtensionAndAsksBeforeOverwriting) {
   std::filesystem::remove(there);
 }
 
+TEST(TerminalHost, FoldersAndDevicesTakeNoExtension) {
+  const FileQuestion question{L"CSV files (*.csv)|*.csv||", L"csv", true};
+  for (const std::string typed : {"nowhere/", "/dev/null", ".", ".."}) {
+    Conversation talk({typed, "y"});
+    EXPECT_EQ(talk.host.choose_file_to_save(question), typed);
+  }
+}
+
 // --- Running commands -------------------------------------------------------------------------
 
 std::size_t pick_first_seen = 0;
