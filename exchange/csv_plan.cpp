@@ -94,7 +94,7 @@ class Planner {
         }
         field_of_.back() = field;
       } else {
-        plan_.ignored_columns.push_back(name);
+        plan_.ignored_columns.add([&] { return excerpt(name); });
       }
     }
     if (handle_ && record_) return true;

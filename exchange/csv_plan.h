@@ -38,8 +38,8 @@ struct CsvPlan {
 
   std::size_t rows = 0;
   std::size_t unchanged = 0;
-  std::vector<std::wstring> ignored_columns;
   static constexpr std::size_t most_examples = 20;
+  Findings ignored_columns{most_examples};
   Findings changed{most_examples};
   Findings added{most_examples};
   Findings unknown_handles{most_examples};

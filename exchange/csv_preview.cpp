@@ -28,8 +28,10 @@ std::wstring preview_text(const CsvPlan& plan) {
   append_problem(L"Objects that cannot be changed", plan.locked);
   append_problem(L"Values that lose something", plan.losing);
   append_problem(L"Values that cannot be read and stay as they are", plan.unreadable);
-  for (const std::wstring& column : plan.ignored_columns)
+  for (const std::wstring& column : plan.ignored_columns.examples())
     out += format_text(L"Column not in the table: %s\n", column);
+  const std::size_t unnamed = plan.ignored_columns.count() - plan.ignored_columns.examples().size();
+  if (unnamed > 0) out += format_text(L"Further columns not in the table: %i\n", unnamed);
   return out;
 }
 

@@ -137,7 +137,7 @@ TEST_F(Csv, EveryKindOfRow) {
   ASSERT_FALSE(made.damage);
   EXPECT_EQ(made.rows, 15U);
   EXPECT_EQ(made.unchanged, 3U);
-  EXPECT_THAT(made.ignored_columns, ElementsAre(L"Extra"));
+  EXPECT_THAT(made.ignored_columns.examples(), ElementsAre(L"Extra"));
   EXPECT_THAT(made.changed.examples(),
               ElementsAre(L"line 10: handle 2B record 1: R -0.0 -> 12.0, C three -> THREE, "
                           L"N 3 -> 7"));
@@ -165,6 +165,16 @@ TEST_F(Csv, EveryKindOfRow) {
             "2B,1,7,THREE,12.0,\"0.1,0.0,-1.0\"\r\n"
             "2C,1,2147483647,none,1.5,\"7.0,8.0,9.0\"\r\n"
             "2D,1,4,locked,4.0,\"0.0,0.0,0.0\"\r\n");
+}
+
+TEST_F(Csv, ThePreviewStaysShortWhateverTheColumnsAre) {
+  const CsvPlan made =
+      plan("Handle,Record,two\rlines," + std::string(50'000, 'x') + std::string(30, ',') + "\n");
+  ASSERT_FALSE(made.damage);
+  const std::wstring preview = preview_text(made);
+  EXPECT_NE(preview.find(L"Column not in the table: two lines\n"), preview.npos);
+  EXPECT_NE(preview.find(L"Further columns not in the table: 12\n"), preview.npos);
+  EXPECT_LT(preview.size(), 2'000U);
 }
 
 TEST_F(Csv, RecordsAreMetOnceInAnyOrder) {
