@@ -3,6 +3,7 @@
 #include "exchange/csv_options.h"
 #include "exchange/csv_plan.h"
 #include "exchange/record_walk.h"
+#include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/command_frame.h"
 #include "frame/session.h"
@@ -73,7 +74,7 @@ std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table
 void import_csv(Session& session, std::wstring_view table_name) {
   DrawingHost& host = session.host;
   const std::optional<ODTableDef> table = session.store.table(table_name);
-  if (!table) return report<Message::NamedTableNotFound>(host, table_name);
+  if (!table) return report_missing_table(host, table_name);
   const std::optional<char> separator = ask_csv_separator(host, L"CSV import", session.choices.csv);
   if (!separator) return;
   const auto file = host.choose_file_to_open(csv_file_question(*separator));

@@ -8,10 +8,15 @@
 
 namespace korvel {
 
+void report_missing_table(DrawingHost& host, std::wstring_view table) {
+  if (table.empty()) return report<Message::TableNotFound>(host);
+  report<Message::NamedTableNotFound>(host, table);
+}
+
 std::optional<ODTableDef> shown_table(Session& session, const RecordRows& rows) {
   std::optional<ODTableDef> table = session.store.table(rows.table);
   if (!table) {
-    report<Message::NamedTableNotFound>(session.host, rows.table);
+    report_missing_table(session.host, rows.table);
     return std::nullopt;
   }
   const bool has_columns = std::ranges::all_of(
