@@ -333,6 +333,8 @@ void TableEditor::find_values() {
 void TableEditor::show_selection() {
   DrawingHost& host = session().host;
   if (view_.any_chosen()) leave_selected(host, entities_of(view_.chosen_rows()));
+  // The commands would ask for a selection and take each other for the answer.
+  if (pick_first_entities(host).empty()) return report<Message::NoObjectsSelected>(host);
   host.send(L"_.zoom _o\n");
   host.send(L"_.select _p\n\n");
 }
