@@ -12,6 +12,7 @@
 #include <limits>
 #include <sqlite3.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "attach/attach_data.h"
@@ -174,8 +175,9 @@ class Copy {
 
 class Comparison {
  public:
-  explicit Comparison(std::uint64_t size)
-      : host_(make(size)), drawing_(host_.drawing()), store_(drawing_) {
+  // Of the cases, those whose names contain `wanted`.
+  Comparison(std::uint64_t size, std::string_view wanted)
+      : host_(make(size)), drawing_(host_.drawing()), store_(drawing_), wanted_(wanted) {
     entities_ = drawing_.entities(Space::Model);
     add_duplicates();
     const Copy copied(database_, store_, entities_);
@@ -188,6 +190,7 @@ class Comparison {
 
   // What changes nothing.
   void search(const char* name, const Work& work, const std::vector<std::string>& statements) {
+    if (!is_wanted(name)) return;
     double ours = best;
     double theirs = best;
     std::size_t found = 0;
@@ -202,6 +205,7 @@ class Comparison {
 
   // What changes the drawing: undone, and rolled back, after every time.
   void change(const char* name, const Work& work, const std::vector<std::string>& statements) {
+    if (!is_wanted(name)) return;
     double ours = best;
     double undoing = best;
     double theirs = best;
@@ -222,6 +226,8 @@ class Comparison {
   // The explication of both tables in a file, beside queries that give the same rows and figures
   // and of which the result is written as UTF-8; and beside writing the bytes of the explication.
   void explication() {
+    const char* const name = "explication in a file";
+    if (!is_wanted(name)) return;
     const ExplicationRequest request{{L"Roads", L"Surveys"}, {}, L","};
     const std::filesystem::path file =
         std::filesystem::temp_directory_path() / "korvel-beside-sqlite.csv";
@@ -243,14 +249,15 @@ class Comparison {
                          }));
     }
     std::filesystem::remove(file);
-    std::printf("%-44s %10.2f %10.2f %8.1f %9s %12d\n", "explication in a file", ours * 1e3,
-                theirs * 1e3, theirs / ours, "", records());
+    std::printf("%-44s %10.2f %10.2f %8.1f %9s %12d\n", name, ours * 1e3, theirs * 1e3,
+                theirs / ours, "", records());
     std::printf("%-44s %10.2f %10s %8.1f\n", "  writing its bytes alone, and times that",
                 writing * 1e3, "", ours / writing);
   }
 
   // What works on the shapes of entities, which SQLite has not: beside a pass that reads them.
   void beside_shapes(const char* name, const Work& work) {
+    if (!is_wanted(name)) return;
     double ours = best;
     double undoing = best;
     double reading = best;
@@ -318,6 +325,10 @@ class Comparison {
     }
   }
 
+  [[nodiscard]] bool is_wanted(std::string_view name) const {
+    return name.find(wanted_) != std::string_view::npos;
+  }
+
   static constexpr double best = std::numeric_limits<double>::infinity();
 
   static std::unique_ptr<Drawing> make(std::uint64_t size) {
@@ -352,12 +363,13 @@ class Comparison {
   SilentHost host_;
   Drawing& drawing_;
   StandaloneStore store_;
+  std::string_view wanted_;
   Database database_;
   EntityList entities_;
 };
 
-void compare(std::uint64_t size) {
-  Comparison run(size);
+void compare(std::uint64_t size, std::string_view wanted) {
+  Comparison run(size, wanted);
   ODStore& store = run.store();
   const EntityList& all = run.entities();
 
@@ -486,7 +498,8 @@ void compare(std::uint64_t size) {
 
 int main(int count, char** arguments) {
   const std::uint64_t size = count > 1 ? std::strtoull(arguments[1], nullptr, 10) : 1'000'000;
-  if (size == 0) korvel::bench::fail("usage: beside_sqlite [ENTITIES]");
-  korvel::bench::compare(size);
-  korvel::bench::compare_csv(size);
+  if (size == 0) korvel::bench::fail("usage: beside_sqlite [ENTITIES [CASES]]");
+  const std::string_view wanted = count > 2 ? arguments[2] : "";
+  korvel::bench::compare(size, wanted);
+  korvel::bench::compare_csv(size, wanted);
 }
