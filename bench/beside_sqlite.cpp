@@ -22,6 +22,7 @@
 #include "bench/silent_host.h"
 #include "exchange/explication.h"
 #include "exchange/translation.h"
+#include "frame/file_bytes.h"
 #include "frame/utf.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/standalone_store.h"
@@ -236,12 +237,14 @@ class Comparison {
     double writing = best;
     for (int round = 0; round < rounds; ++round) {
       ours = std::min(ours, seconds([&] {
-                        if (explicate(store_, host_, entities_, request).save(file)) {
-                          fail("the explication was not saved");
-                        }
+                        FileInProgress written(file);
+                        explicate(store_, host_, entities_, request,
+                                  [&](std::string_view bytes) { written.write(bytes); });
+                        if (written.finish()) fail("the explication was not saved");
                       }));
       theirs = std::min(theirs, seconds([&] { write_csv(file); }));
-      const std::string bytes = explicate(store_, host_, entities_, request).bytes();
+      std::string bytes;
+      explicate(store_, host_, entities_, request, [&](std::string_view piece) { bytes += piece; });
       check_explication(bytes);
       writing = std::min(writing, seconds([&] {
                            std::ofstream out(file, std::ios::binary);

@@ -1,41 +1,16 @@
 #include "exchange/distinct_texts.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
+
+#include "frame/text_hash.h"
 
 namespace korvel {
 namespace {
 
+constexpr std::size_t units_in_block = std::size_t{64} * 1024;
 constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-
-template <class Word>
-std::uint64_t word_at(const char* bytes) {
-  Word word = 0;
-  std::memcpy(&word, bytes, sizeof word);
-  return word;
-}
-
-// The last words may overlap: every byte counts at least once.
-std::uint32_t hash_of(std::string_view text) {
-  const char* const begin = text.data();
-  const std::size_t size = text.size();
-  std::uint64_t hash = size * odd;
-  const auto take = [&hash](std::uint64_t word) {
-    hash = (hash ^ word) * odd;
-    hash ^= hash >> 32;
-  };
-  if (size >= 8) {
-    for (std::size_t at = 0; at + 8 < size; at += 8)
-      take(word_at<std::uint64_t>(begin + at));
-    take(word_at<std::uint64_t>(begin + size - 8));
-  } else if (size >= 4) {
-    take(word_at<std::uint32_t>(begin) << 32 | word_at<std::uint32_t>(begin + size - 4));
-  } else {
-    for (const char byte : text)
-      take(static_cast<unsigned char>(byte));
-  }
-  return static_cast<std::uint32_t>(hash ^ hash >> 29);
-}
 
 void prefetch([[maybe_unused]] const void* place) {
 #if defined(__GNUC__)
@@ -45,32 +20,49 @@ void prefetch([[maybe_unused]] const void* place) {
 
 }  // namespace
 
-void DistinctTexts::insert(std::string_view text) {
-  const Slot slot{text.data(), static_cast<std::uint32_t>(text.size()), hash_of(text)};
-  prefetch(&slots_[slot.hash & (slots_.size() - 1)]);
-  settle(std::exchange(waiting_[oldest_], slot));
+void DistinctTexts::insert(std::u16string_view text) {
+  Waiting& next = waiting_[oldest_];
+  settle(next);
   oldest_ = (oldest_ + 1) % waiting_.size();
+  next.text.assign(text);
+  next.hash = static_cast<std::uint32_t>(hash_of_text(text));
+  next.taken = true;
+  prefetch(&slots_[next.hash & (slots_.size() - 1)]);
 }
 
 std::size_t DistinctTexts::count() {
-  for (Slot& slot : waiting_)
-    settle(std::exchange(slot, {}));
+  for (Waiting& waiting : waiting_)
+    settle(waiting);
   return count_;
 }
 
-void DistinctTexts::settle(const Slot& text) {
-  if (text.text == nullptr) return;
+void DistinctTexts::settle(Waiting& waiting) {
+  if (!std::exchange(waiting.taken, false)) return;
+  const std::u16string_view text = waiting.text;
   const std::size_t mask = slots_.size() - 1;
-  std::size_t at = text.hash & mask;
+  std::size_t at = waiting.hash & mask;
   for (; slots_[at].text != nullptr; at = (at + 1) & mask) {
     const Slot& slot = slots_[at];
-    if (slot.hash == text.hash && slot.length == text.length &&
-        std::memcmp(slot.text, text.text, text.length) == 0) {
+    if (slot.hash == waiting.hash && slot.length == text.size() &&
+        std::memcmp(slot.text, text.data(), sizeof(char16_t) * text.size()) == 0) {
       return;
     }
   }
-  slots_[at] = text;
+  slots_[at] = {kept(text), static_cast<std::uint32_t>(text.size()), waiting.hash};
   if (4 * ++count_ > 3 * slots_.size()) grow();
+}
+
+// A copy of the text; of an empty one, too, a place.
+const char16_t* DistinctTexts::kept(std::u16string_view text) {
+  if (text.size() >= left_) {
+    left_ = std::max(text.size() + 1, units_in_block);
+    free_ = blocks_.emplace_back(left_).data();
+  }
+  char16_t* const copy = free_;
+  std::ranges::copy(text, copy);
+  free_ += text.size();
+  left_ -= text.size();
+  return copy;
 }
 
 void DistinctTexts::grow() {

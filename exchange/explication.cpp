@@ -1,7 +1,6 @@
 #include "exchange/explication.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 
 #include "exchange/explication_columns.h"
@@ -10,6 +9,7 @@
 #include "exchange/explication_text.h"
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
+#include "frame/file_bytes.h"
 #include "frame/session.h"
 
 namespace korvel {
@@ -19,10 +19,11 @@ namespace {
 class Explication {
  public:
   Explication(ODStore& store, DrawingHost& host, const EntityList& entities,
-              const ExplicationColumns& columns, const ExplicationRequest& request)
-      : host_(host), entities_(entities), walk_(store.records()), text_(columns, request) {}
+              const ExplicationColumns& columns, const ExplicationRequest& request,
+              const ByteSink& sink)
+      : host_(host), entities_(entities), walk_(store.records()), text_(columns, request, sink) {}
 
-  [[nodiscard]] TextFileWriter write(const ExplicationGroups& groups) {
+  void write(const ExplicationGroups& groups) {
     Progress progress(host_, static_cast<std::int64_t>(groups.record_count()));
     for (const ExplicationGroup& group : groups.in_order()) {
       text_.begin_group(group.key);
@@ -39,7 +40,7 @@ class Explication {
       }
       text_.end_group(entity_count);
     }
-    return text_.finish();
+    text_.finish();
   }
 
  private:
@@ -76,13 +77,13 @@ std::vector<std::wstring> user_tables_on(ODStore& store, const EntityList& entit
 
 }  // namespace
 
-TextFileWriter explicate(ODStore& store, DrawingHost& host, EntityList entities,
-                         const ExplicationRequest& request) {
+void explicate(ODStore& store, DrawingHost& host, EntityList entities,
+               const ExplicationRequest& request, const ByteSink& sink) {
   if (!std::ranges::is_sorted(entities)) std::ranges::sort(entities);
   entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
   const ExplicationColumns columns = explication_columns(store, request);
   const ExplicationGroups groups(store, entities, columns, request.type_field.has_value());
-  return Explication(store, host, entities, columns, request).write(groups);
+  Explication(store, host, entities, columns, request, sink).write(groups);
 }
 
 void expl(Session& session) {
@@ -95,8 +96,11 @@ void expl(Session& session) {
   if (!is_complete(request)) return;
   const auto file = host.choose_file_to_save({L"CSV files (*.csv)|*.csv||", L"csv", true});
   if (!file || check_writable(*file)) return;
+  FileInProgress written(*file);
+  explicate(session.store, host, std::move(entities), request,
+            [&written](std::string_view bytes) { written.write(bytes); });
   // Deliberately a file that cannot be written is not spoken of.
-  (void)explicate(session.store, host, std::move(entities), request).save(*file);
+  (void)written.finish();
 }
 
 }  // namespace korvel

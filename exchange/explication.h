@@ -2,13 +2,14 @@
 // each group and statistics of every column at the end.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frame/drawing_host.h"
 #include "frame/od_store.h"
-#include "frame/text_file.h"
 
 namespace korvel {
 
@@ -18,9 +19,13 @@ struct ExplicationRequest {
   std::wstring separator;                  // as it stands between cells, of any length
 };
 
-// The file's text. Each entity counts once, however often it is listed; groups come in the order of
-// their keys and the entities of a group in that of their identifiers. Only reads.
-[[nodiscard]] TextFileWriter explicate(ODStore& store, DrawingHost& host, EntityList entities,
-                                       const ExplicationRequest& request);
+// Takes the next bytes of a file.
+using ByteSink = std::function<void(std::string_view)>;
+
+// Hands out the file's bytes in order, many at a time. Each entity counts once, however often it is
+// listed; groups come in the order of their keys and the entities of a group in that of their
+// identifiers. Only reads.
+void explicate(ODStore& store, DrawingHost& host, EntityList entities,
+               const ExplicationRequest& request, const ByteSink& sink);
 
 }  // namespace korvel

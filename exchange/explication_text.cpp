@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
-#include <utility>
 
 namespace korvel {
 namespace {
+
+constexpr char16_t byte_order_mark = 0xFEFF;
+
+// So few that they are still in the cache when the sink gets them.
+constexpr std::size_t units_at_a_time = std::size_t{64} * 1024;
 
 double number_of(const ODValueView& value) {
   if (const auto* const integer = std::get_if<std::int32_t>(&value)) return *integer;
@@ -24,15 +28,18 @@ void ExplicationText::Column::add(double number) {
   add_to(group_sum, counted ? 1 : number, no_sum);
   add_to(sum, counted ? 1 : number, no_sum);
   ++count;
+  if (counted) return;
   least = std::min(least, number);
   greatest = std::max(greatest, number);
 }
 
 ExplicationText::ExplicationText(const ExplicationColumns& columns,
-                                 const ExplicationRequest& request)
+                                 const ExplicationRequest& request, const ByteSink& sink)
     : definition_(columns),
       has_type_field_(request.type_field.has_value()),
-      columns_(columns.values.size()) {
+      columns_(columns.values.size()),
+      sink_(sink) {
+  text_.append_unit(byte_order_mark);
   for (std::size_t i = 0; i < columns_.size(); ++i)
     columns_[i].counted = columns.values[i].counted;
   separator_.append(request.separator);
@@ -48,16 +55,16 @@ ExplicationText::ExplicationText(const ExplicationColumns& columns,
 void ExplicationText::write_header(const ExplicationRequest& request) {
   begin_line("ID");
   append_separator();
-  line_.append_ascii("TableName");
+  text_.append_ascii("TableName");
   append_separator();
   if (has_type_field_) {
-    line_.append(*request.type_field);
+    text_.append(*request.type_field);
     append_separator();
   }
-  line_.append_ascii("Count");
+  text_.append_ascii("Count");
   for (const ValueColumn& column : definition_.values) {
     append_separator();
-    line_.append(column.name);
+    text_.append(column.name);
   }
   end_line();
 }
@@ -71,14 +78,12 @@ void ExplicationText::begin_group(std::wstring_view key) {
 
 void ExplicationText::add_record(std::wstring_view handle, std::size_t table,
                                  const RecordIterator& record) {
-  line_.clear();
-  line_.append(handle);
-  line_.append_units(table_cells_[table].view());
+  text_.append(handle);
+  text_.append_units(table_cells_[table].view());
   if (has_type_field_) {
-    line_.append_units(key_.view());
+    text_.append_units(key_.view());
     append_separator();
   }
-  cells_.clear();
   const std::vector<int>& places = definition_.tables[table].places;
   for (std::size_t i = 0; i < places.size(); ++i) {
     append_separator();
@@ -87,45 +92,43 @@ void ExplicationText::add_record(std::wstring_view handle, std::size_t table,
     append_cell(i, value);
     columns_[i].add(number_of(value));
   }
-  const std::string_view written = end_line();
-  for (const Cell& cell : cells_)
-    columns_[cell.column].texts.insert(written.substr(2 * cell.begin, 2 * cell.length));
+  end_line();
 }
 
 void ExplicationText::end_group(std::size_t entities) {
   begin_line("Sum");
   append_separator();
   if (has_type_field_) append_separator();
-  line_.append_units(key_.view());
+  text_.append_units(key_.view());
   append_separator();
-  line_.append_ascii(integer_text(static_cast<std::int64_t>(entities)));
+  text_.append_ascii(integer_text(static_cast<std::int64_t>(entities)));
   for (const Column& column : columns_) {
     append_separator();
     append_sum(column, column.group_sum);
   }
-  line_.append_units(u"\r\n");
+  text_.append_units(u"\r\n");
   end_line();
 }
 
-TextFileWriter ExplicationText::finish() {
+void ExplicationText::finish() {
   add_closing_line(
-      "SumCount", [this](const Column& column) { line_.append_ascii(integer_text(column.count)); });
+      "SumCount", [this](const Column& column) { text_.append_ascii(integer_text(column.count)); });
   add_closing_line("SumSum", [this](const Column& column) { append_sum(column, column.sum); });
   add_closing_line("Min", [this](const Column& column) {
-    if (column.has_numbers()) line_.append_ascii(real_text(column.least, room_));
+    if (column.has_numbers()) text_.append_ascii(real_text(column.least, room_));
   });
   add_closing_line("Max", [this](const Column& column) {
-    if (column.has_numbers()) line_.append_ascii(real_text(column.greatest, room_));
+    if (column.has_numbers()) text_.append_ascii(real_text(column.greatest, room_));
   });
   add_closing_line("Average", [this](const Column& column) {
     if (column.has_numbers())
-      line_.append_ascii(real_text(column.sum / static_cast<double>(column.count), room_));
+      text_.append_ascii(real_text(column.sum / static_cast<double>(column.count), room_));
   });
   add_closing_line("Unique", [this](Column& column) {
-    line_.append_ascii(
+    text_.append_ascii(
         integer_text(static_cast<std::int64_t>(column.numbers.count() + column.texts.count())));
   });
-  return std::move(file_);
+  flush();
 }
 
 template <class Append>
@@ -141,19 +144,21 @@ void ExplicationText::add_closing_line(std::string_view name, const Append& appe
   end_line();
 }
 
-void ExplicationText::begin_line(std::string_view name) {
-  line_.clear();
-  line_.append_ascii(name);
+void ExplicationText::begin_line(std::string_view name) { text_.append_ascii(name); }
+
+void ExplicationText::end_line() {
+  text_.append_units(u"\r\n");
+  if (text_.size() >= units_at_a_time) flush();
 }
 
-std::string_view ExplicationText::end_line() {
-  line_.append_units(u"\r\n");
-  return file_.write_units(line_.view());
+void ExplicationText::flush() {
+  std::string room;
+  sink_(little_endian_bytes(text_.view(), room));
+  text_.clear();
 }
 
 // Deliberately a point is its z alone.
 void ExplicationText::append_cell(std::size_t column, const ODValueView& value) {
-  const std::size_t begin = line_.size();
   switch (type_of(value)) {
     case ODType::Integer:
       return append_number(column, integer_text(std::get<std::int32_t>(value)));
@@ -161,22 +166,24 @@ void ExplicationText::append_cell(std::size_t column, const ODValueView& value) 
       return append_number(column, real_text(std::get<double>(value), room_));
     case ODType::Point:
       return append_number(column, real_text(std::get<Point3>(value).z, room_));
-    case ODType::Character:
-      line_.append_quoted(std::get<std::wstring_view>(value));
-      break;
+    case ODType::Character: {
+      const std::size_t begin = text_.size();
+      text_.append_quoted(std::get<std::wstring_view>(value));
+      return columns_[column].texts.insert(text_.view().substr(begin));
+    }
     case ODType::Unknown:
-      break;
+      return columns_[column].texts.insert({});
   }
-  cells_.push_back({column, begin, line_.size() - begin});
 }
 
 void ExplicationText::append_number(std::size_t column, std::string_view digits) {
+  const std::size_t begin = text_.size();
+  text_.append_ascii(digits);
   if (const std::uint64_t key = number_key(digits); key != 0) {
     columns_[column].numbers.insert(key);
   } else {
-    cells_.push_back({column, line_.size(), digits.size()});
+    columns_[column].texts.insert(text_.view().substr(begin));
   }
-  line_.append_ascii(digits);
 }
 
 std::string_view ExplicationText::integer_text(std::int64_t number) {
@@ -186,7 +193,7 @@ std::string_view ExplicationText::integer_text(std::int64_t number) {
 
 void ExplicationText::append_sum(const Column& column, double sum) {
   if (sum == no_sum) return;
-  line_.append_ascii(column.counted ? integer_text(static_cast<std::int64_t>(sum))
+  text_.append_ascii(column.counted ? integer_text(static_cast<std::int64_t>(sum))
                                     : real_text(sum, room_));
 }
 

@@ -11,7 +11,6 @@
 #include "exchange/distinct_texts.h"
 #include "exchange/explication_columns.h"
 #include "frame/od_store.h"
-#include "frame/text_file.h"
 #include "frame/utf16_text.h"
 #include "frame/value_text.h"
 
@@ -21,15 +20,16 @@ namespace korvel {
 // order of the lines, so that their last digits do not depend on anything else.
 class ExplicationText {
  public:
-  ExplicationText(const ExplicationColumns& columns, const ExplicationRequest& request);
+  // All of them must outlive this.
+  ExplicationText(const ExplicationColumns& columns, const ExplicationRequest& request,
+                  const ByteSink& sink);
 
   void begin_group(std::wstring_view key);
   // A line for the record, which is of the table of this index.
   void add_record(std::wstring_view handle, std::size_t table, const RecordIterator& record);
   void end_group(std::size_t entities);
 
-  // The whole text; nothing may be added afterwards.
-  [[nodiscard]] TextFileWriter finish();
+  void finish();
 
  private:
   // Deliberately a sum over no value is told from others by being the largest number, so that a
@@ -50,19 +50,13 @@ class ExplicationText {
     [[nodiscard]] bool has_numbers() const { return !counted && count > 0; }
   };
 
-  // A cell of the line, in units, that waits for its place in the file.
-  struct Cell {
-    std::size_t column;
-    std::size_t begin;
-    std::size_t length;
-  };
-
   void write_header(const ExplicationRequest& request);
   void begin_line(std::string_view name);
-  std::string_view end_line();  // the line's bytes in the file
+  void end_line();
+  void flush();
   void append_separator() {
-    if (separator_.size() == 1) return line_.append_unit(separator_.view()[0]);
-    line_.append_units(separator_.view());
+    if (separator_.size() == 1) return text_.append_unit(separator_.view()[0]);
+    text_.append_units(separator_.view());
   }
   void append_cell(std::size_t column, const ODValueView& value);
   void append_number(std::size_t column, std::string_view digits);
@@ -77,10 +71,9 @@ class ExplicationText {
   Utf16Text separator_;
   std::vector<Utf16Text> table_cells_;  // by table, with the separators around them
   Utf16Text key_;                       // of the group, quoted
-  Utf16Text line_;
-  std::vector<Cell> cells_;
+  Utf16Text text_;                      // that the sink has not got yet
   RealRoom room_;
-  TextFileWriter file_{TextEncoding::Utf16};
+  const ByteSink& sink_;
 };
 
 }  // namespace korvel

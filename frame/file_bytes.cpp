@@ -92,11 +92,13 @@ class Replacement {
 
   Failure prepare() {
     if (in_place_) return std::nullopt;
-    temporary_ = temporary_beside(file_);
-    const Failure failure = write_bytes(temporary_, content_.pieces);
-    std::error_code ignored;
-    if (!failure && exists_) fs::permissions(temporary_, permissions_, ignored);
-    return failure;
+    return write_bytes(place_to_write(), content_.pieces);
+  }
+
+  // Where the bytes go at first.
+  [[nodiscard]] const fs::path& place_to_write() {
+    if (in_place_) return file_;
+    return temporary_ = temporary_beside(file_);
   }
 
   // Keeps the old file, so that the new one can be taken back.
@@ -111,7 +113,14 @@ class Replacement {
 
   Failure put() {
     if (in_place_) return write_bytes(file_, content_.pieces);
+    return put_written();
+  }
+
+  // The same when all bytes are where they go at first.
+  Failure put_written() {
+    if (in_place_) return std::nullopt;
     std::error_code code;
+    if (exists_) fs::permissions(temporary_, permissions_, code);
     fs::rename(temporary_, file_, code);
     if (code) return reason_text(code);
     temporary_.clear();
@@ -183,6 +192,48 @@ std::optional<TextFileError> save_files(std::span<const FileContent> files) {
       replacements[done].take_back();
     return cannot_write(replacements[i].target(), *failure);
   }
+  return std::nullopt;
+}
+
+struct FileInProgress::State {
+  explicit State(const fs::path& target) : replacement({target, {}}) {}
+
+  void note_failure() {
+    if (!file && !failure) failure = last_reason();
+  }
+
+  Replacement replacement;
+  std::optional<TextFileError> error;
+  Failure failure;
+  std::ofstream file;
+};
+
+FileInProgress::FileInProgress(const std::filesystem::path& target)
+    : state_(std::make_unique<State>(target)) {
+  state_->error = check_writable(target);
+  if (state_->error) return;
+  errno = 0;
+  state_->file.open(state_->replacement.place_to_write(), std::ios::binary);
+  state_->note_failure();
+}
+
+// The file is closed before what was laid beside the target goes.
+FileInProgress::~FileInProgress() = default;
+
+void FileInProgress::write(std::string_view bytes) {
+  if (state_->error || state_->failure) return;
+  errno = 0;
+  state_->file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  state_->note_failure();
+}
+
+std::optional<TextFileError> FileInProgress::finish() {
+  if (state_->error) return state_->error;
+  errno = 0;
+  state_->file.close();
+  state_->note_failure();
+  if (!state_->failure) state_->failure = state_->replacement.put_written();
+  if (state_->failure) return cannot_write(state_->replacement.target(), *state_->failure);
   return std::nullopt;
 }
 

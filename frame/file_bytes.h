@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -35,6 +36,21 @@ struct FileContent {
 [[nodiscard]] std::optional<TextFileError> save_files(std::span<const FileContent> files);
 [[nodiscard]] std::optional<TextFileError> save_file(const std::filesystem::path& target,
                                                      std::string_view bytes);
+
+// One file saved in the same way, of which the bytes come piece by piece.
+class FileInProgress {
+ public:
+  explicit FileInProgress(const std::filesystem::path& target);
+  ~FileInProgress();  // the target is as it was, unless finish() was called
+
+  void write(std::string_view bytes);
+  // Puts the file in its place. None if all went well, from the beginning on.
+  [[nodiscard]] std::optional<TextFileError> finish();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 // Whether a file could be saved there, found out without changing what is there.
 [[nodiscard]] std::optional<TextFileError> check_writable(const std::filesystem::path& target);

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <utility>
 
 #include "frame/format.h"
@@ -167,59 +166,27 @@ std::optional<TextFileError> read_utf8_file(const std::filesystem::path& path,
 }
 
 TextFileWriter::TextFileWriter(TextEncoding encoding) : encoding_(encoding) {
-  if (encoding_ == TextEncoding::Utf16)
-    block_with_room(utf16_little_mark.size()) += utf16_little_mark;
+  if (encoding_ == TextEncoding::Utf16) bytes_ = utf16_little_mark;
 }
 
 void TextFileWriter::write(std::wstring_view text) {
   if (encoding_ == TextEncoding::Utf16) {
     Utf16Text units;
     units.append(text);
-    write_units(units.view());
+    std::string room;
+    bytes_ += little_endian_bytes(units.view(), room);
     return;
   }
-  std::string bytes;
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find(L'\n', begin), text.size());
-    append_utf8(text.substr(begin, end - begin), bytes);
-    if (end < text.size()) bytes += platform_line_end;
+    append_utf8(text.substr(begin, end - begin), bytes_);
+    if (end < text.size()) bytes_ += platform_line_end;
     begin = end + 1;
   }
-  block_with_room(bytes.size()) += bytes;
-}
-
-std::string_view TextFileWriter::write_units(std::u16string_view units) {
-  std::string& block = block_with_room(2 * units.size());
-  const std::size_t begin = block.size();
-  if constexpr (std::endian::native == std::endian::little) {
-    block.append(reinterpret_cast<const char*>(units.data()), 2 * units.size());
-  } else {
-    for (const char16_t unit : units) {
-      block.push_back(static_cast<char>(unit & 0xFF));
-      block.push_back(static_cast<char>(unit >> 8));
-    }
-  }
-  return std::string_view(block).substr(begin);
-}
-
-std::string& TextFileWriter::block_with_room(std::size_t bytes) {
-  constexpr std::size_t block_size = std::size_t{1} << 20;
-  if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < bytes) {
-    blocks_.emplace_back().reserve(std::max(bytes, block_size));
-  }
-  return blocks_.back();
-}
-
-std::string TextFileWriter::bytes() const {
-  std::string all;
-  for (const std::string& block : blocks_)
-    all += block;
-  return all;
 }
 
 std::optional<TextFileError> TextFileWriter::save(const std::filesystem::path& target) const {
-  const std::array<FileContent, 1> file{{{target, {blocks_.begin(), blocks_.end()}}}};
-  return save_files(file);
+  return save_file(target, bytes_);
 }
 
 }  // namespace korvel

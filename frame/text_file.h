@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -77,21 +76,15 @@ class TextFileWriter {
   // halves of a surrogate pair must come in one call.
   void write(std::wstring_view text);
 
-  // Appends units as they are, line ends included; for Utf16 alone. Gives the bytes they became,
-  // which stay where they are for the life of the writer and of those it is moved to.
-  std::string_view write_units(std::u16string_view units);
-
   // The file as it stands so far.
-  [[nodiscard]] std::string bytes() const;
+  [[nodiscard]] const std::string& bytes() const { return bytes_; }
 
   // As save_file does it. None if all went well.
   [[nodiscard]] std::optional<TextFileError> save(const std::filesystem::path& target) const;
 
  private:
-  [[nodiscard]] std::string& block_with_room(std::size_t bytes);
-
   TextEncoding encoding_;
-  std::deque<std::string> blocks_;  // never made larger, so that a large file is not copied about
+  std::string bytes_;
 };
 
 }  // namespace korvel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -38,5 +39,9 @@ class Utf16Text {
   std::vector<char16_t> units_;
   std::size_t size_ = 0;
 };
+
+// The units as a file has them. The bytes are the units themselves where the machine has them in
+// that order, and else stand in the room given.
+[[nodiscard]] std::string_view little_endian_bytes(std::u16string_view units, std::string& room);
 
 }  // namespace korvel

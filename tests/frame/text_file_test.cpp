@@ -1,12 +1,14 @@
 // Text files: encodings, line ends, refusals, and what saving leaves behind.
 #include "frame/text_file.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -145,23 +147,45 @@ TEST_F(TextFile, HasTheBytesOfItsEncoding) {
 #endif
 }
 
-// Of several megabytes, in pieces of which one is larger than any block of memory.
-TEST_F(TextFile, IsWholeHoweverLargeItIs) {
-  TextFileWriter filled(TextEncoding::Utf16);
-  std::string expected = "\xFF\xFE";
-  std::vector<std::pair<std::string_view, std::string>> pieces;
-  for (char16_t letter = u'a'; letter <= u'z'; ++letter) {
-    const std::u16string units(letter == u'm' ? 2'000'000 : 60'000, letter);
-    const std::string bytes(reinterpret_cast<const char*>(units.data()), 2 * units.size());
-    pieces.emplace_back(filled.write_units(units), bytes);
-    expected += bytes;
+// Of several megabytes, in pieces.
+TEST_F(TextFile, IsReplacedWhenTheLastPieceIsThere) {
+  const fs::path target = folder_ / "a.txt";
+  put(target, "old");
+  std::string expected;
+  for (const bool finishes : {false, true}) {
+    FileInProgress written(target);
+    expected.clear();
+    for (char letter = 'a'; letter <= 'z'; ++letter) {
+      const std::string piece(letter == 'm' ? 4'000'000 : 120'000, letter);
+      written.write(piece);
+      expected += piece;
+    }
+    EXPECT_EQ(content(target), "old");
+    if (finishes) {
+      EXPECT_FALSE(written.finish());
+    }
   }
-  const TextFileWriter writer = std::move(filled);
-  for (const auto& [place, bytes] : pieces)
-    EXPECT_TRUE(place == bytes) << bytes[0];
-  EXPECT_TRUE(writer.bytes() == expected);
-  ASSERT_FALSE(writer.save(folder_ / "a.txt"));
-  EXPECT_TRUE(content(folder_ / "a.txt") == expected);
+  EXPECT_TRUE(content(target) == expected);
+  EXPECT_EQ(files(), 1);
+}
+
+TEST_F(TextFile, InPiecesSaysWhyItCannotBeWritten) {
+  for (const fs::path& target : {folder_, folder_ / "no such folder" / "a.txt"}) {
+    FileInProgress written(target);
+    written.write("text");
+    const auto error = written.finish();
+    ASSERT_TRUE(error) << target;
+    EXPECT_NE(error->message.find(path_text(target)), std::wstring::npos) << target;
+  }
+  EXPECT_EQ(files(), 0);
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is always full";
+  FileInProgress full("/dev/full");
+  for (int piece = 0; piece < 3; ++piece)
+    full.write(std::string(100'000, 'x'));
+  const auto error = full.finish();
+  ASSERT_TRUE(error);
+  EXPECT_NE(error->message.find(from_utf8(std::generic_category().message(ENOSPC))),
+            std::wstring::npos);
 }
 
 TEST_F(TextFile, ReportsWhatCannotBeReadWithItsName) {

@@ -52,7 +52,10 @@ class Explicated : public testing::Test {
     ASSERT_TRUE(store_.attach(ids_[entity], record));
   }
   std::string explicated(const EntityList& entities, const ExplicationRequest& request) {
-    return explicate(store_, host_, entities, request).bytes();
+    std::string bytes;
+    explicate(store_, host_, entities, request,
+              [&bytes](std::string_view piece) { bytes += piece; });
+    return bytes;
   }
 
   bench::SilentHost host_{make_drawing({{L"0"}}, std::vector<EntitySpec>(6, {L"0"}))};

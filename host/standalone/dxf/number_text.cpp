@@ -81,11 +81,12 @@ bool read_handle(std::string_view text, std::uint64_t& value) {
 
 void append_handle(std::string& out, std::uint64_t handle) {
   std::array<char, most_handle_digits> buffer;
-  const char* const end =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), handle, 16).ptr;
-  for (const char* digit = buffer.data(); digit != end; ++digit) {
-    out += *digit >= 'a' ? static_cast<char>(*digit - 'a' + 'A') : *digit;
-  }
+  std::size_t begin = buffer.size();
+  do {
+    buffer[--begin] = "0123456789ABCDEF"[handle % 16];
+    handle /= 16;
+  } while (handle != 0);
+  out.append(buffer.data() + begin, buffer.size() - begin);
 }
 
 }  // namespace korvel::dxf
