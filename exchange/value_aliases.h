@@ -11,6 +11,7 @@
 #include "exchange/alias_files.h"
 #include "exchange/table_finder.h"
 #include "frame/od_store.h"
+#include "frame/text_hash.h"
 
 namespace korvel {
 
@@ -25,7 +26,12 @@ class ValueAliases {
   bool translate(RecordIterator& record);
 
  private:
-  using Texts = std::unordered_map<std::wstring_view, std::wstring_view>;
+  struct Hash {
+    std::size_t operator()(std::wstring_view text) const {
+      return static_cast<std::size_t>(hash_of_text(text));
+    }
+  };
+  using Texts = std::unordered_map<std::wstring_view, std::wstring_view, Hash>;
   struct Column {
     int index;
     std::vector<const Texts*> texts;  // in the order in which they are asked

@@ -1,8 +1,9 @@
 #include "host/standalone/text_pool.h"
 
 #include <algorithm>
-#include <functional>
 #include <utility>
+
+#include "frame/text_hash.h"
 
 namespace korvel {
 namespace {
@@ -14,7 +15,7 @@ constexpr std::size_t block_size = std::size_t{64} * 1024;  // characters
 TextPool::Id TextPool::look_up(std::wstring_view text) {
   if (5 * (texts_.size() + 1) > 4 * slots_.size()) grow();
   const std::size_t mask = slots_.size() - 1;
-  const auto hash = static_cast<std::uint32_t>(std::hash<std::wstring_view>{}(text));
+  const auto hash = static_cast<std::uint32_t>(hash_of_text(text));
   std::size_t slot = hash & mask;
   for (; slots_[slot].number != 0; slot = (slot + 1) & mask) {
     const std::uint32_t known = slots_[slot].number - 1;
