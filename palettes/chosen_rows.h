@@ -14,24 +14,13 @@ namespace korvel {
 
 // Records of other tables, and records that are not among the rows, are passed over. Attaching and
 // removing records would shift the numbers of the rows and is refused.
-class ChosenRowsStore final : public ForwardingStore {
+class ChosenRowsStore final : public IteratingStore {
  public:
   ChosenRowsStore(ODStore& target, std::wstring_view table, std::vector<RecordKey> rows);
 
   [[nodiscard]] std::unique_ptr<RecordIterator> records() override;
   [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override;
   bool attach(EntityId /*entity*/, const ODRecord& /*record*/) override { return false; }
-  [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
-                                               std::span<const std::wstring> tables) override {
-    return ODStore::count_records(entities, tables);
-  }
-  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
-    return ODStore::tables_on(entities);
-  }
-  void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                    ValueTest& test, std::vector<char>& marks) override {
-    ODStore::mark_passing(entities, table, column, test, marks);
-  }
 
  private:
   std::wstring table_;

@@ -44,28 +44,16 @@ class FailingRecordIterator final : public ForwardingRecordIterator {
   EntityId entity_;
 };
 
-class FailingStore final : public ForwardingStore {
+class FailingStore final : public IteratingStore {
  public:
   FailingStore(ODStore& target, const Failures& failures)
-      : ForwardingStore(target), failures_(failures) {}
+      : IteratingStore(target), failures_(failures) {}
 
   [[nodiscard]] std::unique_ptr<RecordIterator> records() override {
     return std::make_unique<FailingRecordIterator>(ForwardingStore::records(), failures_);
   }
   [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override {
     return ODStore::records_of(table);
-  }
-  // As a host without shorter ways has it: record by record.
-  [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
-                                               std::span<const std::wstring> tables) override {
-    return ODStore::count_records(entities, tables);
-  }
-  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
-    return ODStore::tables_on(entities);
-  }
-  void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                    ValueTest& test, std::vector<char>& marks) override {
-    ODStore::mark_passing(entities, table, column, test, marks);
   }
   bool attach(EntityId entity, const ODRecord& record) override {
     return !failures_.attach.contains(entity) && !failures_.open.contains(entity) &&
