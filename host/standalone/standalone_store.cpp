@@ -1,34 +1,12 @@
 #include "host/standalone/standalone_store.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
-#include <set>
 
-#include "geometry/vector.h"
+#include "frame/od_rules.h"
 
 namespace korvel {
 namespace {
-
-// Numbers that are not finite have no form in a drawing file.
-bool fits(const ODValueView& value, ODType type) {
-  if (const auto* const real = std::get_if<double>(&value); real != nullptr) {
-    if (!std::isfinite(*real)) return false;
-  }
-  if (const auto* const point = std::get_if<Point3>(&value); point != nullptr) {
-    if (!is_finite(*point)) return false;
-  }
-  return type != ODType::Unknown && type_of(value) == type;
-}
-
-bool is_sound(const ODTableDef& definition) {
-  std::set<std::wstring_view> names;
-  return !definition.name.empty() &&
-         std::ranges::all_of(definition.columns, [&names](const ODColumnDef& column) {
-           return !column.name.empty() && names.insert(column.name).second &&
-                  fits(view_of(column.default_value), column.type);
-         });
-}
 
 // Whether the record has a fitting value for every column of the table.
 bool fits(const ODRecord& record, const OdTable& table) {
@@ -37,13 +15,6 @@ bool fits(const ODRecord& record, const OdTable& table) {
                             [](const ODValue& value, const OdColumn& column) {
                               return fits(view_of(value), column.definition.type);
                             });
-}
-
-std::optional<std::uint32_t> column_named(const OdTable& table, std::wstring_view name) {
-  for (std::uint32_t i = 0; i < table.columns.size(); ++i) {
-    if (table.columns[i].definition.name == name) return i;
-  }
-  return std::nullopt;
 }
 
 // Whether the value of a row passes. Of texts, which the store keeps once, each is asked about
@@ -218,38 +189,24 @@ TableChange StandaloneStore::rename_table(std::wstring_view from, std::wstring_v
 
 ColumnChange StandaloneStore::rename_column(std::wstring_view table, std::wstring_view from,
                                             std::wstring_view to) {
-  const std::optional<std::uint32_t> index = drawing_.od().find(table);
-  if (!index) return ColumnChange::TableMissing;
-  const OdTable& owner = drawing_.od().tables()[*index];
-  const std::optional<std::uint32_t> column = column_named(owner, from);
-  if (!column) return ColumnChange::ColumnMissing;
-  if (from == to) return ColumnChange::Done;
-  if (to.empty()) return ColumnChange::Failed;
-  if (column_named(owner, to)) return ColumnChange::DuplicateName;
-  drawing_.od().rename_column(*index, *column, std::wstring(to));
+  const std::optional<ODTableDef> definition = this->table(table);
+  if (const auto answer = answer_to_rename(definition, from, to)) return *answer;
+  const auto column = static_cast<std::uint32_t>(*definition->column(from));
+  drawing_.od().rename_column(*drawing_.od().find(table), column, std::wstring(to));
   return ColumnChange::Done;
 }
 
 ColumnChange StandaloneStore::add_column(std::wstring_view table, const ODColumnDef& column,
                                          int index) {
-  const std::optional<std::uint32_t> found = drawing_.od().find(table);
-  if (!found) return ColumnChange::TableMissing;
-  const OdTable& owner = drawing_.od().tables()[*found];
-  if (column_named(owner, column.name)) return ColumnChange::DuplicateName;
-  const bool in_range = index >= 0 && index <= static_cast<int>(owner.columns.size());
-  if (column.name.empty() || !in_range || !fits(view_of(column.default_value), column.type)) {
-    return ColumnChange::Failed;
-  }
-  drawing_.od().insert_column(*found, static_cast<std::uint32_t>(index), column);
+  if (const auto answer = answer_to_add(this->table(table), column, index)) return *answer;
+  drawing_.od().insert_column(*drawing_.od().find(table), static_cast<std::uint32_t>(index),
+                              column);
   return ColumnChange::Done;
 }
 
 ColumnChange StandaloneStore::remove_column(std::wstring_view table, int index) {
-  const std::optional<std::uint32_t> found = drawing_.od().find(table);
-  if (!found) return ColumnChange::TableMissing;
-  const auto columns = static_cast<int>(drawing_.od().tables()[*found].columns.size());
-  if (index < 0 || index >= columns) return ColumnChange::ColumnMissing;
-  drawing_.od().remove_column(*found, static_cast<std::uint32_t>(index));
+  if (const auto answer = answer_to_remove(this->table(table), index)) return *answer;
+  drawing_.od().remove_column(*drawing_.od().find(table), static_cast<std::uint32_t>(index));
   return ColumnChange::Done;
 }
 
