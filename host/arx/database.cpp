@@ -1,0 +1,126 @@
+#include "host/arx/database.h"
+
+#include <array>
+#include <memory>
+
+#include "host/arx/guards.h"
+#include "host/arx/object_ids.h"
+
+namespace korvel::arx {
+namespace {
+
+Point3 point_of(const AcGePoint3d& point) { return {point.x, point.y, point.z}; }
+
+// Null only when there is no drawing.
+AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
+
+Opened<AcDbBlockTableRecord> open_model_space(AcDb::OpenMode mode) {
+  AcDbDatabase* const drawing = database();
+  AcDbBlockTable* table = nullptr;
+  if (drawing == nullptr || drawing->getBlockTable(table, AcDb::kForRead) != Acad::eOk) return {};
+  const Opened<AcDbBlockTable> blocks(table);
+  AcDbBlockTableRecord* record = nullptr;
+  const bool found = blocks->getAt(ACDB_MODEL_SPACE, record, mode) == Acad::eOk;
+  return Opened<AcDbBlockTableRecord>(found ? record : nullptr);
+}
+
+// Unconfirmed: the form of a layer record's name.
+std::wstring name_of(const AcDbLayerTableRecord& layer) {
+  const ACHAR* name = nullptr;
+  return layer.getName(name) == Acad::eOk ? std::wstring(name) : std::wstring();
+}
+
+Layer layer_from(const AcDbLayerTableRecord& layer) {
+  return {entity_id(layer.objectId()),
+          name_of(layer),
+          layer.isFrozen(),
+          layer.isHidden(),
+          layer.isLocked(),
+          layer.isOff()};
+}
+
+}  // namespace
+
+EntityList model_space() {
+  EntityList entities;
+  const Opened<AcDbBlockTableRecord> space = open_model_space(AcDb::kForRead);
+  AcDbBlockTableRecordIterator* walk = nullptr;
+  if (!space || space->newIterator(walk) != Acad::eOk) return entities;
+  const std::unique_ptr<AcDbBlockTableRecordIterator> held(walk);
+  AcDbObjectId id;
+  for (; !walk->done(); walk->step()) {
+    if (walk->getEntityId(id) == Acad::eOk) entities.push_back(entity_id(id));
+  }
+  return entities;
+}
+
+bool opens(EntityId entity, OpenMode mode) {
+  const bool writes = mode == OpenMode::Write;
+  return open_entity(object_id(entity), writes ? AcDb::kForWrite : AcDb::kForRead) != nullptr;
+}
+
+EntityId layer_of(EntityId entity) {
+  const Opened<AcDbEntity> opened = open_entity(object_id(entity), AcDb::kForRead);
+  return opened ? entity_id(opened->layerId()) : EntityId{};
+}
+
+std::wstring handle_of(EntityId entity) {
+  const Opened<AcDbEntity> opened = open_entity(object_id(entity), AcDb::kForRead);
+  if (!opened) return {};
+  AcDbHandle handle;
+  opened->getAcDbHandle(handle);
+  std::array<ACHAR, 17> digits{};  // of 64 bits, and the end
+  return handle.getIntoAsciiBuffer(digits.data(), digits.size()) ? digits.data() : std::wstring();
+}
+
+EntityId entity_with_handle(std::wstring_view handle) {
+  AcDbDatabase* const drawing = database();
+  const bool is_handle = !handle.empty() && handle.size() <= 16 &&
+                         handle.find_first_not_of(L"0123456789abcdefABCDEF") == handle.npos;
+  if (drawing == nullptr || !is_handle) return {};
+  AcDbObjectId id;
+  const AcDbHandle wanted(std::wstring(handle).c_str());
+  if (drawing->getAcDbObjectId(id, false, wanted) != Acad::eOk) return {};
+  return open_entity(id, AcDb::kForRead) ? entity_id(id) : EntityId{};
+}
+
+std::optional<Extents> extents_of(EntityId entity) {
+  const Opened<AcDbEntity> opened = open_entity(object_id(entity), AcDb::kForRead);
+  AcDbExtents box;
+  if (!opened || opened->getGeomExtents(box) != Acad::eOk) return std::nullopt;
+  return Extents{point_of(box.minPoint()), point_of(box.maxPoint())};
+}
+
+std::vector<Layer> layers() {
+  std::vector<Layer> found;
+  AcDbDatabase* const drawing = database();
+  AcDbLayerTable* table = nullptr;
+  if (drawing == nullptr || drawing->getLayerTable(table, AcDb::kForRead) != Acad::eOk)
+    return found;
+  const Opened<AcDbLayerTable> layers(table);
+  AcDbLayerTableIterator* walk = nullptr;
+  if (layers->newIterator(walk) != Acad::eOk) return found;
+  const std::unique_ptr<AcDbLayerTableIterator> held(walk);
+  for (; !walk->done(); walk->step()) {
+    AcDbLayerTableRecord* record = nullptr;
+    if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
+    const Opened<AcDbLayerTableRecord> layer(record);
+    found.push_back(layer_from(*layer));
+  }
+  return found;
+}
+
+CarrierPoint::CarrierPoint() {
+  const Opened<AcDbBlockTableRecord> space = open_model_space(AcDb::kForWrite);
+  if (!space) return;
+  auto point = std::make_unique<AcDbPoint>(AcGePoint3d());
+  if (space->appendAcDbEntity(id_, point.get()) != Acad::eOk) return;
+  // The drawing owns it from now on.
+  const Opened<AcDbEntity> added(point.release());
+}
+
+CarrierPoint::~CarrierPoint() {
+  if (const Opened<AcDbEntity> point = open_entity(id_, AcDb::kForWrite)) point->erase();
+}
+
+}  // namespace korvel::arx

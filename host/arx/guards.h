@@ -1,0 +1,23 @@
+// Whatever the host hands out and wants back, given back on every way out.
+#pragma once
+
+#include <memory>
+
+#include "host/arx/sdk.h"
+
+namespace korvel::arx {
+
+struct CloseObject {
+  void operator()(AcDbObject* object) const { object->close(); }
+};
+
+// An open object of the database; null when it could not be opened.
+template <class Object>
+using Opened = std::unique_ptr<Object, CloseObject>;
+
+[[nodiscard]] inline Opened<AcDbEntity> open_entity(AcDbObjectId id, AcDb::OpenMode mode) {
+  AcDbEntity* entity = nullptr;
+  return Opened<AcDbEntity>(acdbOpenObject(entity, id, mode) == Acad::eOk ? entity : nullptr);
+}
+
+}  // namespace korvel::arx

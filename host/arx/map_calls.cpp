@@ -1,0 +1,161 @@
+#include "host/arx/map_calls.h"
+
+namespace korvel::arx::map {
+namespace {
+
+bool is_ok(AcMap::EErrCode code) { return code == AcMap::kOk; }
+
+AcMapValue host_value(const ODValue& value) {
+  AcMapValue held;
+  assign(held, korvel::view_of(value));
+  return held;
+}
+
+ODColumnDef column_of(const AcMapODColumnDefinition& column) {
+  return {column.Name(), static_cast<ODType>(column.Type()),
+          copy_of(view_of(column.DefaultValue()))};
+}
+
+AcMapODColumnDefinition host_column(const ODColumnDef& column) {
+  AcMapODColumnDefinition made;
+  made.SetName(column.name.c_str());
+  made.SetType(static_cast<AcMap::EDataType>(column.type));
+  made.SetDefaultValue(host_value(column.default_value));
+  return made;
+}
+
+}  // namespace
+
+AcMapODContainer* container() {
+  AcMapSession* const session = AcMapGetSession();
+  AcMapProject* project = nullptr;
+  if (session == nullptr || !is_ok(session->GetProject(project)) || project == nullptr) {
+    return nullptr;
+  }
+  AcMapODContainer* container = nullptr;
+  return is_ok(project->GetODContainer(container)) ? container : nullptr;
+}
+
+std::vector<std::wstring> table_names(const AcMapODContainer& container) {
+  AcMapStringArray held;
+  std::vector<std::wstring> names;
+  if (!is_ok(container.GetODTableNames(held))) return names;
+  for (int i = 0; i < held.Length(); ++i)
+    names.emplace_back(held[i]);
+  return names;
+}
+
+std::unique_ptr<AcMapODTable> open_table(AcMapODContainer& container, const std::wstring& name) {
+  AcMapODTable* table = nullptr;
+  if (!is_ok(container.GetODTable(table, name.c_str()))) return nullptr;
+  return std::unique_ptr<AcMapODTable>(table);
+}
+
+std::unique_ptr<AcMapODRecordIterator> open_records(AcMapODContainer& container) {
+  AcMapODRecordIterator* records = nullptr;
+  if (!is_ok(container.GetObjectODRecordIterator(records))) return nullptr;
+  return std::unique_ptr<AcMapODRecordIterator>(records);
+}
+
+std::unique_ptr<AcMapODRecordIterator> open_records(AcMapODTable& table) {
+  AcMapODRecordIterator* records = nullptr;
+  if (!is_ok(table.GetObjectODRecordIterator(records))) return nullptr;
+  return std::unique_ptr<AcMapODRecordIterator>(records);
+}
+
+ODTableDef definition_of(const AcMapODTable& table, const std::wstring& name) {
+  ODTableDef definition{name, {}};
+  const AcMapODTableDefinition& held = table.TableDefinition();
+  AcMapODColumnDefinition column;
+  for (int i = 0; i < held.ColumnCnt(); ++i) {
+    if (is_ok(held.GetColumn(column, i))) definition.columns.push_back(column_of(column));
+  }
+  return definition;
+}
+
+AcMapODTableDefinition host_definition(const ODTableDef& definition) {
+  AcMapODTableDefinition made;
+  for (const ODColumnDef& column : definition.columns)
+    made.AddColumn(host_column(column), made.ColumnCnt());
+  return made;
+}
+
+bool create_table(AcMapODContainer& container, const ODTableDef& definition) {
+  constexpr bool as_extended_data = false;
+  return is_ok(container.CreateODTable(definition.name.c_str(), host_definition(definition), L"",
+                                       as_extended_data));
+}
+
+bool rename_table(AcMapODContainer& container, const std::wstring& from, const std::wstring& to) {
+  return is_ok(container.RenameODTable(from.c_str(), to.c_str()));
+}
+
+bool remove_table(AcMapODContainer& container, const std::wstring& name) {
+  return is_ok(container.RemoveODTable(name.c_str()));
+}
+
+bool redefine_table(AcMapODContainer& container, const ODTableDef& definition) {
+  return is_ok(container.UpdateODTable(definition.name.c_str(), host_definition(definition)));
+}
+
+bool begin_record(const AcMapODTable& table, AcMapODTableRecord& record) {
+  return is_ok(table.InitRecord(record));
+}
+
+bool add_record(AcMapODTable& table, const AcMapODTableRecord& record, const AcDbObjectId& object) {
+  return is_ok(table.AddRecord(record, object));
+}
+
+bool start_at(AcMapODRecordIterator& records, const AcDbObjectId& object, AcMap::EOpenMode mode) {
+  constexpr bool skip_nested = true;  // records of attributes and vertices are not the object's
+  return is_ok(records.Init(object, mode, skip_nested));
+}
+
+bool is_done(const AcMapODRecordIterator& records) { return records.IsDone(); }
+
+void step(AcMapODRecordIterator& records) { records.Next(); }
+
+int quantity(const AcMapODRecordIterator& records) { return records.RecordQuantity(); }
+
+bool get_record(const AcMapODRecordIterator& records, AcMapODTableRecord& record) {
+  return is_ok(records.GetRecord(record));
+}
+
+bool update_record(AcMapODRecordIterator& records, const AcMapODTableRecord& record) {
+  return is_ok(records.UpdateRecord(record));
+}
+
+bool remove_record(AcMapODRecordIterator& records) { return is_ok(records.RemoveRecord()); }
+
+ODValueView view_of(const AcMapValue& value) {
+  switch (static_cast<ODType>(value.Type())) {
+    case ODType::Integer:
+      return std::int32_t{static_cast<int>(value)};
+    case ODType::Real:
+      return static_cast<double>(value);
+    case ODType::Character: {
+      const auto* const text = static_cast<const ACHAR*>(value);
+      return text == nullptr ? std::wstring_view() : std::wstring_view(text);
+    }
+    case ODType::Point: {
+      const auto point = static_cast<AcGePoint3d>(value);
+      return Point3{point.x, point.y, point.z};
+    }
+    default:
+      return std::monostate{};
+  }
+}
+
+void assign(AcMapValue& to, const ODValueView& value) {
+  struct Assign {
+    AcMapValue& to;
+    void operator()(std::monostate) const {}
+    void operator()(std::int32_t number) const { to = static_cast<int>(number); }
+    void operator()(double number) const { to = number; }
+    void operator()(std::wstring_view text) const { to = std::wstring(text).c_str(); }
+    void operator()(const Point3& point) const { to = AcGePoint3d(point.x, point.y, point.z); }
+  };
+  std::visit(Assign{to}, value);
+}
+
+}  // namespace korvel::arx::map

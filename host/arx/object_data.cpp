@@ -1,0 +1,253 @@
+#include "host/arx/object_data.h"
+
+#include <algorithm>
+
+#include "frame/file_bytes.h"
+#include "frame/od_rules.h"
+#include "host/arx/drawing_set.h"
+#include "host/arx/map_calls.h"
+#include "host/arx/object_ids.h"
+
+namespace korvel::arx {
+
+class ArxStore::Iterator final : public RecordIterator {
+ public:
+  // Without the host's iterator there is nothing to walk. The table must outlive this.
+  Iterator(ArxStore& store, std::unique_ptr<AcMapODRecordIterator> records)
+      : store_(store), records_(std::move(records)) {
+    store_.iterators_.push_back(this);
+  }
+  Iterator(const Iterator&) = delete;
+  Iterator& operator=(const Iterator&) = delete;
+  ~Iterator() override { std::erase(store_.iterators_, this); }
+
+  bool open(EntityId entity, OpenMode mode) override {
+    entity_ = entity;
+    mode_ = mode == OpenMode::Write ? AcMap::kOpenForWrite : AcMap::kOpenForRead;
+    go_to_first();
+    return opened_;
+  }
+  [[nodiscard]] int count() const override { return opened_ ? map::quantity(*records_) : 0; }
+  void start() override {
+    if (opened_) go_to_first();
+  }
+  [[nodiscard]] bool done() const override { return !walking_ || map::is_done(*records_); }
+  void next() override {
+    read_ = false;
+    map::step(*records_);
+  }
+
+  [[nodiscard]] std::wstring_view table_name() const override { return record().ODTableName(); }
+  [[nodiscard]] int value_count() const override { return record().Count(); }
+  [[nodiscard]] ODValueView value(int index) const override {
+    const bool there = index >= 0 && index < record().Count();
+    return there ? map::view_of(record().Value(index)) : ODValueView();
+  }
+  bool update(const ODRecord& changed) override {
+    if (!writes() || !fits_current(changed)) return false;
+    for (int i = 0; i < record_.Count(); ++i)
+      map::assign(record_.Value(i), view_of(changed.values[static_cast<std::size_t>(i)]));
+    return write();
+  }
+  bool set_value(int index, const ODValueView& changed) override {
+    if (!writes() || index < 0 || index >= value_count()) return false;
+    if (!fits(changed, type_of(value(index)))) return false;
+    map::assign(record_.Value(index), changed);
+    return write();
+  }
+  bool remove() override {
+    if (!writes() || !map::remove_record(*records_)) return false;
+    // Where the host's iterator stands now is not known.
+    end();
+    store_.end_iterators_on(entity_, this);
+    return true;
+  }
+
+  [[nodiscard]] bool stands_on(EntityId entity) const { return entity_ == entity && !done(); }
+  [[nodiscard]] EntityId entity() const { return entity_; }
+  void end() {
+    walking_ = false;
+    read_ = false;
+  }
+
+ private:
+  void go_to_first() {
+    read_ = false;
+    opened_ = records_ && map::start_at(*records_, object_id(entity_), mode_);
+    walking_ = opened_;
+  }
+  [[nodiscard]] bool writes() const { return mode_ == AcMap::kOpenForWrite && !done(); }
+  // The host's copy of the current record, fetched once.
+  [[nodiscard]] const AcMapODTableRecord& record() const {
+    if (!read_) read_ = map::get_record(*records_, record_);
+    return record_;
+  }
+  [[nodiscard]] bool fits_current(const ODRecord& changed) const {
+    if (changed.table != table_name()) return false;
+    if (changed.values.size() != static_cast<std::size_t>(value_count())) return false;
+    for (int i = 0; i < value_count(); ++i) {
+      if (!fits(view_of(changed.values[static_cast<std::size_t>(i)]), type_of(value(i)))) {
+        return false;
+      }
+    }
+    return true;
+  }
+  // What the host refused is read again.
+  bool write() {
+    read_ = map::update_record(*records_, record_);
+    return read_;
+  }
+
+  ArxStore& store_;
+  std::unique_ptr<AcMapODRecordIterator> records_;
+  EntityId entity_;
+  AcMap::EOpenMode mode_ = AcMap::kOpenForRead;
+  bool opened_ = false;
+  bool walking_ = false;  // between start and an end by removal
+  mutable bool read_ = false;
+  mutable AcMapODTableRecord record_;
+};
+
+ArxStore::ArxStore() : container_(map::container()) {}
+
+ArxStore::~ArxStore() = default;
+
+std::vector<std::wstring> ArxStore::table_names() const {
+  return container_ == nullptr ? std::vector<std::wstring>() : map::table_names(*container_);
+}
+
+const ArxStore::OpenTable* ArxStore::open_table(std::wstring_view name) const {
+  if (container_ == nullptr) return nullptr;
+  auto known = tables_.find(name);
+  if (known == tables_.end()) {
+    std::wstring wanted(name);
+    std::unique_ptr<AcMapODTable> table = map::open_table(*container_, wanted);
+    if (!table) return nullptr;
+    ODTableDef definition = map::definition_of(*table, wanted);
+    OpenTable opened{std::move(table), std::move(definition)};
+    known = tables_.emplace(std::move(wanted), std::move(opened)).first;
+  }
+  return &known->second;
+}
+
+std::optional<ODTableDef> ArxStore::table(std::wstring_view name) const {
+  const OpenTable* const opened = open_table(name);
+  return opened == nullptr ? std::nullopt : std::optional(opened->definition);
+}
+
+TableChange ArxStore::define_table(const ODTableDef& definition) {
+  if (open_table(definition.name) != nullptr) return TableChange::TableExists;
+  const bool done =
+      container_ != nullptr && is_sound(definition) && map::create_table(*container_, definition);
+  return done ? TableChange::Done : TableChange::Failed;
+}
+
+TableChange ArxStore::delete_table(std::wstring_view name) {
+  if (open_table(name) == nullptr) return TableChange::TableMissing;
+  forget_tables();
+  if (!map::remove_table(*container_, std::wstring(name))) return TableChange::Failed;
+  end_all_iterators();
+  return TableChange::Done;
+}
+
+TableChange ArxStore::rename_table(std::wstring_view from, std::wstring_view to) {
+  if (open_table(from) == nullptr) return TableChange::TableMissing;
+  if (from == to) return TableChange::Done;
+  if (to.empty()) return TableChange::Failed;
+  if (open_table(to) != nullptr) return TableChange::TableExists;
+  forget_tables();
+  const bool done = map::rename_table(*container_, std::wstring(from), std::wstring(to));
+  return done ? TableChange::Done : TableChange::Failed;
+}
+
+ColumnChange ArxStore::rename_column(std::wstring_view table, std::wstring_view from,
+                                     std::wstring_view to) {
+  std::optional<ODTableDef> definition = this->table(table);
+  if (const auto answer = answer_to_rename(definition, from, to)) return *answer;
+  definition->columns[*definition->column(from)].name = to;
+  return redefine(*definition);
+}
+
+ColumnChange ArxStore::add_column(std::wstring_view table, const ODColumnDef& column, int index) {
+  std::optional<ODTableDef> definition = this->table(table);
+  if (const auto answer = answer_to_add(definition, column, index)) return *answer;
+  definition->columns.insert(definition->columns.begin() + index, column);
+  return redefine(*definition);
+}
+
+ColumnChange ArxStore::remove_column(std::wstring_view table, int index) {
+  std::optional<ODTableDef> definition = this->table(table);
+  if (const auto answer = answer_to_remove(definition, index)) return *answer;
+  definition->columns.erase(definition->columns.begin() + index);
+  return redefine(*definition);
+}
+
+ColumnChange ArxStore::redefine(const ODTableDef& definition) {
+  forget_tables();
+  return map::redefine_table(*container_, definition) ? ColumnChange::Done : ColumnChange::Failed;
+}
+
+// Whatever was known of the tables may be wrong after a change.
+void ArxStore::forget_tables() const { tables_.clear(); }
+
+std::unique_ptr<RecordIterator> ArxStore::records() {
+  return std::make_unique<Iterator>(
+      *this, container_ == nullptr ? nullptr : map::open_records(*container_));
+}
+
+std::unique_ptr<RecordIterator> ArxStore::records_of(std::wstring_view table) {
+  const OpenTable* const opened = open_table(table);
+  if (opened == nullptr) return ODStore::records_of(table);
+  return std::make_unique<Iterator>(*this, map::open_records(*opened->table));
+}
+
+bool ArxStore::attach(EntityId entity, const ODRecord& record) {
+  const OpenTable* const opened = open_table(record.table);
+  if (opened == nullptr || !fits(record, opened->definition)) return false;
+  if (std::ranges::any_of(
+          iterators_, [entity](const Iterator* iterator) { return iterator->stands_on(entity); })) {
+    return false;
+  }
+  AcMapODTableRecord made;
+  if (!map::begin_record(*opened->table, made)) return false;
+  for (int i = 0; i < made.Count(); ++i)
+    map::assign(made.Value(i), view_of(record.values[static_cast<std::size_t>(i)]));
+  return map::add_record(*opened->table, made, object_id(entity));
+}
+
+void ArxStore::end_iterators_on(EntityId entity, const Iterator* but) {
+  for (Iterator* const iterator : iterators_) {
+    if (iterator != but && iterator->entity() == entity) iterator->end();
+  }
+}
+
+void ArxStore::end_all_iterators() {
+  for (Iterator* const iterator : iterators_)
+    iterator->end();
+}
+
+bool ArxStore::add_path_alias(std::wstring_view name, std::wstring_view path) {
+  if (!map::add_alias(std::wstring(name), std::wstring(path))) return false;
+  aliases_.push_back({std::wstring(name), std::wstring(path)});
+  return true;
+}
+
+bool ArxStore::remove_path_alias(std::wstring_view name) {
+  std::erase_if(aliases_, [name](const Alias& alias) { return alias.name == name; });
+  return map::remove_alias(std::wstring(name));
+}
+
+// The drawing set knows a path by an alias for its beginning.
+std::wstring ArxStore::aliased(const std::filesystem::path& path) const {
+  const std::wstring whole = path_text(path);
+  for (const Alias& alias : aliases_) {
+    if (whole.starts_with(alias.path)) return alias.name + L':' + whole.substr(alias.path.size());
+  }
+  return whole;
+}
+
+std::unique_ptr<AttachedDrawing> ArxStore::attach_drawing(const std::filesystem::path& path) {
+  return open_attached_drawing(*this, aliased(path));
+}
+
+}  // namespace korvel::arx

@@ -1,0 +1,68 @@
+// The object data of the host's current drawing.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame/od_store.h"
+#include "host/arx/sdk.h"
+
+namespace korvel::arx {
+
+// Made for the run of one command. Without Map every operation answers that it failed or that there
+// is nothing.
+//
+// The host itself does not say what becomes of an iterator when records are added or removed beside
+// it; this store keeps count of its own iterators and refuses, or ends them, as its interface
+// promises.
+class ArxStore final : public ODStore {
+ public:
+  ArxStore();
+  ~ArxStore() override;
+
+  [[nodiscard]] std::vector<std::wstring> table_names() const override;
+  [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override;
+  TableChange define_table(const ODTableDef& definition) override;
+  TableChange delete_table(std::wstring_view name) override;
+  TableChange rename_table(std::wstring_view from, std::wstring_view to) override;
+  ColumnChange rename_column(std::wstring_view table, std::wstring_view from,
+                             std::wstring_view to) override;
+  ColumnChange add_column(std::wstring_view table, const ODColumnDef& column, int index) override;
+  ColumnChange remove_column(std::wstring_view table, int index) override;
+  [[nodiscard]] std::unique_ptr<RecordIterator> records() override;
+  [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override;
+  bool attach(EntityId entity, const ODRecord& record) override;
+  bool add_path_alias(std::wstring_view name, std::wstring_view path) override;
+  bool remove_path_alias(std::wstring_view name) override;
+  [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(
+      const std::filesystem::path& path) override;
+
+ private:
+  class Iterator;
+
+  // An open table and its definition, kept for the store's life: a command attaches to the same
+  // few.
+  struct OpenTable {
+    std::unique_ptr<AcMapODTable> table;
+    ODTableDef definition;
+  };
+  struct Alias {
+    std::wstring name;
+    std::wstring path;
+  };
+  [[nodiscard]] std::wstring aliased(const std::filesystem::path& path) const;
+  [[nodiscard]] const OpenTable* open_table(std::wstring_view name) const;
+  ColumnChange redefine(const ODTableDef& definition);
+  void forget_tables() const;
+  void end_iterators_on(EntityId entity, const Iterator* but);
+  void end_all_iterators();
+
+  AcMapODContainer* container_;  // the host's
+  mutable std::map<std::wstring, OpenTable, std::less<>> tables_;
+  std::vector<Iterator*> iterators_;
+  std::vector<Alias> aliases_;  // those that were added here
+};
+
+}  // namespace korvel::arx

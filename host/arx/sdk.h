@@ -1,0 +1,14 @@
+// The classes of the CAD host that the binding uses: those of the host's development kit, or in our
+// own checks a double of them.
+#pragma once
+
+#ifdef KORVEL_ARX_DOUBLE
+#include "tests/arx_double/db_classes.h"
+#include "tests/arx_double/map_classes.h"
+#else
+#include <MapArxApi.h>
+#include <aced.h>
+#include <adscodes.h>
+#include <arxHeaders.h>
+#include <dbmain.h>
+#endif
