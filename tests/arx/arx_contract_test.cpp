@@ -1,7 +1,9 @@
 // The binding under the contract, over a double of the CAD host.
 #include "frame/forwarding_host.h"
+#include "host/arx/command_line.h"
 #include "host/arx/database.h"
 #include "host/arx/object_data.h"
+#include "host/arx/selection.h"
 #include "tests/arx_double/db_classes.h"
 #include "tests/arx_double/map_classes.h"
 #include "tests/host/contract_suite.h"
@@ -31,6 +33,38 @@ class BoundHost final : public ForwardingHost {
     return arx::extents_of(entity);
   }
   [[nodiscard]] std::vector<Layer> layers() const override { return arx::layers(); }
+  [[nodiscard]] EntityList pick_first() const override { return arx::pick_first(); }
+  void set_pick_first(const EntityList& entities) override { arx::set_pick_first(entities); }
+  [[nodiscard]] std::optional<EntityList> ask_selection() override { return arx::ask_selection(); }
+  void print(std::wstring_view text) override { arx::print(text); }
+  [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override {
+    return arx::ask_string(prompt);
+  }
+  [[nodiscard]] Answer<std::int32_t> ask_integer(std::wstring_view prompt) override {
+    return arx::ask_integer(prompt);
+  }
+  [[nodiscard]] Answer<Point3> ask_point(std::wstring_view prompt) override {
+    return arx::ask_point(prompt);
+  }
+  [[nodiscard]] std::optional<EntityId> ask_entity(std::wstring_view prompt) override {
+    return arx::ask_entity(prompt);
+  }
+  void start_progress(std::wstring_view label, std::int64_t range) override {
+    arx::start_progress(label, range);
+  }
+  void move_progress(std::int64_t position) override { arx::move_progress(position); }
+  void end_progress() override { arx::end_progress(); }
+  [[nodiscard]] bool interrupted() override { return arx::interrupted(); }
+  [[nodiscard]] std::optional<int> variable(std::wstring_view name) const override {
+    return arx::variable(name);
+  }
+  bool set_variable(std::wstring_view name, int value) override {
+    return arx::set_variable(name, value);
+  }
+  void lock() override { arx::lock(); }
+  void unlock() override { arx::unlock(); }
+  void cancel_command() override { arx::cancel_command(); }
+  void send(std::wstring_view text) override { arx::send(text); }
 };
 
 class OverDouble final : public HostUnderTest {
@@ -45,6 +79,7 @@ class OverDouble final : public HostUnderTest {
     store_.reset();
     EXPECT_EQ(arx_double::undeleted_map_objects(), undeleted_before_);
     EXPECT_EQ(arx_double::open_objects(), 0);
+    EXPECT_EQ(arx_double::open_selection_sets(), 0);
   }
 
   ODStore& store() override { return *store_; }
@@ -84,6 +119,32 @@ TEST(ArxStore, WithoutMapHasNothingAndDoesNothing) {
   EXPECT_FALSE(store.records()->open({1}, OpenMode::Read));
   EXPECT_FALSE(store.add_path_alias(L"DATA", L"C:"));
   EXPECT_EQ(store.attach_drawing("drawing.dxf"), nullptr);
+}
+
+TEST(CommandLine, PrintsLongTextsInPiecesAndNeverAsAFormat) {
+  ScriptedHost drawing(make_drawing({{L"0"}}, {}));
+  const arx_double::DatabaseOver database(drawing);
+  const std::wstring text = std::wstring(300, L'%') + L"s\n";
+  arx::print(text);
+  EXPECT_EQ(drawing.printed, text);
+}
+
+TEST(Selection, FreesEverySetItMade) {
+  ScriptedHost drawing(make_drawing({{L"0"}}, {{L"0"}, {L"0"}}));
+  const arx_double::DatabaseOver database(drawing);
+  const EntityList ids = drawing.model_space();
+  for (int time = 0; time < 200; ++time) {  // more than the host has room for
+    arx::set_pick_first({ids[1], ids[0]});
+    ASSERT_EQ(arx::pick_first(), (EntityList{ids[1], ids[0]}));
+    arx::set_pick_first({});
+    ASSERT_EQ(arx::pick_first(), EntityList{});
+    drawing.selections = {EntityList{ids[0]}};
+    ASSERT_EQ(arx::ask_selection(), EntityList{ids[0]});
+  }
+  drawing.selections = {std::nullopt, EntityList{}};
+  EXPECT_EQ(arx::ask_selection(), std::nullopt);
+  EXPECT_EQ(arx::ask_selection(), EntityList{});
+  EXPECT_EQ(arx_double::open_selection_sets(), 0);
 }
 
 }  // namespace

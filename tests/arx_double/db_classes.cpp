@@ -144,6 +144,8 @@ DatabaseOver::DatabaseOver(StandaloneHost& host) : former_(working) { working = 
 
 DatabaseOver::~DatabaseOver() { working = former_; }
 
+StandaloneHost& working_drawing() { return *working; }
+
 int open_objects() { return open_count; }
 
 }  // namespace korvel::arx_double

@@ -208,6 +208,8 @@ class DatabaseOver {
   StandaloneHost* former_;
 };
 
+[[nodiscard]] StandaloneHost& working_drawing();
+
 // Objects opened and not yet closed.
 [[nodiscard]] int open_objects();
 

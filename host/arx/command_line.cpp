@@ -1,0 +1,132 @@
+#include "host/arx/command_line.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "host/arx/object_ids.h"
+#include "host/arx/sdk.h"
+
+namespace korvel::arx {
+namespace {
+
+// The host prints and reads no more characters at a time.
+constexpr std::size_t longest_text = 132;
+
+// Unconfirmed: the form of the call. Points are given in the user's coordinate system.
+Point3 world_point(const ads_point& point) {
+  ads_point world{};
+  acdbUcs2Wcs(point, world, false);
+  return {world[0], world[1], world[2]};
+}
+
+// None: Esc, or something that is no answer.
+template <class Value>
+Answer<Value> answer_of(int result, const Value& value) {
+  using Kind = typename Answer<Value>::Kind;
+  if (result == RTNORM) return {Kind::Given, value};
+  return {result == RTNONE ? Kind::Enter : Kind::Cancelled};
+}
+
+int whole(std::int64_t number) {
+  return static_cast<int>(std::min<std::int64_t>(number, std::numeric_limits<int>::max()));
+}
+
+// The end of the piece, which does not part a surrogate pair.
+std::size_t piece_end(std::wstring_view text) {
+  if (text.size() <= longest_text) return text.size();
+  const auto last = static_cast<std::uint32_t>(text[longest_text - 1]);
+  return last >= 0xD800 && last <= 0xDBFF ? longest_text - 1 : longest_text;
+}
+
+}  // namespace
+
+// As an argument, not as the format: texts of users may hold percent signs.
+void print(std::wstring_view text) {
+  while (!text.empty()) {
+    const std::wstring piece(text.substr(0, piece_end(text)));
+    acutPrintf(L"%s", piece.c_str());
+    text.remove_prefix(piece.size());
+  }
+}
+
+std::optional<std::wstring> ask_string(std::wstring_view prompt) {
+  constexpr int blanks_allowed = 1;
+  std::array<ACHAR, longest_text + 1> typed{};
+  if (acedGetString(blanks_allowed, std::wstring(prompt).c_str(), typed.data()) != RTNORM) {
+    return std::nullopt;
+  }
+  return typed.data();
+}
+
+Answer<std::int32_t> ask_integer(std::wstring_view prompt) {
+  int number = 0;
+  const int result = acedGetInt(std::wstring(prompt).c_str(), &number);
+  return answer_of(result, std::int32_t{number});
+}
+
+Answer<Point3> ask_point(std::wstring_view prompt) {
+  ads_point point{};
+  const int result = acedGetPoint(nullptr, std::wstring(prompt).c_str(), point);
+  return answer_of(result, world_point(point));
+}
+
+std::optional<EntityId> ask_entity(std::wstring_view prompt) {
+  ads_name picked{};
+  ads_point point{};
+  AcDbObjectId id;
+  if (acedEntSel(std::wstring(prompt).c_str(), picked, point) != RTNORM) return std::nullopt;
+  if (acdbGetObjectId(id, picked) != Acad::eOk) return std::nullopt;
+  return entity_id(id);
+}
+
+std::optional<int> variable(std::wstring_view name) {
+  resbuf value;
+  const bool read = acedGetVar(std::wstring(name).c_str(), &value) == RTNORM;
+  return read && value.restype == RTSHORT ? std::optional<int>(value.resval.rint) : std::nullopt;
+}
+
+bool set_variable(std::wstring_view name, int value) {
+  using Short = std::numeric_limits<short>;
+  if (value < Short::min() || value > Short::max()) return false;
+  resbuf given;
+  given.restype = RTSHORT;
+  given.resval.rint = static_cast<short>(value);
+  return acedSetVar(std::wstring(name).c_str(), &given) == RTNORM;
+}
+
+void start_progress(std::wstring_view label, std::int64_t range) {
+  acedSetStatusBarProgressMeter(std::wstring(label).c_str(), 0, whole(range));
+}
+
+void move_progress(std::int64_t position) { acedSetStatusBarProgressMeterPos(whole(position)); }
+
+void end_progress() { acedRestoreStatusBar(); }
+
+bool interrupted() { return acedUsrBrk() != 0; }
+
+// In a command the host has locked already and one more lock is allowed; in a palette it is needed.
+void lock() {
+  AcApDocManager* const documents = acDocManagerPtr();
+  documents->lockDocument(documents->curDocument());
+}
+
+void unlock() {
+  AcApDocManager* const documents = acDocManagerPtr();
+  documents->unlockDocument(documents->curDocument());
+}
+
+// Unconfirmed: what the host does with this text. Two escape characters in front of the next
+// command are the documented way.
+void cancel_command() { acedPostCommand(L"CANCELCMD"); }
+
+void send(std::wstring_view text) {
+  AcApDocManager* const documents = acDocManagerPtr();
+  constexpr bool activate = true;
+  constexpr bool wrap_up_inactive = false;
+  constexpr bool echo = false;
+  documents->sendStringToExecute(documents->curDocument(), std::wstring(text).c_str(), activate,
+                                 wrap_up_inactive, echo);
+}
+
+}  // namespace korvel::arx
