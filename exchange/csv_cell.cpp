@@ -67,15 +67,17 @@ bool is_finite_value(const ODValue& value) {
 
 bool is_blank(std::string_view cell) { return cell.find_first_not_of(" \t") == cell.npos; }
 
+bool is_ascii(wchar_t unit) { return static_cast<char32_t>(unit) < 0x80; }
+
 // Whether the text in UTF-8 is the cell; what is no letter in it stands as U+FFFD there.
 bool is_same_text(std::wstring_view text, std::string_view cell, std::string& utf8) {
   std::size_t same = 0;
-  while (same < text.size() && same < cell.size() && text[same] >= 0 && text[same] < 0x80 &&
+  while (same < text.size() && same < cell.size() && is_ascii(text[same]) &&
          text[same] == static_cast<wchar_t>(cell[same])) {
     ++same;
   }
   if (same == text.size()) return same == cell.size();
-  if (text[same] >= 0 && text[same] < 0x80) return false;
+  if (is_ascii(text[same])) return false;
   utf8.clear();
   append_utf8(text.substr(same), utf8);
   return utf8 == cell.substr(same);

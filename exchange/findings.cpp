@@ -15,7 +15,7 @@ std::wstring excerpt(std::wstring_view text) {
   constexpr std::size_t most = 40;
   std::wstring out(text.substr(0, most));
   for (wchar_t& c : out) {
-    if (c >= 0 && c < L' ') c = L' ';
+    if (static_cast<char32_t>(c) < U' ') c = L' ';
   }
   if (text.size() <= most) return out;
   const auto last = static_cast<char32_t>(out.back());

@@ -3,9 +3,9 @@
 
 #include <array>
 #include <cerrno>
+#include <concepts>
 #include <fstream>
 #include <random>
-#include <system_error>
 #include <utility>
 
 #include "frame/format.h"
@@ -21,10 +21,6 @@ using Failure = std::optional<std::wstring>;  // the reason
 TextFileError file_error(TextFileErrorKind kind, std::wstring_view failure, const fs::path& path,
                          std::wstring_view reason) {
   return {kind, 0, format_text(L"%s '%s': %s.", failure, path_text(path), reason)};
-}
-
-std::wstring reason_text(std::error_code code) {
-  return code ? from_utf8(code.message()) : std::wstring(L"input or output error");
 }
 
 // The system's reason for the failure of the last stream operation.
@@ -261,8 +257,24 @@ std::optional<TextFileError> check_writable(const std::filesystem::path& target)
 }
 
 std::wstring path_text(const std::filesystem::path& path) {
+  // Names of 16-bit units need not be well-formed UTF-16.
+  if constexpr (std::same_as<fs::path::value_type, wchar_t>) return path.wstring();
   const std::u8string utf8 = path.u8string();
   return from_utf8(std::string(utf8.begin(), utf8.end()));
+}
+
+std::filesystem::path path_of(std::wstring_view text) {
+  if constexpr (std::same_as<fs::path::value_type, wchar_t>) return {text};
+  return path_of(to_utf8(text));
+}
+
+std::filesystem::path path_of(std::string_view utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
+}
+
+std::wstring reason_text(std::error_code code) {
+  if (!code) return L"input or output error";
+  return from_utf8(code.default_error_condition().message());
 }
 
 }  // namespace korvel

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace korvel {
@@ -57,5 +58,13 @@ class FileInProgress {
 
 // The path for a message, in the form a person typed it.
 [[nodiscard]] std::wstring path_text(const std::filesystem::path& path);
+
+// The path that a person means by such a text, whatever the system's own encoding of names is.
+[[nodiscard]] std::filesystem::path path_of(std::wstring_view text);
+// The same of UTF-8. Where names of files are bytes, they are taken as they are.
+[[nodiscard]] std::filesystem::path path_of(std::string_view utf8);
+
+// The reason of an error, in the same words on every system where it has a common one.
+[[nodiscard]] std::wstring reason_text(std::error_code code);
 
 }  // namespace korvel

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frame/case_mapping.h"
+#include "frame/file_bytes.h"
 #include "frame/utf.h"
 #include "host/console/form_grid.h"
 #include "host/console/form_parts.h"
@@ -85,7 +86,7 @@ FormChange change(Edit& edit, std::wstring_view value) {
 }
 
 FormChange change(FileChooser& chooser, std::wstring_view value) {
-  std::filesystem::path path(to_utf8(field_text(value)));
+  std::filesystem::path path = path_of(field_text(value));
   const bool changed = chooser.path != path;
   chooser.path = std::move(path);
   return {changed, {}};

@@ -1,11 +1,10 @@
 // korvel: the stand-alone host at a command line.
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <memory>
-#include <unistd.h>
 
+#include "frame/file_bytes.h"
 #include "frame/utf.h"
 #include "host/console/command_list.h"
 #include "host/console/command_loop.h"
@@ -15,6 +14,7 @@
 #include "host/console/options.h"
 #include "host/console/output.h"
 #include "host/console/paths.h"
+#include "host/console/platform.h"
 #include "host/console/scripted_lines.h"
 #include "host/console/terminal_lines.h"
 
@@ -24,11 +24,12 @@ namespace {
 bool may_write_output(const Options& options, const std::filesystem::path& own) {
   if (!options.output) return true;
   if (is_folder(*options.output)) {
-    complain(options.output->string() + " is a directory");
+    complain(to_utf8(path_text(*options.output)) + " is a directory");
     return false;
   }
   if (options.overwrite || !replaces_another(*options.output, own)) return true;
-  complain(options.output->string() + " exists and is not the drawing; --overwrite replaces it");
+  complain(to_utf8(path_text(*options.output)) +
+           " exists and is not the drawing; --overwrite replaces it");
   return false;
 }
 
@@ -86,11 +87,11 @@ struct Input {
 
 Result<Input> open_input(const Options& options) {
   using Comments = ScriptedLines::Comments;
+  using namespace platform;
   Input input;
   const bool scripted = !options.commands.empty() || options.script;
-  if (!scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
-    using Style = TerminalLines::PromptStyle;
-    input.lines = std::make_unique<TerminalLines>(options.no_color ? Style::Plain : Style::Bold);
+  if (!scripted && is_terminal(standard_input) && is_terminal(standard_output)) {
+    input.lines = make_terminal_lines(options.no_color ? PromptStyle::Plain : PromptStyle::Bold);
     return input;
   }
   if (options.script) {
@@ -98,7 +99,7 @@ Result<Input> open_input(const Options& options) {
     if (!file) return file.failure();
     input.reader = std::make_unique<LineReader>(*file);
   } else if (!scripted) {
-    input.reader = std::make_unique<LineReader>(STDIN_FILENO);
+    input.reader = std::make_unique<LineReader>(platform::standard_input);
   }
   input.lines = std::make_unique<ScriptedLines>(
       options.commands, input.reader.get(), options.script ? Comments::Skip : Comments::AreLines);
@@ -123,7 +124,7 @@ int run_console(const Options& options) {
   print_notices(**drawing);
 
   interrupt::install();
-  const bool progress = !options.no_progress && isatty(STDERR_FILENO) == 1;
+  const bool progress = !options.no_progress && platform::is_terminal(platform::standard_error);
   TerminalHost host(std::move(*drawing), *input->lines, {options.strict, progress});
   if (options.drawing) host.file = *options.drawing;
   ConsoleCommandStack commands;
@@ -131,10 +132,10 @@ int run_console(const Options& options) {
   plugin.on_load();
   CommandLoop loop(host, *input->lines, commands, plugin);
   std::ofstream trace;
-  if (const char* const path = std::getenv("KORVEL_TRACE"); path != nullptr && *path != '\0') {
-    trace.open(path, std::ios::binary);
+  if (const std::optional<std::string> path = platform::variable("KORVEL_TRACE")) {
+    trace.open(path_of(*path), std::ios::binary);
     if (!trace) {
-      complain(std::string(path) + ": the trace cannot be written");
+      complain(*path + ": the trace cannot be written");
       return exit_status::output_not_written;
     }
     // Flushed line by line: what matters most is what stood there before a crash.
@@ -150,8 +151,8 @@ int run_console(const Options& options) {
   return save_output(options, host, status_of(host, *input->lines));
 }
 
-int run(int argc, char** argv) {
-  const std::variant<Options, int> read = read_options(argc, argv);
+int run(const std::vector<std::string>& arguments) {
+  const std::variant<Options, int> read = read_options(arguments);
   if (const auto* const status = std::get_if<int>(&read)) return *status;
   const Options& options = std::get<Options>(read);
   if (!options.list_commands) return run_console(options);
@@ -165,7 +166,8 @@ bool output_was_written() { return std::fflush(stdout) == 0 && std::ferror(stdou
 }  // namespace korvel
 
 int main(int argc, char** argv) try {
-  const int status = korvel::run(argc, argv);
+  const korvel::platform::Utf8Streams streams;
+  const int status = korvel::run(korvel::platform::arguments(argc, argv));
   if (korvel::output_was_written()) return status;
   korvel::complain("standard output could not be written");
   return korvel::exit_status::output_not_written;

@@ -1,26 +1,38 @@
 #include "host/console/options.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdlib>
+#include <functional>
 
+#include "frame/file_bytes.h"
 #include "host/console/exit_status.h"
+#include "host/console/platform.h"
 
 namespace korvel {
+namespace {
 
-std::variant<Options, int> read_options(int argc, const char* const* argv) {
+std::function<void(const std::string&)> into(std::optional<std::filesystem::path>& path) {
+  return [&path](const std::string& argument) { path = path_of(argument); };
+}
+
+}  // namespace
+
+std::variant<Options, int> read_options(const std::vector<std::string>& arguments) {
   Options options;
   CLI::App app("Object data of drawings as a database: opens a DXF drawing and takes commands.",
                "korvel");
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.set_version_flag("--version", "korvel " KORVEL_VERSION);
-  app.add_option("DRAWING", options.drawing, "Drawing to open (.dxf); none: a new one");
+  app.add_option_function("DRAWING", into(options.drawing),
+                          "Drawing to open (.dxf); none: a new one");
   app.add_option("-c,--command", options.commands, "One input line; repeatable, in order")
       ->type_name("LINE")
       ->allow_extra_args(false);
-  app.add_option("-s,--script", options.script,
-                 "Input lines from a file, after those of -c; lines that begin with ; are comments")
+  app.add_option_function(
+         "-s,--script", into(options.script),
+         "Input lines from a file, after those of -c; lines that begin with ; are comments")
       ->type_name("FILE");
-  app.add_option(
-         "-o,--output", options.output,
+  app.add_option_function(
+         "-o,--output", into(options.output),
          "Save the drawing there when the input has ended, unless QUIT discarded its changes")
       ->type_name("FILE");
   app.add_flag("--strict", options.strict,
@@ -35,13 +47,15 @@ std::variant<Options, int> read_options(int argc, const char* const* argv) {
       "Exit status: 0 done; 2 wrong usage; 3 an input could not be read; 4 an output could not\n"
       "be written; 5 the input ended in a prompt; 6 stopped by --strict; 130 interrupted.");
   try {
-    app.parse(argc, argv);
+    std::vector<const char*> words;
+    for (const std::string& argument : arguments)
+      words.push_back(argument.c_str());
+    app.parse(static_cast<int>(words.size()), words.data());
   } catch (const CLI::ParseError& error) {
     const bool asked_for = app.exit(error) == 0;  // help or version, now printed
     return asked_for ? exit_status::done : exit_status::wrong_usage;
   }
-  const char* const no_color = std::getenv("NO_COLOR");
-  options.no_color = options.no_color || (no_color != nullptr && *no_color != '\0');
+  options.no_color = options.no_color || platform::variable("NO_COLOR").has_value();
   return options;
 }
 

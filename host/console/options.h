@@ -21,7 +21,8 @@ struct Options {
   bool no_color = false;
 };
 
-// The options; or, when everything was said already (help, version, wrong usage), the exit status.
-[[nodiscard]] std::variant<Options, int> read_options(int argc, const char* const* argv);
+// The options that the arguments say, the first of which is the program's name; or, when everything
+// was said already (help, version, wrong usage), the exit status.
+[[nodiscard]] std::variant<Options, int> read_options(const std::vector<std::string>& arguments);
 
 }  // namespace korvel

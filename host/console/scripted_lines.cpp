@@ -1,40 +1,39 @@
 #include "host/console/scripted_lines.h"
 
 #include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
+#include "frame/file_bytes.h"
 #include "frame/utf.h"
 #include "host/console/interrupt.h"
 #include "host/console/output.h"
+#include "host/console/paths.h"
 
 namespace korvel {
 namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-std::string reason_of(int error) { return std::generic_category().message(error); }
+std::string reason_of(std::errc error) { return std::make_error_code(error).message(); }
 
 }  // namespace
 
-LineReader::~LineReader() { close(file_); }
+LineReader::LineReader(int file) : file_(file) {}
 
 bool LineReader::is_regular_file() const {
-  struct stat status {};
-  return fstat(file_, &status) == 0 && S_ISREG(status.st_mode);
+  const std::optional<disk::Status> status = disk::status_of(file_);
+  return status && status->kind == disk::Kind::RegularFile;
 }
 
 bool LineReader::fill() {
   constexpr std::size_t block = 65536;
-  interrupted_ = !interrupt::wait_for_input(file_);
+  interrupted_ = !interrupt::wait_for_input(file_.descriptor());
   if (interrupted_) return false;
   buffer_.resize(block);
   at_ = 0;
-  const ssize_t count = read(file_, buffer_.data(), block);
-  if (count < 0) failure_ = reason_of(errno);
+  const std::ptrdiff_t count = file_.read(buffer_.data(), block);
+  if (count < 0) failure_ = reason_of(std::errc{errno});
   buffer_.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
   return count > 0;
 }
@@ -67,13 +66,10 @@ LineSource::Read LineReader::next(std::string& line) {
 }
 
 Result<int> open_for_reading(const std::filesystem::path& path) {
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return Failure{path.string() + ": " + reason_of(errno)};
-  struct stat status {};
-  if (fstat(file, &status) == 0 && S_ISDIR(status.st_mode)) {
-    close(file);
-    return Failure{path.string() + ": " + reason_of(EISDIR)};
-  }
+  const std::string name = to_utf8(path_text(path));
+  if (is_folder(path)) return Failure{name + ": " + reason_of(std::errc::is_a_directory)};
+  const int file = disk::open_to_read(path);
+  if (file < 0) return Failure{name + ": " + reason_of(std::errc{errno})};
   return file;
 }
 

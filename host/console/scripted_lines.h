@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/console/console.h"
+#include "host/standalone/disk.h"
 #include "host/standalone/result.h"
 
 namespace korvel {
@@ -15,10 +16,7 @@ namespace korvel {
 class LineReader {
  public:
   // Takes over the open file.
-  explicit LineReader(int file) : file_(file) {}
-  ~LineReader();
-  LineReader(const LineReader&) = delete;
-  LineReader& operator=(const LineReader&) = delete;
+  explicit LineReader(int file);
 
   // Interrupted: the line begun so far is kept for the next call.
   LineSource::Read next(std::string& line);
@@ -32,7 +30,7 @@ class LineReader {
   // False: nothing more, or Ctrl+C.
   bool fill();
 
-  int file_;
+  disk::OpenFile file_;
   std::string buffer_;
   std::size_t at_ = 0;
   std::string begun_;

@@ -48,7 +48,7 @@ bool can_take_extension(const std::filesystem::path& path) {
 std::filesystem::path with_extension(std::filesystem::path path, std::wstring_view extension) {
   if (!extension.empty() && can_take_extension(path)) {
     path += '.';
-    path += to_utf8(extension);
+    path += path_of(extension);
   }
   return path;
 }
@@ -279,15 +279,14 @@ std::optional<std::filesystem::path> TerminalHost::choose_file_to_open(
     const FileQuestion& question) {
   const auto typed = ask_file_name(question, L"File to open: ");
   if (!typed) return std::nullopt;
-  std::filesystem::path path(to_utf8(*typed));
+  std::filesystem::path path = path_of(*typed);
   return is_there(path) ? path : with_extension(std::move(path), question.default_extension);
 }
 
 std::optional<std::filesystem::path> TerminalHost::choose_file_to_save(
     const FileQuestion& question) {
   while (const auto typed = ask_file_name(question, L"File to save: ")) {
-    std::filesystem::path path =
-        with_extension(std::filesystem::path(to_utf8(*typed)), question.default_extension);
+    std::filesystem::path path = with_extension(path_of(*typed), question.default_extension);
     const bool asks = question.confirm_overwrite && is_there(path);
     if (!asks ||
         ask_yes_no(text(Message::WarningTitle),

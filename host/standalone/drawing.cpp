@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "frame/case_mapping.h"
+#include "frame/file_bytes.h"
+#include "frame/utf.h"
 #include "host/standalone/blank_drawing.h"
 #include "host/standalone/drawing_reader.h"
 #include "host/standalone/entity_reader.h"
@@ -26,7 +28,7 @@ std::unique_ptr<Drawing> Drawing::blank() {
 Result<std::unique_ptr<Drawing>> Drawing::open(const std::filesystem::path& path) {
   Result<std::string> bytes = read_file(path);
   if (!bytes) return bytes.failure();
-  return read(std::move(*bytes), path.string());
+  return read(std::move(*bytes), to_utf8(path_text(path)));
 }
 
 Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::string& name) {

@@ -23,7 +23,7 @@ void refuse_failure(ConsoleHost& host, FileFault fault, std::string_view reason)
 }
 
 Failure lack_of_memory(const std::filesystem::path& path) {
-  return {path.string() + ": there is not enough memory"};
+  return {to_utf8(path_text(path)) + ": there is not enough memory"};
 }
 
 // True if nothing would be lost, or may be.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "frame/case_mapping.h"
+#include "frame/file_bytes.h"
 #include "frame/format.h"
 #include "frame/utf.h"
 #include "frame/value_text.h"
@@ -78,8 +79,7 @@ std::optional<Point3> ask_required_point(ConsoleHost& host, std::wstring_view pr
 }
 
 std::filesystem::path drawing_path(std::wstring_view answer) {
-  const std::string bytes = to_utf8(unquoted(answer).value_or(std::wstring(answer)));
-  std::filesystem::path path(std::u8string(bytes.begin(), bytes.end()));
+  std::filesystem::path path = path_of(unquoted(answer).value_or(std::wstring(answer)));
   if (path.has_filename() && !path.has_extension()) path += ".dxf";
   return path;
 }

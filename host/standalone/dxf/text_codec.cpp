@@ -5,9 +5,10 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <iconv.h>
 #include <mutex>
 #include <utility>
+
+#include "host/standalone/dxf/page_letters.h"
 
 namespace korvel::dxf {
 
@@ -16,9 +17,6 @@ namespace {
 // Lines of a DXF hold at most 2,049 bytes.
 constexpr std::size_t most_piece_bytes = 2000;
 
-// ISO 8859-n is 28590 + n and Mac Roman 10000, as in the usual numbering of code pages.
-constexpr int iso_8859 = 28590;
-constexpr int mac_roman = 10000;
 constexpr int western = 1252;
 constexpr std::array known_pages = {
     western,       1250,          1251,          1253,          1254,         1255,
@@ -180,49 +178,6 @@ std::size_t uncut(std::wstring_view text, std::size_t length) {
   return cut == 1 ? 2 : cut - 1;
 }
 
-class Converter {
- public:
-  explicit Converter(const std::string& page) : handle_(iconv_open("UTF-16BE", page.c_str())) {}
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-  ~Converter() {
-    if (is_open()) iconv_close(handle_);
-  }
-
-  // The one letter that the bytes stand for; 0 if they stand for none or for several.
-  char16_t letter(std::array<unsigned char, 2> bytes, std::size_t count) {
-    if (!is_open()) return 0;
-    std::array<char, 2> source = {static_cast<char>(bytes[0]), static_cast<char>(bytes[1])};
-    std::array<char, 16> target = {};
-    char* from = source.data();
-    char* to = target.data();
-    std::size_t left = count;
-    std::size_t room = target.size();
-    iconv(handle_, nullptr, nullptr, nullptr, nullptr);
-    if (iconv(handle_, &from, &left, &to, &room) == static_cast<std::size_t>(-1)) return 0;
-    // 1255 and 1258 hold a letter back for an accent to come.
-    iconv(handle_, nullptr, nullptr, &to, &room);
-    if (left != 0 || target.size() - room != 2) return 0;
-    const auto value = static_cast<char16_t>((static_cast<unsigned char>(target[0]) << 8) |
-                                             static_cast<unsigned char>(target[1]));
-    return is_high(value) || is_low(value) ? char16_t{0} : value;
-  }
-
- private:
-  [[nodiscard]] bool is_open() const {
-    // What iconv_open answers when it knows no such page.  NOLINTNEXTLINE
-    return handle_ != reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1));
-  }
-
-  iconv_t handle_;
-};
-
-std::string iconv_name(int page) {
-  if (page == mac_roman) return "MACINTOSH";
-  if (page > iso_8859) return "ISO-8859-" + std::to_string(page - iso_8859);
-  return "CP" + std::to_string(page);
-}
-
 }  // namespace
 
 // One code page; bytes below 80 are ASCII in all of them. A page that the system's library does
@@ -265,24 +220,24 @@ class CodePage {
   }
 
   void make(int number) {
-    Converter converter(iconv_name(number));
+    PageLetters letters(number);
     for (unsigned byte = 0x80; byte <= 0xFF; ++byte) {
-      single_[byte] = converter.letter({static_cast<unsigned char>(byte), 0}, 1);
+      single_[byte] = letters.letter({static_cast<unsigned char>(byte), 0}, 1);
       if (single_[byte] != 0) codes_.emplace_back(single_[byte], static_cast<std::uint16_t>(byte));
     }
     if (std::find(double_byte_pages.begin(), double_byte_pages.end(), number) !=
         double_byte_pages.end()) {
-      make_pairs(converter);
+      make_pairs(letters);
     }
     std::sort(codes_.begin(), codes_.end());
   }
 
-  void make_pairs(Converter& converter) {
+  void make_pairs(PageLetters& letters) {
     pairs_.resize(pair_index(0xFF, 0xFF) + 1);
     for (unsigned lead = 0x80; lead <= 0xFF; ++lead) {
       if (single_[lead] != 0) continue;
       for (unsigned trail = 0x30; trail <= 0xFF; ++trail) {
-        const char16_t letter = converter.letter(
+        const char16_t letter = letters.letter(
             {static_cast<unsigned char>(lead), static_cast<unsigned char>(trail)}, 2);
         if (letter == 0) continue;
         pairs_[pair_index(lead, trail)] = letter;

@@ -1,18 +1,20 @@
-#include "host/console/terminal_lines.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
+#include <histedit.h>
 #include <langinfo.h>
+#include <string>
 #include <string_view>
 #include <unistd.h>
+#include <vector>
 
 #include "frame/case_mapping.h"
 #include "frame/utf.h"
 #include "host/console/interrupt.h"
 #include "host/console/output.h"
+#include "host/console/terminal_lines.h"
 #include "host/console/typed_text.h"
 
 namespace korvel {
@@ -53,7 +55,34 @@ std::string common_beginning(const std::vector<std::string>& words) {
   return common;
 }
 
-}  // namespace
+class TerminalLines final : public LineSource {
+ public:
+  explicit TerminalLines(PromptStyle style);
+
+  Read next(std::wstring_view prompt, std::wstring& line) override;
+  [[nodiscard]] bool is_terminal() const override { return true; }
+  void set_words(const std::vector<std::wstring>& words) override;
+
+ private:
+  static TerminalLines& of(EditLine* editor);
+  static int read_character(EditLine* editor, wchar_t* character);
+  static unsigned char complete(EditLine* editor, int key);
+
+  struct EditorEnd {
+    void operator()(EditLine* editor) const { el_end(editor); }
+  };
+  struct HistoryEnd {
+    void operator()(History* history) const { history_end(history); }
+  };
+
+  PromptStyle style_;
+  std::unique_ptr<History, HistoryEnd> history_;
+  std::unique_ptr<EditLine, EditorEnd> editor_;
+  std::vector<std::string> words_;  // upper case
+  std::string prompt_;
+  bool at_command_ = false;
+  bool interrupted_ = false;
+};
 
 TerminalLines::TerminalLines(PromptStyle style) : style_(style) {
   use_utf8();
@@ -130,7 +159,7 @@ unsigned char TerminalLines::complete(EditLine* editor, int) {
   return CC_REDISPLAY;
 }
 
-LineSource::Read TerminalLines::next(std::wstring_view prompt, std::wstring& line) {
+TerminalLines::Read TerminalLines::next(std::wstring_view prompt, std::wstring& line) {
   const interrupt::AtPrompt at_prompt;
   prompt_ = to_utf8(prompt);
   if (style_ == PromptStyle::Bold) make_bold(prompt_);
@@ -153,6 +182,12 @@ LineSource::Read TerminalLines::next(std::wstring_view prompt, std::wstring& lin
   HistEvent event;
   if (!line.empty()) history(history_.get(), &event, H_ENTER, std::string(bytes).c_str());
   return Read::Line;
+}
+
+}  // namespace
+
+std::unique_ptr<LineSource> make_terminal_lines(PromptStyle style) {
+  return std::make_unique<TerminalLines>(style);
 }
 
 }  // namespace korvel

@@ -1,5 +1,3 @@
-#include "host/console/interrupt.h"
-
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -9,6 +7,7 @@
 #include <unistd.h>
 
 #include "host/console/exit_status.h"
+#include "host/console/interrupt.h"
 
 namespace korvel::interrupt {
 namespace {
