@@ -1,7 +1,7 @@
-#include "host/console/platform.h"
-
 #include <fcntl.h>
 #include <io.h>
+
+#include "host/console/platform.h"
 
 // shellapi.h needs the other before it.
 // clang-format off
