@@ -1,3 +1,4 @@
+// Ctrl+C in a console window.
 #include <atomic>
 #include <cstdlib>
 #include <io.h>

@@ -1,3 +1,4 @@
+// Arguments, environment and terminals on POSIX systems.
 #include <cstdlib>
 #include <unistd.h>
 

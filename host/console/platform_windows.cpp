@@ -1,3 +1,4 @@
+// Arguments, environment and terminals on Windows.
 #include <fcntl.h>
 #include <io.h>
 

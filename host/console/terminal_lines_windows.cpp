@@ -1,3 +1,4 @@
+// Lines typed in a console window.
 #include <array>
 #include <io.h>
 #include <windows.h>

@@ -1,3 +1,4 @@
+// Files on POSIX systems.
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// Files on Windows.
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// Limits and pipes of POSIX systems.
 #include <csignal>
 #include <fstream>
 #include <sys/resource.h>

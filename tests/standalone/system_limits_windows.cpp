@@ -1,3 +1,4 @@
+// Windows has none of these.
 #include "tests/standalone/system_limits.h"
 
 namespace korvel::test {

@@ -1,3 +1,4 @@
+// Code pages by iconv.
 #include <cstdint>
 #include <iconv.h>
 #include <string>

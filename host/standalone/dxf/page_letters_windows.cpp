@@ -1,3 +1,4 @@
+// Code pages by the tables of Windows.
 #include <windows.h>
 
 #include "host/standalone/dxf/page_letters.h"
