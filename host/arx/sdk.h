@@ -6,6 +6,7 @@
 #include "tests/arx_double/db_classes.h"
 #include "tests/arx_double/ed_classes.h"
 #include "tests/arx_double/map_classes.h"
+#include "tests/arx_double/rx_classes.h"
 #else
 #include <MapArxApi.h>
 #include <aced.h>

@@ -1,0 +1,58 @@
+#include "tests/arx_double/rx_classes.h"
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+std::map<std::wstring, short, std::less<>> function_codes;
+std::map<short, int (*)()> functions;
+
+}  // namespace
+
+Acad::ErrorStatus AcEdCommandStack::addCommand(const ACHAR* group, const ACHAR* global_name,
+                                               const ACHAR* local_name, Adesk::Int32 flags,
+                                               AcRxFunctionPtr function) {
+  const bool taken = std::ranges::any_of(commands, [&](const Command& command) {
+    return command.group == group &&
+           (command.global_name == global_name || command.local_name == local_name);
+  });
+  if (taken) return Acad::eError;
+  commands.push_back({group, global_name, local_name, flags, function});
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcEdCommandStack::removeGroup(const ACHAR* group) {
+  const auto removed =
+      std::erase_if(commands, [group](const Command& command) { return command.group == group; });
+  return removed > 0 ? Acad::eOk : Acad::eError;
+}
+
+AcEdCommandStack* the_command_stack() {
+  static AcEdCommandStack stack;
+  return &stack;
+}
+
+int acedDefun(const ACHAR* name, short code) {
+  function_codes[name] = code;
+  return 5100;
+}
+
+int acedUndef(const ACHAR* name, short /*code*/) {
+  function_codes.erase(name);
+  return 5100;
+}
+
+int acedRegFunc(int (*function)(), short code) {
+  functions[code] = function;
+  return 5100;
+}
+
+namespace korvel::arx_double {
+
+int call_function(std::wstring_view name) {
+  const auto code = function_codes.find(name);
+  return code == function_codes.end() ? 0 : functions.at(code->second)();
+}
+
+}  // namespace korvel::arx_double
