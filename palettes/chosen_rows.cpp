@@ -14,8 +14,8 @@ class ChosenRowsIterator final : public ForwardingRecordIterator {
       : ForwardingRecordIterator(std::move(target)), rows_(rows) {}
 
   bool open(EntityId entity, OpenMode mode) override {
-    const auto of_entity = std::ranges::equal_range(rows_, entity, {}, &RecordKey::entity);
-    wanted_ = {of_entity.begin(), of_entity.end()};
+    wanted_ = {std::ranges::lower_bound(rows_, entity, {}, &RecordKey::entity),
+               std::ranges::upper_bound(rows_, entity, {}, &RecordKey::entity)};
     const bool opened = Base::open(wanted_.empty() ? EntityId{} : entity, mode);
     rewind();
     return opened;

@@ -144,7 +144,8 @@ std::wstring shown_buttons(const std::vector<Button>& buttons) {
   for (const Button& button : buttons) {
     if (std::ranges::find(menus, button.menu) == menus.end()) menus.push_back(button.menu);
   }
-  std::ranges::stable_partition(menus, [](const std::wstring& menu) { return !menu.empty(); });
+  std::stable_partition(menus.begin(), menus.end(),
+                        [](const std::wstring& menu) { return !menu.empty(); });
   std::wstring text;
   for (const std::wstring& menu : menus) {
     std::vector<std::wstring> labels;

@@ -17,8 +17,8 @@ class Utf8Streams {
   Utf8Streams& operator=(const Utf8Streams&) = delete;
 
  private:
-  unsigned former_input_page_ = 0;
-  unsigned former_output_page_ = 0;
+  [[maybe_unused]] unsigned former_input_page_ = 0;  // of the Windows console
+  [[maybe_unused]] unsigned former_output_page_ = 0;
 };
 
 // The arguments of the program as UTF-8, its own name first. Where they are bytes, as they are.
