@@ -140,9 +140,7 @@ std::optional<AttributeMapping> ask_mapping(Session& session) {
   if (!file) return std::nullopt;
   TextReading text = read_text_file(*file, TextEncoding::Ansi);
   if (text.error) {
-    host.print(text.error->kind == TextFileErrorKind::CannotOpen
-                   ? format_text(L"Error: unable to read '%s'\n", path_text(*file))
-                   : format_text(L"Error: %s\n", text.error->message));
+    report_unread(host, *text.error, *file);
     return std::nullopt;
   }
   host.print(format_text(L"Loading attributes map from '%s'\n", path_text(*file)));

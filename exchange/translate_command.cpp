@@ -27,14 +27,6 @@ std::wstring_view noun_of(AliasFile kind) {
   return {};
 }
 
-void report_error(DrawingHost& host, const TextFileError& error,
-                  const std::filesystem::path& path) {
-  using enum TextFileErrorKind;
-  const bool unread = error.kind == CannotOpen || error.kind == CannotRead;
-  host.print(unread ? format_text(L"Error: unable to read '%s'\n", path_text(path))
-                    : format_text(L"Error: %s\n", error.message));
-}
-
 // `announced` is the path that the first message names.
 void load(DrawingHost& host, const std::filesystem::path& path,
           const std::filesystem::path& announced, AliasFile kind, AliasMaps& maps) {
@@ -42,7 +34,7 @@ void load(DrawingHost& host, const std::filesystem::path& path,
   const std::wstring_view noun = noun_of(kind);
   host.print(format_text(L"Loading %s aliases from '%s'\n", noun, path_text(announced)));
   const AliasLoad load = load_alias_file(path, kind, maps);
-  if (load.error) return report_error(host, *load.error, path);
+  if (load.error) return report_unread(host, *load.error, path);
   for (const std::wstring& line : load.bad_lines)
     host.print(format_text(L"Error: incorrect %s alias '%s'\n", noun, line));
   host.print(format_text(L"%i %s aliases loaded\n", load.loaded, noun));

@@ -62,6 +62,14 @@ EntityList selected_entities(DrawingHost& host) {
   return selected;
 }
 
+void report_unread(DrawingHost& host, const TextFileError& error,
+                   const std::filesystem::path& path) {
+  using enum TextFileErrorKind;
+  const bool unread = error.kind == CannotOpen || error.kind == CannotRead;
+  host.print(unread ? format_text(L"Error: unable to read '%s'\n", path_text(path))
+                    : format_text(L"Error: %s\n", error.message));
+}
+
 void leave_selected(DrawingHost& host, const EntityList& entities) {
   host.set_pick_first({});
   host.set_pick_first(entities);

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "frame/drawing_host.h"
+#include "frame/file_bytes.h"
 #include "frame/message.h"
 
 namespace korvel {
@@ -52,6 +53,10 @@ template <Message message, class... Args>
 void report(DrawingHost& host, const Args&... args) {
   host.print(format<message>(args...));
 }
+
+// Says why a text file of the user's was not taken: that it cannot be read, or what is wrong in it.
+void report_unread(DrawingHost& host, const TextFileError& error,
+                   const std::filesystem::path& path);
 
 // Brackets changes of entities and object data.
 class DocumentLock {

@@ -169,6 +169,10 @@ void RecordView::choose_entities(EntityList entities) {
 
 bool RecordView::any_chosen() const { return std::ranges::find(chosen_, 1) != chosen_.end(); }
 
+std::size_t RecordView::chosen_count() const {
+  return static_cast<std::size_t>(std::ranges::count(chosen_, 1));
+}
+
 std::vector<RecordKey> RecordView::chosen_rows() const {
   if (!any_chosen()) return rows_;
   std::vector<RecordKey> chosen;

@@ -58,6 +58,7 @@ class RecordView {
   // The chosen rows in the order shown; all that are shown when none is chosen.
   [[nodiscard]] std::vector<RecordKey> chosen_rows() const;
   [[nodiscard]] bool any_chosen() const;
+  [[nodiscard]] std::size_t chosen_count() const;
 
   void toggle_group(std::size_t line_index);
   void fold_all(bool folded);

@@ -164,7 +164,7 @@ void TableEditor::refresh() {
 void TableEditor::count_rows() {
   const std::size_t rows = view_.rows().size();
   count.text = std::to_wstring(rows);
-  if (view_.any_chosen()) count.text += format_text(L" (%i chosen)", view_.chosen_rows().size());
+  if (view_.any_chosen()) count.text += format_text(L" (%i chosen)", view_.chosen_count());
   for (const std::vector<std::wstring>& cells : filter.rows) {
     if (view_.table().column(cells[0])) continue;
     count.text += format_text(L"; the filter asks for %s, which is no field here", cells[0]);
@@ -214,28 +214,32 @@ std::size_t TableEditor::line_count() const { return view_.line_count(); }
 GridLines::Line TableEditor::line(std::size_t index) const {
   const RecordView::Line line = view_.line(index);
   const RecordKey& row = view_.rows()[line.first_row];
-  if (!line.is_group) return {row_texts(row), false, view_.is_chosen(line.first_row)};
+  if (!line.is_group)
+    return {row_texts(row, shown_columns()), false, view_.is_chosen(line.first_row)};
   bool chosen = true;
   for (std::size_t member = 0; member < line.row_count && chosen; ++member)
     chosen = view_.is_chosen(line.first_row + member);
   const std::size_t column = chosen_column(group_by).value_or(handle_column);
-  return {{format_text(L"%s: %s (%i)", headings()[column], cell_text(row, column), line.row_count)},
+  return {{format_text(L"%s: %s (%i)", headings()[column], row_texts(row, {column}).front(),
+                       line.row_count)},
           true,
           chosen};
 }
 
-std::wstring TableEditor::cell_text(const RecordKey& row, std::size_t column) const {
+std::wstring TableEditor::cell_text(const RecordKey& row, const RecordIterator& record,
+                                    std::size_t column) const {
   if (column == handle_column) return session().host.handle_of(row.entity);
   if (column == number_column) return std::to_wstring(row.number);
-  const auto record = open_record(session().store, view_.table().name, row, OpenMode::Read);
-  if (record->done()) return {};
-  return value_text(record->value(static_cast<int>(column - first_table_column)));
+  if (record.done()) return {};
+  return value_text(record.value(static_cast<int>(column - first_table_column)));
 }
 
-std::vector<std::wstring> TableEditor::row_texts(const RecordKey& row) const {
+std::vector<std::wstring> TableEditor::row_texts(const RecordKey& row,
+                                                 const std::vector<std::size_t>& columns) const {
+  const auto record = open_record(session().store, view_.table().name, row, OpenMode::Read);
   std::vector<std::wstring> texts;
-  for (const std::size_t column : shown_columns())
-    texts.push_back(cell_text(row, column));
+  for (const std::size_t column : columns)
+    texts.push_back(cell_text(row, *record, column));
   return texts;
 }
 

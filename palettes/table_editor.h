@@ -73,8 +73,10 @@ class TableEditor final : public Palette, private GridLines {
   [[nodiscard]] std::vector<std::wstring> headings() const;
   [[nodiscard]] std::wstring grid_name() const;
   [[nodiscard]] std::vector<std::size_t> shown_columns() const;
-  [[nodiscard]] std::wstring cell_text(const RecordKey& row, std::size_t column) const;
-  [[nodiscard]] std::vector<std::wstring> row_texts(const RecordKey& row) const;
+  [[nodiscard]] std::wstring cell_text(const RecordKey& row, const RecordIterator& record,
+                                       std::size_t column) const;
+  [[nodiscard]] std::vector<std::wstring> row_texts(const RecordKey& row,
+                                                    const std::vector<std::size_t>& columns) const;
 
   [[nodiscard]] std::vector<Column> columns() const override;
   [[nodiscard]] std::size_t line_count() const override;
