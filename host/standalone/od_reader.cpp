@@ -69,6 +69,7 @@ void OdReader::link_dictionary(std::uint32_t entity, std::uint64_t handle) {
   if (record_handle == 0) return;
   const std::optional<dxf::ItemIndex> record = document.by_handle(record_handle);
   if (record && document.type_of(*record) == "XRECORD" &&
+      document.item(*record).section == dxf::Section::Objects &&
       document.item(*record).slot == dxf::no_index && read_records(entity, *record)) {
     owner.od_record = *record;
     document.item(*record).slot = entity;
