@@ -49,6 +49,11 @@ bool Dialog::press(std::size_t button) {
   return true;
 }
 
+void Dialog::cancel() {
+  const auto button = std::ranges::find(buttons_, ButtonRole::Cancel, &Button::role);
+  if (button != buttons_.end()) press(static_cast<std::size_t>(button - buttons_.begin()));
+}
+
 Control& control_of(const ControlPointer& pointer) {
   return std::visit([](auto* control) -> Control& { return *control; }, pointer);
 }

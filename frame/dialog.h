@@ -198,6 +198,9 @@ class Dialog {
   // The user pressed the button. True: the dialog closes, and pressed() tells by which button.
   bool press(std::size_t button);
 
+  // Esc, or the window was closed: presses the button for that, if there is one.
+  void cancel();
+
   // Label of the button that closed the dialog; empty while it is open.
   [[nodiscard]] const std::wstring& pressed() const { return pressed_; }
 

@@ -1,5 +1,10 @@
 #include "frame/plugin.h"
 
+#include <exception>
+#include <new>
+
+#include "frame/utf.h"
+
 namespace korvel {
 namespace {
 
@@ -55,6 +60,16 @@ void CkorvelApp::on_unload() {
   choices = {};
   stack().remove_group(command_group);
   ModuleApp::on_unload();
+}
+
+std::optional<std::wstring> run_or_explain(std::wstring_view command,
+                                           const std::function<void()>& action) try {
+  action();
+  return std::nullopt;
+} catch (const std::bad_alloc&) {
+  return std::wstring(command) + L" was not finished: there is not enough memory.";
+} catch (const std::exception& error) {
+  return std::wstring(command) + L" was not finished: " + from_utf8(error.what()) + L".";
 }
 
 void run_handler(CommandHandler handler, Session& session) {

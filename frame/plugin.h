@@ -2,6 +2,9 @@
 // goes.
 #pragma once
 
+#include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "frame/command_table.h"
@@ -57,6 +60,11 @@ class CkorvelApp final : public ModuleApp {
   RememberedChoices choices;
   Palettes palettes;
 };
+
+// Runs what the command does. None: it came to its end. Otherwise it threw, and the sentence says
+// why it was not finished.
+[[nodiscard]] std::optional<std::wstring> run_or_explain(std::wstring_view command,
+                                                         const std::function<void()>& action);
 
 // Runs a handler with the module's resources current, and the former ones again on every way out,
 // exceptions included.

@@ -1,7 +1,6 @@
 #include "host/console/command_loop.h"
 
 #include "frame/case_mapping.h"
-#include "host/standalone/standalone_store.h"
 
 namespace korvel {
 namespace {
@@ -18,7 +17,7 @@ std::vector<std::wstring> all_names(const ConsoleCommandStack& plugin) {
 }  // namespace
 
 void CommandLoop::run() {
-  lines_.set_words(all_names(plugin_));
+  lines_.set_words(all_names(plugin_.commands()));
   while (const std::optional<std::wstring> line = host_.next_command())
     run_line(*line);
 }
@@ -32,7 +31,7 @@ void CommandLoop::run_line(std::wstring_view line) {
   if (equal_ignoring_case(name, L"ESC")) host_.set_pick_first({});  // lets the selection go
   if (name.empty() || equal_ignoring_case(name, L"ESC")) return;
   last_command_ = name;
-  if (const auto plugin_command = plugin_.find(name)) {
+  if (const auto plugin_command = plugin_.commands().find(name)) {
     run_plugin_command(*plugin_command);
   } else if (const HostCommand* const command = find_host_command(name)) {
     host_.drawing().journal().name_steps(std::wstring(command->name));
@@ -46,22 +45,7 @@ void CommandLoop::run_plugin_command(const ConsoleCommandStack::Entry& command) 
   // As in the CAD host: a command that does not ask for the pick-first set finds none.
   if ((command.flags & command_flag::uses_pick_set) == 0) host_.set_pick_first({});
   host_.drawing().journal().name_steps(std::wstring(command.name));
-  host_.run_guarded(command.name, [&] {
-    StandaloneStore store(host_.drawing());
-    if (trace_) {
-      run_traced(command.handler, store);
-    } else {
-      Session session{store, host_, app_.choices, app_.palettes};
-      run_handler(command.handler, session);
-    }
-  });
-}
-
-void CommandLoop::run_traced(CommandHandler handler, ODStore& store) {
-  const std::unique_ptr<ODStore> traced_store = tracing_store(store, trace_);
-  const std::unique_ptr<DrawingHost> traced_host = tracing_host(host_, trace_);
-  Session session{*traced_store, *traced_host, app_.choices, app_.palettes};
-  run_handler(handler, session);
+  host_.run_guarded(command.name, [&] { plugin_.run(command); });
 }
 
 }  // namespace korvel

@@ -168,11 +168,4 @@ FormReply apply_line(Dialog& dialog, std::wstring_view typed) {
   return no_such_label(dialog, label, control.ambiguous);
 }
 
-void cancel(Dialog& dialog) {
-  const auto button = std::ranges::find(dialog.buttons(), ButtonRole::Cancel, &Button::role);
-  if (button != dialog.buttons().end()) {
-    dialog.press(static_cast<std::size_t>(button - dialog.buttons().begin()));
-  }
-}
-
 }  // namespace korvel

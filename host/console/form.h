@@ -40,7 +40,4 @@ struct FormReply {
 // Does to the dialog what the typed line says.
 [[nodiscard]] FormReply apply_line(Dialog& dialog, std::wstring_view typed);
 
-// Esc: presses the dialog's button for it, if there is one.
-void cancel(Dialog& dialog);
-
 }  // namespace korvel

@@ -1,14 +1,13 @@
 #include "host/console/terminal_host.h"
 
 #include <algorithm>
-#include <exception>
-#include <new>
 #include <utility>
 
 #include "frame/case_mapping.h"
 #include "frame/dialog.h"
 #include "frame/message.h"
 #include "frame/palette.h"
+#include "frame/plugin.h"
 #include "frame/text_file.h"
 #include "frame/utf.h"
 #include "host/console/form.h"
@@ -199,7 +198,7 @@ std::optional<EntityList> TerminalHost::ask_selection_with(std::wstring_view pro
 
 bool TerminalHost::show(Dialog& dialog) {
   const bool accepted = converse(dialog, L"dialog> ");
-  if (!accepted) cancel(dialog);
+  if (!accepted) dialog.cancel();
   return accepted;
 }
 
@@ -327,19 +326,12 @@ void TerminalHost::unlock() {
 
 bool TerminalHost::run_guarded(std::wstring_view name, const std::function<void()>& action) {
   const int locks_before = locks_;
-  bool finished = false;
-  try {
-    action();
-    finished = true;
-  } catch (const std::bad_alloc&) {
-    refuse(std::wstring(name) + L" was not finished: there is not enough memory.");
-  } catch (const std::exception& error) {
-    refuse(std::wstring(name) + L" was not finished: " + from_utf8(error.what()) + L".");
-  }
+  const std::optional<std::wstring> failure = run_or_explain(name, action);
+  if (failure) refuse(*failure);
   end_progress();
   while (locks_ > locks_before)
     unlock();
-  return finished;
+  return !failure;
 }
 
 bool TerminalHost::run_host_command(const HostCommand& command) {

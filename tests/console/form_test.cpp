@@ -189,7 +189,7 @@ TEST(Form, ButtonsCloseItByTheirRole) {
   EXPECT_EQ(dialog.pressed(), L"OK");
   EXPECT_EQ(apply_line(dialog, L"can").kind, FormReply::Kind::Cancelled);
   SampleDialog other;
-  cancel(other);
+  other.cancel();
   EXPECT_EQ(other.pressed(), L"Cancel");
 }
 

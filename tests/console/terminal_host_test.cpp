@@ -192,8 +192,25 @@ TEST(TerminalHost, FoldersAndDevicesTakeNoExtension) {
 
 std::size_t pick_first_seen = 0;
 
-ConsoleCommandStack nobodys;
-CkorvelApp app{nobodys};
+// Commands that are run for a drawing without object data.
+class FewCommands final : public LoadedPlugin {
+ public:
+  explicit FewCommands(TerminalHost& host) : host_(host) {}
+
+  [[nodiscard]] const ConsoleCommandStack& commands() const override { return stack; }
+  void run(const ConsoleCommandStack::Entry& command) override {
+    StandaloneStore store(host_.drawing());
+    Session session{store, host_, choices_, palettes_};
+    command.handler(session);
+  }
+
+  ConsoleCommandStack stack;
+
+ private:
+  TerminalHost& host_;
+  RememberedChoices choices_;
+  Palettes palettes_;
+};
 
 void look_at_pick_first(Session& session) { pick_first_seen = session.host.pick_first().size(); }
 
@@ -207,11 +224,12 @@ void lock_and_throw(Session& session) {
 
 TEST(CommandLoop, FindsCommandsAndSurvivesThem) {
   Conversation talk({" '_.korvel_throw", "nonsense", ""});
-  ConsoleCommandStack stack;
+  FewCommands plugin(talk.host);
+  ConsoleCommandStack& stack = plugin.stack;
   stack.add_command(L"G", L"KORVEL_THROW", L"LocalThrow", 0, lock_and_throw);
   stack.add_command(L"G", L"localthrow", L"Taken", 0, lock_and_throw);
   EXPECT_FALSE(stack.find(L"taken")) << "one of its names is taken";
-  CommandLoop(talk.host, talk.lines, stack, app).run();
+  CommandLoop(talk.host, talk.lines, plugin).run();
   EXPECT_EQ(talk.printed(),
             "Command:  '_.korvel_throw\nKORVEL_THROW was not finished: a fault.\n"
             "Command: nonsense\nUnknown command \"nonsense\". Press F1 for help.\n"
@@ -224,11 +242,11 @@ TEST(CommandLoop, FindsCommandsAndSurvivesThem) {
 TEST(CommandLoop, OnlyCommandsThatUseThePickFirstSetSeeIt) {
   for (const auto& [flags, seen] : {std::pair(7, 1U), std::pair(0, 0U)}) {
     Conversation talk({"LOOK"});
-    ConsoleCommandStack stack;
-    stack.add_command(L"G", L"LOOK", L"LOOK", flags, look_at_pick_first);
+    FewCommands plugin(talk.host);
+    plugin.stack.add_command(L"G", L"LOOK", L"LOOK", flags, look_at_pick_first);
     talk.host.set_pick_first({talk.add_point({0, 0, 0})});
     pick_first_seen = 99;
-    CommandLoop(talk.host, talk.lines, stack, app).run();
+    CommandLoop(talk.host, talk.lines, plugin).run();
     EXPECT_EQ(pick_first_seen, seen);
   }
 }
@@ -271,7 +289,8 @@ TEST(HostCommands, CtrlCEndsTheCommandAndIsNotSeenByTheNextPrompt) {
       ASSERT_TRUE(host.drawing().add_entity({PointShape{{x, 0, 0}}}, EntityProperties{}));
     }
     testing::internal::CaptureStdout();
-    CommandLoop(host, lines, ConsoleCommandStack(), app).run();
+    FewCommands none(host);
+    CommandLoop(host, lines, none).run();
     const std::string unknown = "Unknown command \"NEXT\". Press F1 for help.\n";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(printed) + unknown);
     EXPECT_EQ(host.drawing().entities(Space::Model).size(), 2U);
@@ -290,7 +309,8 @@ TEST(HostCommands, ListTellsObjectDataThatCannotBeRead) {
   bytes.replace(bytes.rfind("ROADS"), 5, "RIVER");  // in the record: there is no such table
   Conversation talk({"LIST", "LAST", ""});
   talk.host.replace_drawing(std::move(*Drawing::read(bytes, "damaged")));
-  CommandLoop(talk.host, talk.lines, ConsoleCommandStack(), app).run();
+  FewCommands none(talk.host);
+  CommandLoop(talk.host, talk.lines, none).run();
   const std::string printed = talk.printed();
   EXPECT_TRUE(printed.ends_with("  Object data: cannot be read\n")) << printed;
 }
