@@ -4,6 +4,7 @@
 
 #ifdef KORVEL_ARX_DOUBLE
 #include "tests/arx_double/db_classes.h"
+#include "tests/arx_double/dictionary_classes.h"
 #include "tests/arx_double/ed_classes.h"
 #include "tests/arx_double/map_classes.h"
 #include "tests/arx_double/rx_classes.h"

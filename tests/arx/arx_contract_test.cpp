@@ -2,9 +2,11 @@
 #include "frame/forwarding_host.h"
 #include "host/arx/command_line.h"
 #include "host/arx/database.h"
+#include "host/arx/extension_dictionary.h"
 #include "host/arx/object_data.h"
 #include "host/arx/selection.h"
 #include "tests/arx_double/db_classes.h"
+#include "tests/arx_double/dictionary_classes.h"
 #include "tests/arx_double/map_classes.h"
 #include "tests/host/contract_suite.h"
 #include "tests/host/drawing_file.h"
@@ -33,6 +35,12 @@ class BoundHost final : public ForwardingHost {
     return arx::extents_of(entity);
   }
   [[nodiscard]] std::vector<Layer> layers() const override { return arx::layers(); }
+  [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
+    return arx::extension_entries(entity);
+  }
+  bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override {
+    return arx::store_extension_entry(entity, entry);
+  }
   [[nodiscard]] EntityList pick_first() const override { return arx::pick_first(); }
   void set_pick_first(const EntityList& entities) override { arx::set_pick_first(entities); }
   [[nodiscard]] std::optional<EntityList> ask_selection() override { return arx::ask_selection(); }
@@ -80,6 +88,7 @@ class OverDouble final : public HostUnderTest {
     EXPECT_EQ(arx_double::undeleted_map_objects(), undeleted_before_);
     EXPECT_EQ(arx_double::open_objects(), 0);
     EXPECT_EQ(arx_double::open_selection_sets(), 0);
+    EXPECT_EQ(arx_double::undeleted_dictionary_iterators(), 0);
   }
 
   ODStore& store() override { return *store_; }

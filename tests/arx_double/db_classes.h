@@ -29,6 +29,8 @@ enum ErrorStatus {
   eWasErased,
   eOnLockedLayer,
   eNotThatKindOfClass,
+  eAlreadyInDb,
+  eContainerNotEmpty,
   eError
 };
 }
@@ -99,10 +101,20 @@ class AcDbObject {
   Acad::ErrorStatus erase();
   Acad::ErrorStatus close();
 
+  static AcDbObject* cast(AcDbObject* object) { return object; }
+  // Of no drawing; null for what cannot be cloned.
+  [[nodiscard]] virtual AcDbObject* clone() const { return nullptr; }
+
+  // See dictionary_classes.h.
+  [[nodiscard]] AcDbObjectId extensionDictionary() const;
+  Acad::ErrorStatus createExtensionDictionary();
+  Acad::ErrorStatus releaseExtensionDictionary();
+
   void give_id(AcDbObjectId id) { id_ = id; }
 
  private:
   AcDbObjectId id_;
+  bool has_new_dictionary_ = false;
 };
 
 class AcDbEntity : public AcDbObject {
