@@ -20,4 +20,11 @@ using Opened = std::unique_ptr<Object, CloseObject>;
   return Opened<AcDbEntity>(acdbOpenObject(entity, id, mode) == Acad::eOk ? entity : nullptr);
 }
 
+struct ReleaseBuffers {
+  void operator()(resbuf* first) const { acutRelRb(first); }
+};
+
+// A list of values for the host; null when it could not be made.
+using ResultBuffers = std::unique_ptr<resbuf, ReleaseBuffers>;
+
 }  // namespace korvel::arx

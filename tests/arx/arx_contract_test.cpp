@@ -2,7 +2,9 @@
 #include "frame/forwarding_host.h"
 #include "host/arx/command_line.h"
 #include "host/arx/database.h"
+#include "host/arx/editor_reactor.h"
 #include "host/arx/extension_dictionary.h"
+#include "host/arx/host_command.h"
 #include "host/arx/object_data.h"
 #include "host/arx/selection.h"
 #include "tests/arx_double/db_classes.h"
@@ -69,6 +71,11 @@ class BoundHost final : public ForwardingHost {
   bool set_variable(std::wstring_view name, int value) override {
     return arx::set_variable(name, value);
   }
+  bool run_command(std::wstring_view name, EntityId entity) override {
+    return arx::run_command(name, entity);
+  }
+  void add_reactor(EditorReactor& reactor) override { arx::add_reactor(reactor); }
+  void remove_reactor(EditorReactor& reactor) override { arx::remove_reactor(reactor); }
   void lock() override { arx::lock(); }
   void unlock() override { arx::unlock(); }
   void cancel_command() override { arx::cancel_command(); }

@@ -1,9 +1,11 @@
 // A double of the CAD host's editor functions, see db_classes.h: selection sets, prompts, messages,
-// variables, the progress meter, commands and the document.
+// variables, the progress meter, commands, reactors and the document.
 //
 // What the real ones are known to do, these do: at most 128 selection sets are open at a time, each
 // that was not freed is counted; a printed text is cut after 132 characters; a document is unlocked
-// as often as it was locked.
+// as often as it was locked; a command wants an answer to every prompt. What they are not known to
+// allow, these refuse: BREAK on an entity that was not pointed at, and a change of the editor's
+// reactors while they are told something.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +17,11 @@ inline constexpr int RTNONE = 5000;
 inline constexpr int RTERROR = -5001;
 inline constexpr int RTCAN = -5002;
 inline constexpr int RTSHORT = 5003;
+inline constexpr int RTSTR = 5005;
+inline constexpr int RTENAME = 5006;
+inline constexpr int RT3DPOINT = 5009;
+inline constexpr int RTLB = 5016;
+inline constexpr int RTLE = 5017;
 
 using ads_real = double;
 using ads_point = ads_real[3];
@@ -25,9 +32,16 @@ struct resbuf {
   short restype = 0;
   union {
     ads_real rreal;
+    ads_real rpoint[3];
     short rint;
+    ACHAR* rstring;
+    std::int64_t rlname[2];
   } resval{};
 };
+
+// Pairs of a type and its value, up to a type 0. Texts are copied.
+resbuf* acutBuildList(int type, ...);
+int acutRelRb(resbuf* list);
 
 int acedSSGet(const ACHAR* mode, const void* point1, const void* point2, const resbuf* filter,
               ads_name set);
@@ -70,10 +84,36 @@ class AcApDocManager {
 };
 AcApDocManager* acDocManagerPtr();
 void acedPostCommand(const ACHAR* text);
+int acedCmdS(const resbuf* answers, bool for_future_use = false, AcApDocument* document = nullptr);
+
+class AcEditorReactor {
+ public:
+  AcEditorReactor() = default;
+  AcEditorReactor(const AcEditorReactor&) = delete;
+  AcEditorReactor& operator=(const AcEditorReactor&) = delete;
+  virtual ~AcEditorReactor() = default;
+  virtual void commandEnded(const ACHAR* /*name*/) {}
+  virtual void commandCancelled(const ACHAR* /*name*/) {}
+  virtual void commandFailed(const ACHAR* /*name*/) {}
+};
+
+class AcEditor {
+ public:
+  void addReactor(AcEditorReactor* reactor);
+  void removeReactor(AcEditorReactor* reactor);
+};
+AcEditor* the_editor();
+#define acedEditor the_editor()
 
 namespace korvel::arx_double {
 
 // Selection sets made and not yet freed.
 [[nodiscard]] int open_selection_sets();
+
+// Values of lists made and not yet released.
+[[nodiscard]] int unreleased_buffers();
+
+// Reactors that the editor would tell something.
+[[nodiscard]] int editor_reactors();
 
 }  // namespace korvel::arx_double
