@@ -41,11 +41,7 @@ void deactivate(AcMapAttachedDrawing& drawing) { drawing.Deactivate(); }
 
 std::vector<std::wstring> names_of_tables(const AcMapAttachedDrawing& drawing) {
   AcMapStringArray held;
-  std::vector<std::wstring> names;
-  if (drawing.GetODTableNames(held) != AcMap::kOk) return names;
-  for (int i = 0; i < held.Length(); ++i)
-    names.emplace_back(held[i]);
-  return names;
+  return drawing.GetODTableNames(held) == AcMap::kOk ? texts_of(held) : std::vector<std::wstring>();
 }
 
 }  // namespace

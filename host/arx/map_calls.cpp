@@ -26,6 +26,13 @@ AcMapODColumnDefinition host_column(const ODColumnDef& column) {
 
 }  // namespace
 
+std::vector<std::wstring> texts_of(const AcMapStringArray& array) {
+  std::vector<std::wstring> texts;
+  for (int i = 0; i < array.Length(); ++i)
+    texts.emplace_back(array[i]);
+  return texts;
+}
+
 AcMapODContainer* container() {
   AcMapSession* const session = AcMapGetSession();
   AcMapProject* project = nullptr;
@@ -38,11 +45,7 @@ AcMapODContainer* container() {
 
 std::vector<std::wstring> table_names(const AcMapODContainer& container) {
   AcMapStringArray held;
-  std::vector<std::wstring> names;
-  if (!is_ok(container.GetODTableNames(held))) return names;
-  for (int i = 0; i < held.Length(); ++i)
-    names.emplace_back(held[i]);
-  return names;
+  return is_ok(container.GetODTableNames(held)) ? texts_of(held) : std::vector<std::wstring>();
 }
 
 std::unique_ptr<AcMapODTable> open_table(AcMapODContainer& container, const std::wstring& name) {
@@ -156,6 +159,18 @@ void assign(AcMapValue& to, const ODValueView& value) {
     void operator()(const Point3& point) const { to = AcGePoint3d(point.x, point.y, point.z); }
   };
   std::visit(Assign{to}, value);
+}
+
+std::vector<std::wstring> feature_classes(AcDbDatabase& drawing) {
+  AcMapClassificationManager manager(&drawing);
+  AcMapStringArray held;
+  return is_ok(manager.GetAllTags(held)) ? texts_of(held) : std::vector<std::wstring>();
+}
+
+bool classify(AcDbDatabase& drawing, const AcDbObjectId& object,
+              const std::wstring& feature_class) {
+  AcMapClassificationManager manager(&drawing);
+  return is_ok(manager.Classify(object, feature_class.c_str()));
 }
 
 }  // namespace korvel::arx::map

@@ -17,6 +17,9 @@ namespace korvel::arx::map {
 // The object data of the current drawing; the host's own. Null without Map or without a project.
 [[nodiscard]] AcMapODContainer* container();
 
+// The host's own arrays of texts are used in no other way.
+[[nodiscard]] std::vector<std::wstring> texts_of(const AcMapStringArray& array);
+
 // In the host's order.
 [[nodiscard]] std::vector<std::wstring> table_names(const AcMapODContainer& container);
 
@@ -52,5 +55,9 @@ bool remove_record(AcMapODRecordIterator& records);
 [[nodiscard]] ODValueView view_of(const AcMapValue& value);
 // The value must be of the type of what it holds: the host's values never change their type.
 void assign(AcMapValue& to, const ODValueView& value);
+
+// The feature classes of a drawing, and giving an entity one of them.
+[[nodiscard]] std::vector<std::wstring> feature_classes(AcDbDatabase& drawing);
+bool classify(AcDbDatabase& drawing, const AcDbObjectId& object, const std::wstring& feature_class);
 
 }  // namespace korvel::arx::map

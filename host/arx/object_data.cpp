@@ -9,6 +9,14 @@
 #include "host/arx/object_ids.h"
 
 namespace korvel::arx {
+namespace {
+
+// Null without Map or without a drawing.
+AcDbDatabase* classified_drawing() {
+  return AcMapGetSession() == nullptr ? nullptr : acdbHostApplicationServices()->workingDatabase();
+}
+
+}  // namespace
 
 class ArxStore::Iterator final : public RecordIterator {
  public:
@@ -248,6 +256,17 @@ std::wstring ArxStore::aliased(const std::filesystem::path& path) const {
 
 std::unique_ptr<AttachedDrawing> ArxStore::attach_drawing(const std::filesystem::path& path) {
   return open_attached_drawing(*this, aliased(path));
+}
+
+std::vector<std::wstring> ArxStore::feature_classes() const {
+  AcDbDatabase* const drawing = classified_drawing();
+  return drawing == nullptr ? std::vector<std::wstring>() : map::feature_classes(*drawing);
+}
+
+bool ArxStore::classify(EntityId entity, std::wstring_view feature_class) {
+  AcDbDatabase* const drawing = classified_drawing();
+  return drawing != nullptr &&
+         map::classify(*drawing, object_id(entity), std::wstring(feature_class));
 }
 
 }  // namespace korvel::arx

@@ -38,6 +38,8 @@ class ArxStore final : public ODStore {
   bool remove_path_alias(std::wstring_view name) override;
   [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(
       const std::filesystem::path& path) override;
+  [[nodiscard]] std::vector<std::wstring> feature_classes() const override;
+  bool classify(EntityId entity, std::wstring_view feature_class) override;
 
  private:
   class Iterator;

@@ -135,6 +135,37 @@ TEST(ArxStore, WithoutMapHasNothingAndDoesNothing) {
   EXPECT_FALSE(store.records()->open({1}, OpenMode::Read));
   EXPECT_FALSE(store.add_path_alias(L"DATA", L"C:"));
   EXPECT_EQ(store.attach_drawing("drawing.dxf"), nullptr);
+  EXPECT_TRUE(store.feature_classes().empty());
+  EXPECT_FALSE(store.classify({1}, L"ROAD"));
+}
+
+// Knows two feature classes.
+class ClassifyingStore final : public ForwardingStore {
+ public:
+  using ForwardingStore::ForwardingStore;
+  [[nodiscard]] std::vector<std::wstring> feature_classes() const override {
+    return {L"ROAD", L"RIVER"};
+  }
+  bool classify(EntityId entity, std::wstring_view feature_class) override {
+    classified.emplace_back(entity, feature_class);
+    return feature_class == L"ROAD";
+  }
+  std::vector<std::pair<EntityId, std::wstring>> classified;
+};
+
+TEST(ArxStore, ClassifiesThroughMap) {
+  ScriptedHost drawing(make_drawing({{L"0"}}, {{L"0"}}));
+  StandaloneStore plain(drawing.drawing());
+  ClassifyingStore classes(plain);
+  const arx_double::DatabaseOver database(drawing);
+  const arx_double::MapOverStore map(classes);
+  arx::ArxStore store;
+  const EntityId entity = drawing.model_space().at(0);
+  EXPECT_EQ(store.feature_classes(), (std::vector<std::wstring>{L"ROAD", L"RIVER"}));
+  EXPECT_TRUE(store.classify(entity, L"ROAD"));
+  EXPECT_FALSE(store.classify(entity, L"LAKE"));
+  EXPECT_EQ(classes.classified,
+            (std::vector<std::pair<EntityId, std::wstring>>{{entity, L"ROAD"}, {entity, L"LAKE"}}));
 }
 
 TEST(CommandLine, PrintsLongTextsInPiecesAndNeverAsAFormat) {

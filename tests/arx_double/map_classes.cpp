@@ -293,6 +293,23 @@ AcMap::EErrCode AcMapSession::GetProject(AcMapProject*& project) {
   return code_of(project != nullptr);
 }
 
+AcMapClassificationManager::AcMapClassificationManager(AcDbDatabase* drawing) {
+  if (drawing == nullptr || current_project == nullptr) {
+    throw std::logic_error("classification without a drawing or without Map");
+  }
+}
+
+AcMap::EErrCode AcMapClassificationManager::GetAllTags(AcMapStringArray& names) const {
+  for (std::wstring& name : current_project->store().feature_classes())
+    names.Append(std::move(name));
+  return AcMap::kOk;
+}
+
+AcMap::EErrCode AcMapClassificationManager::Classify(const AcDbObjectId& object,
+                                                     const ACHAR* feature_class) {
+  return code_of(current_project->store().classify(entity_of(object), feature_class));
+}
+
 AcMapSession* AcMapGetSession() {
   static AcMapSession session;
   return current_project == nullptr ? nullptr : &session;

@@ -214,6 +214,7 @@ class AcMapProject {
   explicit AcMapProject(korvel::ODStore& store) : container_(store), set_(store, container_) {}
   AcMap::EErrCode GetODContainer(AcMapODContainer*& container);
   AcMap::EErrCode GetDrawingSet(AcMapDrawingSet*& set);
+  [[nodiscard]] korvel::ODStore& store() { return container_.store(); }
 
  private:
   AcMapODContainer container_;
@@ -224,6 +225,14 @@ class AcMapSession {
  public:
   AcMap::EErrCode GetProject(AcMapProject*& project);
   AcMap::EErrCode GetAliases(AcMapAliases*& aliases);
+};
+
+// Of the one drawing there is.
+class AcMapClassificationManager {
+ public:
+  explicit AcMapClassificationManager(AcDbDatabase* drawing);
+  AcMap::EErrCode GetAllTags(AcMapStringArray& names) const;
+  AcMap::EErrCode Classify(const AcDbObjectId& object, const ACHAR* feature_class);
 };
 
 // Null when there is no Map.
