@@ -21,7 +21,9 @@ AcMapAliases* aliases() {
 AcMapDrawingSet* drawing_set() {
   AcMapSession* const session = AcMapGetSession();
   AcMapProject* project = nullptr;
-  if (session == nullptr || session->GetProject(project) != AcMap::kOk) return nullptr;
+  if (session == nullptr || session->GetProject(project) != AcMap::kOk || project == nullptr) {
+    return nullptr;
+  }
   AcMapDrawingSet* set = nullptr;
   return project->GetDrawingSet(set) == AcMap::kOk ? set : nullptr;
 }
@@ -52,7 +54,7 @@ bool add_alias(const std::wstring& name, const std::wstring& path) {
   if (held == nullptr || held->AddAlias(made, name.c_str(), path.c_str()) != AcMap::kOk) {
     return false;
   }
-  delete made;  // the caller's copy; the alias itself stays
+  const std::unique_ptr<AcMapDriveAlias> copy(made);  // the caller's; the alias itself stays
   return true;
 }
 
@@ -67,32 +69,34 @@ namespace {
 
 class ArxAttachedDrawing final : public AttachedDrawing {
  public:
-  ArxAttachedDrawing(const ODStore& active, AcMapDrawingSet& set, AcMapAttachedDrawing& drawing,
-                     std::wstring aliased_path)
-      : own_tables_(active.table_names()),
-        set_(set),
-        drawing_(drawing),
-        aliased_path_(std::move(aliased_path)) {}
+  ArxAttachedDrawing(const ODStore& active, AcMapDrawingSet& set, std::wstring aliased_path)
+      : own_tables_(active.table_names()), set_(set), aliased_path_(std::move(aliased_path)) {}
   ArxAttachedDrawing(const ArxAttachedDrawing&) = delete;
   ArxAttachedDrawing& operator=(const ArxAttachedDrawing&) = delete;
   // A drawing left attached would be written into the project.
   ~ArxAttachedDrawing() override {
     deactivate();
-    map::detach(set_, aliased_path_);
+    if (drawing_ != nullptr) map::detach(set_, aliased_path_);
   }
 
-  bool activate() override { return is_active_ = map::activate(drawing_); }
+  // First of all.
+  bool attach() {
+    drawing_ = map::attach(set_, aliased_path_);
+    return drawing_ != nullptr;
+  }
+
+  bool activate() override { return is_active_ = map::activate(*drawing_); }
   void deactivate() override {
-    if (is_active_) map::deactivate(drawing_);
+    if (is_active_) map::deactivate(*drawing_);
     is_active_ = false;
   }
   [[nodiscard]] std::vector<std::wstring> table_names() const override {
-    return map::names_of_tables(drawing_);
+    return map::names_of_tables(*drawing_);
   }
   // Of two tables of one name the host knows the active drawing's alone.
   [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override {
     const std::unique_ptr<AcMapODTable> found = open(name);
-    return found ? std::optional(map::definition_of(*found, std::wstring(name))) : std::nullopt;
+    return found ? map::definition_of(*found, std::wstring(name)) : std::nullopt;
   }
   TableChange copy_definition(std::wstring_view name) override {
     const std::unique_ptr<AcMapODTable> found = open(name);
@@ -116,10 +120,10 @@ class ArxAttachedDrawing final : public AttachedDrawing {
     return map::open_table(*container, std::wstring(name));
   }
 
-  // Of the active drawing, listed while no other one's stand among them.
+  // Of the active drawing, listed before another one's can stand among them.
   std::vector<std::wstring> own_tables_;
   AcMapDrawingSet& set_;
-  AcMapAttachedDrawing& drawing_;
+  AcMapAttachedDrawing* drawing_ = nullptr;
   std::wstring aliased_path_;
   bool is_active_ = false;
 };
@@ -129,9 +133,9 @@ class ArxAttachedDrawing final : public AttachedDrawing {
 std::unique_ptr<AttachedDrawing> open_attached_drawing(const ODStore& active,
                                                        const std::wstring& aliased_path) {
   AcMapDrawingSet* const set = map::drawing_set();
-  AcMapAttachedDrawing* const drawing = set == nullptr ? nullptr : map::attach(*set, aliased_path);
-  if (drawing == nullptr) return nullptr;
-  return std::make_unique<ArxAttachedDrawing>(active, *set, *drawing, aliased_path);
+  if (set == nullptr) return nullptr;
+  auto drawing = std::make_unique<ArxAttachedDrawing>(active, *set, aliased_path);
+  return drawing->attach() ? std::move(drawing) : nullptr;
 }
 
 }  // namespace korvel::arx

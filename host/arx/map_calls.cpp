@@ -11,8 +11,18 @@ AcMapValue host_value(const ODValue& value) {
   return held;
 }
 
+// The host may give none.
+std::wstring_view text_of(const ACHAR* text) {
+  return text == nullptr ? std::wstring_view() : std::wstring_view(text);
+}
+
+ODType type_of(AcMap::EDataType type) {
+  const auto known = static_cast<ODType>(type);
+  return known >= ODType::Integer && known <= ODType::Point ? known : ODType::Unknown;
+}
+
 ODColumnDef column_of(const AcMapODColumnDefinition& column) {
-  return {column.Name(), static_cast<ODType>(column.Type()),
+  return {std::wstring(text_of(column.Name())), type_of(column.Type()),
           copy_of(view_of(column.DefaultValue()))};
 }
 
@@ -29,7 +39,7 @@ AcMapODColumnDefinition host_column(const ODColumnDef& column) {
 std::vector<std::wstring> texts_of(const AcMapStringArray& array) {
   std::vector<std::wstring> texts;
   for (int i = 0; i < array.Length(); ++i)
-    texts.emplace_back(array[i]);
+    texts.emplace_back(text_of(array[i]));
   return texts;
 }
 
@@ -66,27 +76,43 @@ std::unique_ptr<AcMapODRecordIterator> open_records(AcMapODTable& table) {
   return std::unique_ptr<AcMapODRecordIterator>(records);
 }
 
-ODTableDef definition_of(const AcMapODTable& table, const std::wstring& name) {
+std::optional<ODTableDef> definition_of(const AcMapODTable& table, const std::wstring& name) {
   ODTableDef definition{name, {}};
   const AcMapODTableDefinition& held = table.TableDefinition();
   AcMapODColumnDefinition column;
   for (int i = 0; i < held.ColumnCnt(); ++i) {
-    if (is_ok(held.GetColumn(column, i))) definition.columns.push_back(column_of(column));
+    if (!is_ok(held.GetColumn(column, i))) return std::nullopt;
+    definition.columns.push_back(column_of(column));
   }
   return definition;
 }
 
-AcMapODTableDefinition host_definition(const ODTableDef& definition) {
-  AcMapODTableDefinition made;
-  for (const ODColumnDef& column : definition.columns)
-    made.AddColumn(host_column(column), made.ColumnCnt());
-  return made;
+AcMapODTableDefinition host_definition(const AcMapODTable& table) {
+  return table.TableDefinition();
+}
+
+bool rename_column(AcMapODTableDefinition& definition, int index, const std::wstring& to) {
+  AcMapODColumnDefinition column;
+  if (!is_ok(definition.GetColumn(column, index))) return false;
+  column.SetName(to.c_str());
+  return is_ok(definition.SetColumn(column, index));
+}
+
+bool add_column(AcMapODTableDefinition& definition, const ODColumnDef& column, int index) {
+  return is_ok(definition.AddColumn(host_column(column), index));
+}
+
+bool remove_column(AcMapODTableDefinition& definition, int index) {
+  return is_ok(definition.RemoveColumn(index));
 }
 
 bool create_table(AcMapODContainer& container, const ODTableDef& definition) {
   constexpr bool as_extended_data = false;
-  return is_ok(container.CreateODTable(definition.name.c_str(), host_definition(definition), L"",
-                                       as_extended_data));
+  AcMapODTableDefinition made;
+  for (const ODColumnDef& column : definition.columns) {
+    if (!add_column(made, column, made.ColumnCnt())) return false;
+  }
+  return is_ok(container.CreateODTable(definition.name.c_str(), made, L"", as_extended_data));
 }
 
 bool rename_table(AcMapODContainer& container, const std::wstring& from, const std::wstring& to) {
@@ -97,8 +123,9 @@ bool remove_table(AcMapODContainer& container, const std::wstring& name) {
   return is_ok(container.RemoveODTable(name.c_str()));
 }
 
-bool redefine_table(AcMapODContainer& container, const ODTableDef& definition) {
-  return is_ok(container.UpdateODTable(definition.name.c_str(), host_definition(definition)));
+bool update_table(AcMapODContainer& container, const std::wstring& name,
+                  const AcMapODTableDefinition& definition) {
+  return is_ok(container.UpdateODTable(name.c_str(), definition));
 }
 
 bool begin_record(const AcMapODTable& table, AcMapODTableRecord& record) {
@@ -130,16 +157,18 @@ bool update_record(AcMapODRecordIterator& records, const AcMapODTableRecord& rec
 
 bool remove_record(AcMapODRecordIterator& records) { return is_ok(records.RemoveRecord()); }
 
+std::wstring_view table_name(const AcMapODTableRecord& record) {
+  return text_of(record.ODTableName());
+}
+
 ODValueView view_of(const AcMapValue& value) {
   switch (static_cast<ODType>(value.Type())) {
     case ODType::Integer:
       return std::int32_t{static_cast<int>(value)};
     case ODType::Real:
       return static_cast<double>(value);
-    case ODType::Character: {
-      const auto* const text = static_cast<const ACHAR*>(value);
-      return text == nullptr ? std::wstring_view() : std::wstring_view(text);
-    }
+    case ODType::Character:
+      return text_of(static_cast<const ACHAR*>(value));
     case ODType::Point: {
       const auto point = static_cast<AcGePoint3d>(value);
       return Point3{point.x, point.y, point.z};

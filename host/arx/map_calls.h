@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,15 +30,22 @@ namespace korvel::arx::map {
 [[nodiscard]] std::unique_ptr<AcMapODRecordIterator> open_records(AcMapODContainer& container);
 [[nodiscard]] std::unique_ptr<AcMapODRecordIterator> open_records(AcMapODTable& table);
 
-[[nodiscard]] ODTableDef definition_of(const AcMapODTable& table, const std::wstring& name);
-[[nodiscard]] AcMapODTableDefinition host_definition(const ODTableDef& definition);
+// None when a column cannot be read.
+[[nodiscard]] std::optional<ODTableDef> definition_of(const AcMapODTable& table,
+                                                      const std::wstring& name);
+// A copy; what is changed in it has effect by update_table.
+[[nodiscard]] AcMapODTableDefinition host_definition(const AcMapODTable& table);
+bool rename_column(AcMapODTableDefinition& definition, int index, const std::wstring& to);
+bool add_column(AcMapODTableDefinition& definition, const ODColumnDef& column, int index);
+bool remove_column(AcMapODTableDefinition& definition, int index);
 
 // Records as extension-dictionary entries, so that BREAK and copies of the dictionary carry them.
 bool create_table(AcMapODContainer& container, const ODTableDef& definition);
 bool rename_table(AcMapODContainer& container, const std::wstring& from, const std::wstring& to);
 bool remove_table(AcMapODContainer& container, const std::wstring& name);
 // Has effect on the records that there are.
-bool redefine_table(AcMapODContainer& container, const ODTableDef& definition);
+bool update_table(AcMapODContainer& container, const std::wstring& name,
+                  const AcMapODTableDefinition& definition);
 
 // A record with a value for every column, of the right type, which is the column's default.
 bool begin_record(const AcMapODTable& table, AcMapODTableRecord& record);
@@ -51,6 +59,8 @@ bool get_record(const AcMapODRecordIterator& records, AcMapODTableRecord& record
 bool update_record(AcMapODRecordIterator& records, const AcMapODTableRecord& record);
 bool remove_record(AcMapODRecordIterator& records);
 
+// Empty of a record that was not read. A view into the record.
+[[nodiscard]] std::wstring_view table_name(const AcMapODTableRecord& record);
 // Text is a view into the host's value and dies with it.
 [[nodiscard]] ODValueView view_of(const AcMapValue& value);
 // The value must be of the type of what it holds: the host's values never change their type.

@@ -20,9 +20,9 @@ AcDbDatabase* classified_drawing() {
 
 class ArxStore::Iterator final : public RecordIterator {
  public:
-  // Without the host's iterator there is nothing to walk. The table must outlive this.
-  Iterator(ArxStore& store, std::unique_ptr<AcMapODRecordIterator> records)
-      : store_(store), records_(std::move(records)) {
+  // Over the records of one table, or of all.
+  Iterator(ArxStore& store, std::optional<std::wstring> table)
+      : store_(store), table_(std::move(table)) {
     store_.iterators_.push_back(this);
   }
   Iterator(const Iterator&) = delete;
@@ -35,17 +35,20 @@ class ArxStore::Iterator final : public RecordIterator {
     go_to_first();
     return opened_;
   }
-  [[nodiscard]] int count() const override { return opened_ ? map::quantity(*records_) : 0; }
+  [[nodiscard]] int count() const override {
+    return opened_ && records_ ? map::quantity(*records_) : 0;
+  }
   void start() override {
     if (opened_) go_to_first();
   }
   [[nodiscard]] bool done() const override { return !walking_ || map::is_done(*records_); }
   void next() override {
+    if (done()) return;
     read_ = false;
     map::step(*records_);
   }
 
-  [[nodiscard]] std::wstring_view table_name() const override { return record().ODTableName(); }
+  [[nodiscard]] std::wstring_view table_name() const override { return map::table_name(record()); }
   [[nodiscard]] int value_count() const override { return record().Count(); }
   [[nodiscard]] ODValueView value(int index) const override {
     const bool there = index >= 0 && index < record().Count();
@@ -64,30 +67,40 @@ class ArxStore::Iterator final : public RecordIterator {
     return write();
   }
   bool remove() override {
-    if (!writes() || !map::remove_record(*records_)) return false;
-    // Where the host's iterator stands now is not known.
-    end();
-    store_.end_iterators_on(entity_, this);
+    if (!writes()) return false;
+    store_.release_iterators_on(entity_, this);
+    if (!map::remove_record(*records_)) return false;
+    end();  // where the host's iterator stands now is not known
     return true;
   }
 
   [[nodiscard]] bool stands_on(EntityId entity) const { return entity_ == entity && !done(); }
   [[nodiscard]] EntityId entity() const { return entity_; }
-  void end() {
-    walking_ = false;
-    read_ = false;
+  void read_again() { read_ = false; }
+  // Stands on nothing, and the host has no iterator of it, until start() or open().
+  void release() {
+    end();
+    records_.reset();
   }
 
  private:
   void go_to_first() {
     read_ = false;
+    if (!records_) records_ = store_.open_records(table_);
     opened_ = records_ && map::start_at(*records_, object_id(entity_), mode_);
     walking_ = opened_;
   }
+  void end() {
+    walking_ = false;
+    read_ = false;
+  }
   [[nodiscard]] bool writes() const { return mode_ == AcMap::kOpenForWrite && !done(); }
-  // The host's copy of the current record, fetched once.
+  // The host's copy of the current record, fetched once; empty when it cannot be had.
   [[nodiscard]] const AcMapODTableRecord& record() const {
-    if (!read_) read_ = map::get_record(*records_, record_);
+    if (!read_) {
+      read_ = map::get_record(*records_, record_);
+      if (!read_) record_ = AcMapODTableRecord();
+    }
     return record_;
   }
   [[nodiscard]] bool fits_current(const ODRecord& changed) const {
@@ -100,18 +113,20 @@ class ArxStore::Iterator final : public RecordIterator {
     }
     return true;
   }
-  // What the host refused is read again.
+  // What the host refused is read again, and so is what others have read of the record.
   bool write() {
+    store_.read_again_on(entity_);
     read_ = map::update_record(*records_, record_);
     return read_;
   }
 
   ArxStore& store_;
+  std::optional<std::wstring> table_;
   std::unique_ptr<AcMapODRecordIterator> records_;
   EntityId entity_;
   AcMap::EOpenMode mode_ = AcMap::kOpenForRead;
   bool opened_ = false;
-  bool walking_ = false;  // between start and an end by removal
+  bool walking_ = false;  // between start and an end by removal; never without records_
   mutable bool read_ = false;
   mutable AcMapODTableRecord record_;
 };
@@ -131,8 +146,9 @@ const ArxStore::OpenTable* ArxStore::open_table(std::wstring_view name) const {
     std::wstring wanted(name);
     std::unique_ptr<AcMapODTable> table = map::open_table(*container_, wanted);
     if (!table) return nullptr;
-    ODTableDef definition = map::definition_of(*table, wanted);
-    OpenTable opened{std::move(table), std::move(definition)};
+    std::optional<ODTableDef> definition = map::definition_of(*table, wanted);
+    if (!definition) return nullptr;
+    OpenTable opened{std::move(table), *std::move(definition)};
     known = tables_.emplace(std::move(wanted), std::move(opened)).first;
   }
   return &known->second;
@@ -152,10 +168,9 @@ TableChange ArxStore::define_table(const ODTableDef& definition) {
 
 TableChange ArxStore::delete_table(std::wstring_view name) {
   if (open_table(name) == nullptr) return TableChange::TableMissing;
-  forget_tables();
-  if (!map::remove_table(*container_, std::wstring(name))) return TableChange::Failed;
-  end_all_iterators();
-  return TableChange::Done;
+  const std::wstring wanted(name);
+  let_go_of_tables();
+  return map::remove_table(*container_, wanted) ? TableChange::Done : TableChange::Failed;
 }
 
 TableChange ArxStore::rename_table(std::wstring_view from, std::wstring_view to) {
@@ -163,50 +178,71 @@ TableChange ArxStore::rename_table(std::wstring_view from, std::wstring_view to)
   if (from == to) return TableChange::Done;
   if (to.empty()) return TableChange::Failed;
   if (open_table(to) != nullptr) return TableChange::TableExists;
-  forget_tables();
-  const bool done = map::rename_table(*container_, std::wstring(from), std::wstring(to));
+  const std::wstring former(from);
+  let_go_of_tables();
+  const bool done = map::rename_table(*container_, former, std::wstring(to));
   return done ? TableChange::Done : TableChange::Failed;
 }
 
 ColumnChange ArxStore::rename_column(std::wstring_view table, std::wstring_view from,
                                      std::wstring_view to) {
-  std::optional<ODTableDef> definition = this->table(table);
+  const std::optional<ODTableDef> definition = this->table(table);
   if (const auto answer = answer_to_rename(definition, from, to)) return *answer;
-  definition->columns[*definition->column(from)].name = to;
-  return redefine(*definition);
+  return redefine(table, [&](AcMapODTableDefinition& changed) {
+    return map::rename_column(changed, static_cast<int>(*definition->column(from)),
+                              std::wstring(to));
+  });
 }
 
 ColumnChange ArxStore::add_column(std::wstring_view table, const ODColumnDef& column, int index) {
-  std::optional<ODTableDef> definition = this->table(table);
-  if (const auto answer = answer_to_add(definition, column, index)) return *answer;
-  definition->columns.insert(definition->columns.begin() + index, column);
-  return redefine(*definition);
+  if (const auto answer = answer_to_add(this->table(table), column, index)) return *answer;
+  return redefine(table, [&](AcMapODTableDefinition& changed) {
+    return map::add_column(changed, column, index);
+  });
 }
 
 ColumnChange ArxStore::remove_column(std::wstring_view table, int index) {
-  std::optional<ODTableDef> definition = this->table(table);
-  if (const auto answer = answer_to_remove(definition, index)) return *answer;
-  definition->columns.erase(definition->columns.begin() + index);
-  return redefine(*definition);
+  if (const auto answer = answer_to_remove(this->table(table), index)) return *answer;
+  return redefine(table, [index](AcMapODTableDefinition& changed) {
+    return map::remove_column(changed, index);
+  });
 }
 
-ColumnChange ArxStore::redefine(const ODTableDef& definition) {
-  forget_tables();
-  return map::redefine_table(*container_, definition) ? ColumnChange::Done : ColumnChange::Failed;
+// Changes a copy of the host's own definition, which knows more of its columns than ODTableDef
+// does.
+template <class Change>
+ColumnChange ArxStore::redefine(std::wstring_view table, const Change& change) {
+  const std::wstring name(table);
+  AcMapODTableDefinition definition = map::host_definition(*open_table(name)->table);
+  if (!change(definition)) return ColumnChange::Failed;
+  let_go_of_tables();
+  return map::update_table(*container_, name, definition) ? ColumnChange::Done
+                                                          : ColumnChange::Failed;
 }
 
-// Whatever was known of the tables may be wrong after a change.
-void ArxStore::forget_tables() const { tables_.clear(); }
+// Before a table is changed: the records of an entity must not change beside an iterator on it, and
+// what was known of the tables may be wrong afterwards.
+void ArxStore::let_go_of_tables() {
+  for (Iterator* const iterator : iterators_)
+    iterator->release();
+  tables_.clear();
+}
+
+std::unique_ptr<AcMapODRecordIterator> ArxStore::open_records(
+    const std::optional<std::wstring>& table) {
+  if (container_ == nullptr) return nullptr;
+  if (!table) return map::open_records(*container_);
+  const OpenTable* const opened = open_table(*table);
+  return opened == nullptr ? nullptr : map::open_records(*opened->table);
+}
 
 std::unique_ptr<RecordIterator> ArxStore::records() {
-  return std::make_unique<Iterator>(
-      *this, container_ == nullptr ? nullptr : map::open_records(*container_));
+  return std::make_unique<Iterator>(*this, std::nullopt);
 }
 
 std::unique_ptr<RecordIterator> ArxStore::records_of(std::wstring_view table) {
-  const OpenTable* const opened = open_table(table);
-  if (opened == nullptr) return ODStore::records_of(table);
-  return std::make_unique<Iterator>(*this, map::open_records(*opened->table));
+  if (open_table(table) == nullptr) return ODStore::records_of(table);
+  return std::make_unique<Iterator>(*this, std::wstring(table));
 }
 
 bool ArxStore::attach(EntityId entity, const ODRecord& record) {
@@ -218,26 +254,33 @@ bool ArxStore::attach(EntityId entity, const ODRecord& record) {
   }
   AcMapODTableRecord made;
   if (!map::begin_record(*opened->table, made)) return false;
+  if (static_cast<std::size_t>(made.Count()) != record.values.size()) return false;
   for (int i = 0; i < made.Count(); ++i)
     map::assign(made.Value(i), view_of(record.values[static_cast<std::size_t>(i)]));
+  // The host wants no iterator on the entity meanwhile, not even one that is at its end.
+  release_iterators_on(entity, nullptr);
   return map::add_record(*opened->table, made, object_id(entity));
 }
 
-void ArxStore::end_iterators_on(EntityId entity, const Iterator* but) {
+void ArxStore::release_iterators_on(EntityId entity, const Iterator* but) {
   for (Iterator* const iterator : iterators_) {
-    if (iterator != but && iterator->entity() == entity) iterator->end();
+    if (iterator != but && iterator->entity() == entity) iterator->release();
   }
 }
 
-void ArxStore::end_all_iterators() {
-  for (Iterator* const iterator : iterators_)
-    iterator->end();
+void ArxStore::read_again_on(EntityId entity) {
+  for (Iterator* const iterator : iterators_) {
+    if (iterator->entity() == entity) iterator->read_again();
+  }
 }
 
+// The drawing set joins an alias and the rest of a path by the separator that the rest begins with.
 bool ArxStore::add_path_alias(std::wstring_view name, std::wstring_view path) {
-  if (!map::add_alias(std::wstring(name), std::wstring(path))) return false;
+  if (path.size() > 1 && path.ends_with(L'\\')) path.remove_suffix(1);
   aliases_.push_back({std::wstring(name), std::wstring(path)});
-  return true;
+  const bool added = map::add_alias(aliases_.back().name, aliases_.back().path);
+  if (!added) aliases_.pop_back();
+  return added;
 }
 
 bool ArxStore::remove_path_alias(std::wstring_view name) {

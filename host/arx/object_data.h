@@ -15,8 +15,9 @@ namespace korvel::arx {
 // is nothing.
 //
 // The host itself does not say what becomes of an iterator when records are added or removed beside
-// it; this store keeps count of its own iterators and refuses, or ends them, as its interface
-// promises.
+// it, and wants no iterator there meanwhile; this store keeps count of its own iterators and
+// refuses, or ends them, as its interface promises. They end also when a table is changed or
+// refuses that.
 class ArxStore final : public ODStore {
  public:
   ArxStore();
@@ -56,10 +57,14 @@ class ArxStore final : public ODStore {
   };
   [[nodiscard]] std::wstring aliased(const std::filesystem::path& path) const;
   [[nodiscard]] const OpenTable* open_table(std::wstring_view name) const;
-  ColumnChange redefine(const ODTableDef& definition);
-  void forget_tables() const;
-  void end_iterators_on(EntityId entity, const Iterator* but);
-  void end_all_iterators();
+  // The host's; of all tables without a name. Null: there is no such table, or no Map.
+  [[nodiscard]] std::unique_ptr<AcMapODRecordIterator> open_records(
+      const std::optional<std::wstring>& table);
+  template <class Change>
+  ColumnChange redefine(std::wstring_view table, const Change& change);
+  void let_go_of_tables();
+  void release_iterators_on(EntityId entity, const Iterator* but);
+  void read_again_on(EntityId entity);
 
   AcMapODContainer* container_;  // the host's
   mutable std::map<std::wstring, OpenTable, std::less<>> tables_;

@@ -11,6 +11,13 @@ namespace {
 AcMapProject* current_project = nullptr;
 AcMapAliases the_aliases;
 int undeleted = 0;
+std::vector<const AcMapODRecordIterator*> living;
+
+bool another_lives_on(korvel::EntityId entity, const AcMapODRecordIterator* but) {
+  return std::ranges::any_of(living, [&](const AcMapODRecordIterator* iterator) {
+    return iterator != but && iterator->entity() == entity;
+  });
+}
 
 korvel::EntityId entity_of(const AcDbObjectId& id) {
   return {static_cast<std::uint64_t>(id.asOldId())};
@@ -80,13 +87,18 @@ AcMap::EErrCode AcMapODTableDefinition::SetColumn(const AcMapODColumnDefinition&
 AcMapODRecordIterator::AcMapODRecordIterator(std::unique_ptr<korvel::RecordIterator> records)
     : records_(std::move(records)) {
   ++undeleted;
+  living.push_back(this);
 }
 
-AcMapODRecordIterator::~AcMapODRecordIterator() { --undeleted; }
+AcMapODRecordIterator::~AcMapODRecordIterator() {
+  --undeleted;
+  std::erase(living, this);
+}
 
 AcMap::EErrCode AcMapODRecordIterator::Init(const AcDbObjectId& object, AcMap::EOpenMode mode,
                                             bool /*skip_nested*/) {
   const bool writes = mode == AcMap::kOpenForWrite;
+  entity_ = entity_of(object);
   return code_of(
       records_->open(entity_of(object), writes ? korvel::OpenMode::Write : korvel::OpenMode::Read));
 }
@@ -110,7 +122,9 @@ AcMap::EErrCode AcMapODRecordIterator::UpdateRecord(const AcMapODTableRecord& re
   return code_of(!records_->done() && records_->update(copy_of(record)));
 }
 
-AcMap::EErrCode AcMapODRecordIterator::RemoveRecord() { return code_of(records_->remove()); }
+AcMap::EErrCode AcMapODRecordIterator::RemoveRecord() {
+  return code_of(!another_lives_on(entity_, this) && records_->remove());
+}
 
 AcMapODTable::AcMapODTable(korvel::ODStore& store, korvel::ODTableDef definition)
     : store_(store), name_(std::move(definition.name)) {
@@ -130,6 +144,7 @@ AcMap::EErrCode AcMapODTable::InitRecord(AcMapODTableRecord& record) const {
 
 AcMap::EErrCode AcMapODTable::AddRecord(const AcMapODTableRecord& record,
                                         const AcDbObjectId& object) {
+  if (another_lives_on(entity_of(object), nullptr)) return AcMap::kErr;
   // A table of a source drawing becomes one of the drawing with its first record.
   if (!store_.table(name_)) {
     const auto change = store_.define_table({name_, definition_.columns_});
@@ -188,7 +203,7 @@ AcMap::EErrCode AcMapODContainer::RenameODTable(const ACHAR* from, const ACHAR* 
 }
 
 AcMap::EErrCode AcMapODContainer::RemoveODTable(const ACHAR* name) {
-  return code_of(store_.delete_table(name));
+  return code_of(living.empty() && store_.delete_table(name) == korvel::TableChange::Done);
 }
 
 AcMap::EErrCode AcMapODContainer::GetObjectODRecordIterator(AcMapODRecordIterator*& iterator) {

@@ -1,9 +1,9 @@
 // A double of the CAD host's object-data classes, see db_classes.h.
 //
-// What the real ones are known to do, these do: no record is added to an object while an iterator
-// stands on it; deleting a table deletes its records; a name that is taken is refused; a value
-// takes its type from what is assigned first; iterators and tables that were handed out are the
-// caller's to delete, and what was not deleted is counted.
+// What the real ones are known to do, these do: no record is added to an object, nor removed by
+// other means, while an iterator of it lives; deleting a table deletes its records; a name that is
+// taken is refused; a value takes its type from what is assigned first; iterators and tables that
+// were handed out are the caller's to delete, and what was not deleted is counted.
 #pragma once
 
 #include <cstddef>
@@ -112,9 +112,11 @@ class AcMapODRecordIterator {
   AcMap::EErrCode UpdateRecord(const AcMapODTableRecord& record);
   AcMap::EErrCode RemoveRecord();
   [[nodiscard]] int RecordQuantity() const { return records_->count(); }
+  [[nodiscard]] korvel::EntityId entity() const { return entity_; }
 
  private:
   std::unique_ptr<korvel::RecordIterator> records_;
+  korvel::EntityId entity_;
 };
 
 class AcMapODTable {
