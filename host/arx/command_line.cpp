@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <limits>
+#include <vector>
 
 #include "host/arx/object_ids.h"
 #include "host/arx/sdk.h"
@@ -28,9 +30,21 @@ Answer<Value> answer_of(int result, const Value& value) {
   return {result == RTNONE ? Kind::Enter : Kind::Cancelled};
 }
 
+// A negative position would be a step.
 int whole(std::int64_t number) {
-  return static_cast<int>(std::min<std::int64_t>(number, std::numeric_limits<int>::max()));
+  return static_cast<int>(std::clamp<std::int64_t>(number, 0, std::numeric_limits<int>::max()));
 }
+
+// Unconfirmed: that the text of a variable is the caller's.
+void give_back(ACHAR*& text) { acutDelString(text); }
+
+// The locks that were asked for, also those that the host refused: giving one of these back would
+// take away the lock that the host itself holds for the command.
+struct Lock {
+  AcApDocument* document;
+  bool held;
+};
+std::vector<Lock> locks;
 
 // The end of the piece, which does not part a surrogate pair.
 std::size_t piece_end(std::wstring_view text) {
@@ -81,15 +95,16 @@ std::optional<EntityId> ask_entity(std::wstring_view prompt) {
 }
 
 std::optional<int> variable(std::wstring_view name) {
-  resbuf value;
-  const bool read = acedGetVar(std::wstring(name).c_str(), &value) == RTNORM;
-  return read && value.restype == RTSHORT ? std::optional<int>(value.resval.rint) : std::nullopt;
+  resbuf value{};
+  if (acedGetVar(std::wstring(name).c_str(), &value) != RTNORM) return std::nullopt;
+  if (value.restype == RTSTR) give_back(value.resval.rstring);
+  return value.restype == RTSHORT ? std::optional<int>(value.resval.rint) : std::nullopt;
 }
 
 bool set_variable(std::wstring_view name, int value) {
   using Short = std::numeric_limits<short>;
   if (value < Short::min() || value > Short::max()) return false;
-  resbuf given;
+  resbuf given{};
   given.restype = RTSHORT;
   given.resval.rint = static_cast<short>(value);
   return acedSetVar(std::wstring(name).c_str(), &given) == RTNORM;
@@ -108,25 +123,36 @@ bool interrupted() { return acedUsrBrk() != 0; }
 // In a command the host has locked already and one more lock is allowed; in a palette it is needed.
 void lock() {
   AcApDocManager* const documents = acDocManagerPtr();
-  documents->lockDocument(documents->curDocument());
+  AcApDocument* const current = documents->curDocument();
+  const bool held = current != nullptr && documents->lockDocument(current) == Acad::eOk;
+  locks.push_back({current, held});
 }
 
+// The user may have changed to another document and back since the lock.
 void unlock() {
   AcApDocManager* const documents = acDocManagerPtr();
-  documents->unlockDocument(documents->curDocument());
+  AcApDocument* const current = documents->curDocument();
+  const auto last = std::find_if(locks.rbegin(), locks.rend(),
+                                 [&](const Lock& lock) { return lock.document == current; });
+  if (last == locks.rend()) return;
+  if (last->held) documents->unlockDocument(current);
+  locks.erase(std::next(last).base());
 }
 
 // Unconfirmed: what the host does with this text. Two escape characters in front of the next
 // command are the documented way.
 void cancel_command() { acedPostCommand(L"CANCELCMD"); }
 
+// Not activating, the host takes the text when what runs now is done, from wherever it is sent.
 void send(std::wstring_view text) {
   AcApDocManager* const documents = acDocManagerPtr();
-  constexpr bool activate = true;
+  AcApDocument* const current = documents->curDocument();
+  constexpr bool activate = false;
   constexpr bool wrap_up_inactive = false;
   constexpr bool echo = false;
-  documents->sendStringToExecute(documents->curDocument(), std::wstring(text).c_str(), activate,
-                                 wrap_up_inactive, echo);
+  if (current == nullptr) return;
+  documents->sendStringToExecute(current, std::wstring(text).c_str(), activate, wrap_up_inactive,
+                                 echo);
 }
 
 }  // namespace korvel::arx

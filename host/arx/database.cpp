@@ -1,5 +1,6 @@
 #include "host/arx/database.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -28,6 +29,20 @@ Opened<AcDbBlockTableRecord> open_model_space(AcDb::OpenMode mode) {
 std::wstring name_of(const AcDbLayerTableRecord& layer) {
   const ACHAR* name = nullptr;
   return layer.getName(name) == Acad::eOk ? std::wstring(name) : std::wstring();
+}
+
+// Unconfirmed: the form of the call.
+std::wstring text_of(const AcDbHandle& handle) {
+  std::array<ACHAR, 17> digits{};  // of 64 bits, and the end
+  return handle.getIntoAsciiBuffer(digits.data(), digits.size()) ? digits.data() : std::wstring();
+}
+
+// Unconfirmed: the form of both calls. The null identifier when nothing has the handle.
+AcDbObjectId id_with_handle(AcDbDatabase& drawing, const std::wstring& handle) {
+  AcDbObjectId id;
+  return drawing.getAcDbObjectId(id, false, AcDbHandle(handle.c_str())) == Acad::eOk
+             ? id
+             : AcDbObjectId();
 }
 
 Layer layer_from(const AcDbLayerTableRecord& layer) {
@@ -69,8 +84,7 @@ std::wstring handle_of(EntityId entity) {
   if (!opened) return {};
   AcDbHandle handle;
   opened->getAcDbHandle(handle);
-  std::array<ACHAR, 17> digits{};  // of 64 bits, and the end
-  return handle.getIntoAsciiBuffer(digits.data(), digits.size()) ? digits.data() : std::wstring();
+  return text_of(handle);
 }
 
 EntityId entity_with_handle(std::wstring_view handle) {
@@ -78,9 +92,7 @@ EntityId entity_with_handle(std::wstring_view handle) {
   const bool is_handle = !handle.empty() && handle.size() <= 16 &&
                          handle.find_first_not_of(L"0123456789abcdefABCDEF") == handle.npos;
   if (drawing == nullptr || !is_handle) return {};
-  AcDbObjectId id;
-  const AcDbHandle wanted(std::wstring(handle).c_str());
-  if (drawing->getAcDbObjectId(id, false, wanted) != Acad::eOk) return {};
+  const AcDbObjectId id = id_with_handle(*drawing, std::wstring(handle));
   return open_entity(id, AcDb::kForRead) ? entity_id(id) : EntityId{};
 }
 
@@ -110,10 +122,15 @@ std::vector<Layer> layers() {
   return found;
 }
 
+// The host's choice, the current layer, may be locked: there the point could be given no record,
+// nor be erased again.
 CarrierPoint::CarrierPoint() {
+  const std::vector<Layer> all = layers();
+  const auto layer = std::ranges::find(all, false, &Layer::locked);
   const Opened<AcDbBlockTableRecord> space = open_model_space(AcDb::kForWrite);
-  if (!space) return;
+  if (!space || layer == all.end()) return;
   auto point = std::make_unique<AcDbPoint>(AcGePoint3d());
+  if (point->setLayer(object_id(layer->id)) != Acad::eOk) return;
   if (space->appendAcDbEntity(id_, point.get()) != Acad::eOk) return;
   // The drawing owns it from now on.
   const Opened<AcDbEntity> added(point.release());

@@ -27,7 +27,9 @@ class SelectionSet {
   }
   // What the host answers does not matter: members in another layout than the current one are
   // outside what it promises, and inside another command it sets nothing.
-  void make_pick_first() const { acedSSSetFirst(made_ ? name_ : nullptr, nullptr); }
+  void make_pick_first() const {
+    if (made_) acedSSSetFirst(name_, nullptr);
+  }
 
   [[nodiscard]] EntityList entities() const {
     EntityList found;

@@ -96,6 +96,7 @@ class OverDouble final : public HostUnderTest {
     EXPECT_EQ(arx_double::open_objects(), 0);
     EXPECT_EQ(arx_double::open_selection_sets(), 0);
     EXPECT_EQ(arx_double::undeleted_dictionary_iterators(), 0);
+    EXPECT_EQ(arx_double::texts_kept(), 0);
   }
 
   ODStore& store() override { return *store_; }
@@ -166,6 +167,40 @@ TEST(ArxStore, ClassifiesThroughMap) {
   EXPECT_FALSE(store.classify(entity, L"LAKE"));
   EXPECT_EQ(classes.classified,
             (std::vector<std::pair<EntityId, std::wstring>>{{entity, L"ROAD"}, {entity, L"LAKE"}}));
+}
+
+// A point that cannot be erased again would stay.
+TEST(ArxStore, BringsDefinitionsByAPointOnALayerThatIsNotLocked) {
+  const ODTableDef rivers{L"RIVERS", {{L"NAME", ODType::Character, L"*"}}};
+  const DrawingFile file({rivers});
+  for (const bool all_locked : {false, true}) {
+    ScriptedHost drawing(
+        make_drawing({{.name = L"0", .locked = true}, {.name = L"1", .locked = all_locked}}, {}));
+    StandaloneStore tables(drawing.drawing());
+    const arx_double::DatabaseOver database(drawing);
+    const arx_double::MapOverStore map(tables);
+    arx::ArxStore store;
+    const auto source = store.attach_drawing(file.path());
+    ASSERT_TRUE(source && source->activate());
+    EXPECT_EQ(source->copy_definition(L"RIVERS"),
+              all_locked ? TableChange::Failed : TableChange::Done);
+    EXPECT_EQ(tables.table(L"RIVERS").has_value(), !all_locked);
+    EXPECT_EQ(drawing.model_space(), EntityList{});
+  }
+}
+
+TEST(CommandLine, ALockThatWasRefusedIsNotGivenBack) {
+  ScriptedHost drawing(make_drawing({{L"0"}}, {}));
+  const arx_double::DatabaseOver database(drawing);
+  arx::lock();
+  arx_double::refuse_locks(true);
+  arx::lock();
+  arx_double::refuse_locks(false);
+  arx::unlock();
+  EXPECT_EQ(drawing.locks, 1);
+  arx::unlock();
+  arx::unlock();
+  EXPECT_EQ(drawing.locks, 0);
 }
 
 TEST(CommandLine, PrintsLongTextsInPiecesAndNeverAsAFormat) {

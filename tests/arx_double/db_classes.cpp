@@ -68,7 +68,11 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbE
   const auto* const point = dynamic_cast<AcDbPoint*>(entity);
   if (point == nullptr) return Acad::eError;
   const auto& [x, y, z] = point->position();
-  const auto added = working->drawing().add_entity({korvel::PointShape{{x, y, z}}}, {});
+  korvel::EntityProperties properties;
+  for (const korvel::Layer& layer : working->layers()) {
+    if (id_of(layer.id) == point->wanted_layer()) properties.layer = layer.name;
+  }
+  const auto added = working->drawing().add_entity({korvel::PointShape{{x, y, z}}}, properties);
   if (!added) return Acad::eError;
   id = id_of(*added);
   entity->give_id(id);

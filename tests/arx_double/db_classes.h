@@ -120,7 +120,16 @@ class AcDbObject {
 class AcDbEntity : public AcDbObject {
  public:
   [[nodiscard]] AcDbObjectId layerId() const;
+  // Of one that is not in the drawing yet.
+  Acad::ErrorStatus setLayer(AcDbObjectId layer) {
+    layer_ = layer;
+    return Acad::eOk;
+  }
+  [[nodiscard]] AcDbObjectId wanted_layer() const { return layer_; }
   Acad::ErrorStatus getGeomExtents(AcDbExtents& extents) const;
+
+ private:
+  AcDbObjectId layer_;
 };
 
 class AcDbPoint : public AcDbEntity {

@@ -5,6 +5,9 @@
 #include <map>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
+
+#include "frame/utf.h"
 
 namespace {
 
@@ -14,6 +17,8 @@ constexpr std::int64_t set_mark = -1;  // the second half of a set's name
 
 std::map<std::int64_t, std::vector<AcDbObjectId>> sets;
 std::int64_t last_set = 0;
+int kept = 0;  // texts
+bool locks_are_refused = false;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
@@ -45,6 +50,18 @@ int set_of(const korvel::EntityList& entities, ads_name set) {
   for (const korvel::EntityId entity : entities)
     members.push_back(id_of(entity));
   return make_set(std::move(members), set);
+}
+
+// Whatever is no whole number.
+int text_variable(const ACHAR* name, resbuf& value) {
+  const auto held = host().drawing().variable(korvel::to_utf8(name));
+  if (!held) return RTERROR;
+  const std::wstring text = korvel::from_utf8(*held);
+  value.restype = RTSTR;
+  value.resval.rstring = new ACHAR[text.size() + 1]();
+  text.copy(value.resval.rstring, text.size());
+  ++kept;
+  return RTNORM;
 }
 
 }  // namespace
@@ -170,9 +187,15 @@ int acutPrintf(const ACHAR* format, ...) {
   return RTNORM;
 }
 
+int acutDelString(ACHAR*& text) {
+  delete[] std::exchange(text, nullptr);
+  --kept;
+  return RTNORM;
+}
+
 int acedGetVar(const ACHAR* name, resbuf* value) {
   const std::optional<int> held = host().variable(name);
-  if (!held) return RTERROR;
+  if (!held) return text_variable(name, *value);
   value->restype = RTSHORT;
   value->resval.rint = static_cast<short>(*held);
   return RTNORM;
@@ -209,6 +232,7 @@ AcApDocument* AcApDocManager::curDocument() {
 
 Acad::ErrorStatus AcApDocManager::lockDocument(AcApDocument* /*document*/,
                                                AcAp::DocLockMode /*mode*/) {
+  if (locks_are_refused) return Acad::eError;
   host().lock();
   return Acad::eOk;
 }
@@ -235,6 +259,10 @@ void acedPostCommand(const ACHAR* text) {
 }
 
 namespace korvel::arx_double {
+
+void refuse_locks(bool refuse) { locks_are_refused = refuse; }
+
+int texts_kept() { return kept; }
 
 int open_selection_sets() { return static_cast<int>(sets.size()); }
 

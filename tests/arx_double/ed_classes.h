@@ -59,6 +59,7 @@ int acedGetInt(const ACHAR* prompt, int* number);
 int acedGetPoint(const ads_point base, const ACHAR* prompt, ads_point point);
 int acutPrintf(const ACHAR* format, ...);
 int acedGetVar(const ACHAR* name, resbuf* value);
+int acutDelString(ACHAR*& text);
 int acedSetVar(const ACHAR* name, const resbuf* value);
 bool acdbUcs2Wcs(const ads_point from, ads_point to, bool is_vector);
 
@@ -112,6 +113,12 @@ namespace korvel::arx_double {
 
 // Values of lists made and not yet released.
 [[nodiscard]] int unreleased_buffers();
+
+// Whether documents refuse to be locked.
+void refuse_locks(bool refuse);
+
+// Texts of variables not yet given back.
+[[nodiscard]] int texts_kept();
 
 // Reactors that the editor would tell something.
 [[nodiscard]] int editor_reactors();

@@ -4,6 +4,7 @@
 #include <cwctype>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "frame/case_mapping.h"
 #include "tests/arx_double/ed_classes.h"
