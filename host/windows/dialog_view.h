@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "frame/dialog.h"
+#include "host/windows/dialog_layout.h"
 
 namespace korvel::windows {
 
@@ -22,12 +23,6 @@ struct WindowMessage {
   std::intptr_t lparam;
 };
 
-// Pixels of a window's inside.
-struct Size {
-  int width = 0;
-  int height = 0;
-};
-
 // Whoever has the window in which a dialog is shown.
 class ViewOwner {
  public:
@@ -37,7 +32,8 @@ class ViewOwner {
   virtual ~ViewOwner() = default;
 
   // Runs what the user did to the dialog, at once. Everything that changes the model goes through
-  // here: a palette is given its session for it.
+  // here: a palette is given its session for it. So does the reading of a long grid's lines, which
+  // may lie in the drawing: it comes with painting, too.
   virtual void deliver(const std::function<void()>& action) = 0;
 
   // For a file chooser's button. None: cancelled.
