@@ -76,7 +76,10 @@ std::optional<int> ListWindow::focused_row() const {
 }
 
 void ListWindow::focus_row(int row) const {
-  ListView_SetItemState(window_.get(), -1, 0, LVIS_SELECTED);
+  const bool is_selected = send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) != 0;
+  // Deselecting all can take long where there are many.
+  if (!is_selected || send(LVM_GETSELECTEDCOUNT) != 1)
+    ListView_SetItemState(window_.get(), -1, 0, LVIS_SELECTED);
   ListView_SetItemState(window_.get(), row, LVIS_FOCUSED | LVIS_SELECTED,
                         LVIS_FOCUSED | LVIS_SELECTED);
   ListView_EnsureVisible(window_.get(), row, FALSE);
