@@ -4,31 +4,22 @@
 #include <array>
 #include <memory>
 
+#include "host/arx/ge_values.h"
 #include "host/arx/guards.h"
 #include "host/arx/object_ids.h"
+#include "host/arx/symbol_records.h"
 
 namespace korvel::arx {
 namespace {
 
-Point3 point_of(const AcGePoint3d& point) { return {point.x, point.y, point.z}; }
-
-// Null only when there is no drawing.
-AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
-
 Opened<AcDbBlockTableRecord> open_model_space(AcDb::OpenMode mode) {
-  AcDbDatabase* const drawing = database();
+  AcDbDatabase* const drawing = working_database();
   AcDbBlockTable* table = nullptr;
   if (drawing == nullptr || drawing->getBlockTable(table, AcDb::kForRead) != Acad::eOk) return {};
   const Opened<AcDbBlockTable> blocks(table);
   AcDbBlockTableRecord* record = nullptr;
   const bool found = blocks->getAt(ACDB_MODEL_SPACE, record, mode) == Acad::eOk;
   return Opened<AcDbBlockTableRecord>(found ? record : nullptr);
-}
-
-// Unconfirmed: the form of a layer record's name.
-std::wstring name_of(const AcDbLayerTableRecord& layer) {
-  const ACHAR* name = nullptr;
-  return layer.getName(name) == Acad::eOk ? std::wstring(name) : std::wstring();
 }
 
 // Unconfirmed: the form of the call.
@@ -88,7 +79,7 @@ std::wstring handle_of(EntityId entity) {
 }
 
 EntityId entity_with_handle(std::wstring_view handle) {
-  AcDbDatabase* const drawing = database();
+  AcDbDatabase* const drawing = working_database();
   const bool is_handle = !handle.empty() && handle.size() <= 16 &&
                          handle.find_first_not_of(L"0123456789abcdefABCDEF") == handle.npos;
   if (drawing == nullptr || !is_handle) return {};
@@ -105,7 +96,7 @@ std::optional<Extents> extents_of(EntityId entity) {
 
 std::vector<Layer> layers() {
   std::vector<Layer> found;
-  AcDbDatabase* const drawing = database();
+  AcDbDatabase* const drawing = working_database();
   AcDbLayerTable* table = nullptr;
   if (drawing == nullptr || drawing->getLayerTable(table, AcDb::kForRead) != Acad::eOk)
     return found;

@@ -15,9 +15,14 @@ struct CloseObject {
 template <class Object>
 using Opened = std::unique_ptr<Object, CloseObject>;
 
+template <class Object>
+[[nodiscard]] Opened<Object> open_as(AcDbObjectId id, AcDb::OpenMode mode) {
+  Object* object = nullptr;
+  return Opened<Object>(acdbOpenObject(object, id, mode) == Acad::eOk ? object : nullptr);
+}
+
 [[nodiscard]] inline Opened<AcDbEntity> open_entity(AcDbObjectId id, AcDb::OpenMode mode) {
-  AcDbEntity* entity = nullptr;
-  return Opened<AcDbEntity>(acdbOpenObject(entity, id, mode) == Acad::eOk ? entity : nullptr);
+  return open_as<AcDbEntity>(id, mode);
 }
 
 struct ReleaseBuffers {

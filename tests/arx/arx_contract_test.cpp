@@ -1,11 +1,15 @@
 // The binding under the contract, over a double of the CAD host.
 #include "frame/forwarding_host.h"
+#include "host/arx/block_references.h"
 #include "host/arx/command_line.h"
 #include "host/arx/database.h"
 #include "host/arx/editor_reactor.h"
 #include "host/arx/extension_dictionary.h"
+#include "host/arx/geometry.h"
 #include "host/arx/host_command.h"
 #include "host/arx/object_data.h"
+#include "host/arx/properties.h"
+#include "host/arx/reshaping.h"
 #include "host/arx/selection.h"
 #include "tests/arx_double/db_classes.h"
 #include "tests/arx_double/dictionary_classes.h"
@@ -36,12 +40,34 @@ class BoundHost final : public ForwardingHost {
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
     return arx::extents_of(entity);
   }
+  [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
+    return arx::geometry_of(entity);
+  }
+  bool set_geometry(EntityId entity, const EntityGeometry& geometry) override {
+    return arx::set_geometry(entity, geometry);
+  }
+  [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {
+    return arx::properties_of(entity);
+  }
+  bool set_properties(EntityId entity, const EntityProperties& properties) override {
+    return arx::set_properties(entity, properties);
+  }
   [[nodiscard]] std::vector<Layer> layers() const override { return arx::layers(); }
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
     return arx::extension_entries(entity);
   }
   bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override {
     return arx::store_extension_entry(entity, entry);
+  }
+  [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity) const override {
+    return arx::block_name_of(entity);
+  }
+  [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
+    return arx::attributes_of(reference);
+  }
+  bool set_attribute_text(EntityId reference, std::size_t attribute,
+                          std::wstring_view text) override {
+    return arx::set_attribute_text(reference, attribute, text);
   }
   [[nodiscard]] EntityList pick_first() const override { return arx::pick_first(); }
   void set_pick_first(const EntityList& entities) override { arx::set_pick_first(entities); }

@@ -3,8 +3,8 @@
 // behaves on it; it proves nothing about the real host.
 //
 // What the real ones are known to do, these do: an entity on a locked layer does not open for
-// writing, an erased one does not open at all, and what was opened has to be closed; what was not
-// is counted.
+// writing, an erased one does not open at all, what is open for reading is not changed, and what
+// was opened has to be closed; what was not is counted.
 #pragma once
 
 #include <compare>
@@ -13,12 +13,15 @@
 #include <vector>
 
 #include "host/standalone/standalone_host.h"
+#include "tests/arx_double/ge_classes.h"
 
 using ACHAR = wchar_t;
 
 namespace Adesk {
 using Boolean = bool;
 using Int32 = std::int32_t;
+using UInt16 = std::uint16_t;
+using UInt8 = std::uint8_t;
 using IntDbId = std::int64_t;
 }  // namespace Adesk
 
@@ -28,6 +31,7 @@ enum ErrorStatus {
   eNullObjectId,
   eWasErased,
   eOnLockedLayer,
+  eNotOpenForWrite,
   eNotThatKindOfClass,
   eAlreadyInDb,
   eContainerNotEmpty,
@@ -37,7 +41,8 @@ enum ErrorStatus {
 
 namespace AcDb {
 enum OpenMode { kForRead = 0, kForWrite = 1 };
-}
+enum LineWeight : int { kLnWtByLwDefault = -3, kLnWtByBlock = -2, kLnWtByLayer = -1 };
+}  // namespace AcDb
 
 class AcDbObjectId {
  public:
@@ -52,15 +57,6 @@ class AcDbObjectId {
 
  private:
   Adesk::IntDbId id_ = 0;
-};
-
-struct AcGePoint3d {
-  AcGePoint3d() = default;
-  AcGePoint3d(double x_value, double y_value, double z_value)
-      : x(x_value), y(y_value), z(z_value) {}
-  double x = 0;
-  double y = 0;
-  double z = 0;
 };
 
 class AcDbHandle {
@@ -88,20 +84,45 @@ class AcDbExtents {
   AcGePoint3d max_;
 };
 
+class AcRxClass {};
+
+class AcRxObject {
+ public:
+  AcRxObject() = default;
+  AcRxObject(const AcRxObject&) = delete;
+  AcRxObject& operator=(const AcRxObject&) = delete;
+  virtual ~AcRxObject() = default;
+
+  [[nodiscard]] virtual AcRxClass* isA() const = 0;
+};
+
+// What each class of the host has of itself; derived classes pass the cast, too.
+template <class Class, class Base>
+class Described : public Base {
+ public:
+  using Base::Base;
+  static AcRxClass* desc() {
+    static AcRxClass described;
+    return &described;
+  }
+  static Class* cast(const AcRxObject* object) {
+    return const_cast<Class*>(dynamic_cast<const Class*>(object));
+  }
+  [[nodiscard]] AcRxClass* isA() const override { return desc(); }
+};
+
 // Every object that was opened, or made and added to the drawing, is closed by its user.
-class AcDbObject {
+class AcDbObject : public Described<AcDbObject, AcRxObject> {
  public:
   AcDbObject();
-  AcDbObject(const AcDbObject&) = delete;
-  AcDbObject& operator=(const AcDbObject&) = delete;
-  virtual ~AcDbObject();
+  ~AcDbObject() override;
 
   [[nodiscard]] AcDbObjectId objectId() const { return id_; }
   void getAcDbHandle(AcDbHandle& handle) const;
   Acad::ErrorStatus erase();
   Acad::ErrorStatus close();
+  Acad::ErrorStatus cancel();
 
-  static AcDbObject* cast(AcDbObject* object) { return object; }
   // Of no drawing; null for what cannot be cloned.
   [[nodiscard]] virtual AcDbObject* clone() const { return nullptr; }
 
@@ -111,34 +132,87 @@ class AcDbObject {
   Acad::ErrorStatus releaseExtensionDictionary();
 
   void give_id(AcDbObjectId id) { id_ = id; }
+  void open_for(AcDb::OpenMode mode) { mode_ = mode; }
+  [[nodiscard]] bool writes() const { return mode_ == AcDb::kForWrite; }
+
+ protected:
+  // What was changed goes into the drawing.
+  virtual void save() {}
 
  private:
   AcDbObjectId id_;
   bool has_new_dictionary_ = false;
+  AcDb::OpenMode mode_ = AcDb::kForWrite;  // a new object's
 };
 
-class AcDbEntity : public AcDbObject {
+class AcCmEntityColor {
+ public:
+  enum ColorMethod { kByLayer = 0xC0, kByBlock = 0xC1, kByColor = 0xC2, kByACI = 0xC3 };
+};
+
+class AcCmColor {
+ public:
+  [[nodiscard]] AcCmEntityColor::ColorMethod colorMethod() const;
+  [[nodiscard]] Adesk::UInt16 colorIndex() const { return index_; }
+  [[nodiscard]] Adesk::UInt8 red() const { return part(16); }
+  [[nodiscard]] Adesk::UInt8 green() const { return part(8); }
+  [[nodiscard]] Adesk::UInt8 blue() const { return part(0); }
+  Acad::ErrorStatus setColorIndex(Adesk::UInt16 index);
+  // The index becomes that of the host's nearest colour, which is not sought here.
+  Acad::ErrorStatus setRGB(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue);
+
+  void set(int index, std::optional<std::int32_t> rgb);
+  [[nodiscard]] std::optional<std::int32_t> rgb() const { return rgb_; }
+
+ private:
+  [[nodiscard]] Adesk::UInt8 part(int shift) const {
+    return static_cast<Adesk::UInt8>(rgb_.value_or(0) >> shift & 0xFF);
+  }
+
+  Adesk::UInt16 index_ = 256;
+  std::optional<std::int32_t> rgb_;
+};
+
+// What is changed, of an entity of the drawing, goes into the drawing when it is closed.
+class AcDbEntity : public Described<AcDbEntity, AcDbObject> {
  public:
   [[nodiscard]] AcDbObjectId layerId() const;
-  // Of one that is not in the drawing yet.
-  Acad::ErrorStatus setLayer(AcDbObjectId layer) {
-    layer_ = layer;
-    return Acad::eOk;
-  }
-  [[nodiscard]] AcDbObjectId wanted_layer() const { return layer_; }
   Acad::ErrorStatus getGeomExtents(AcDbExtents& extents) const;
 
- private:
-  AcDbObjectId layer_;
-};
+  [[nodiscard]] AcCmColor color() const;
+  [[nodiscard]] AcDbObjectId linetypeId() const;
+  [[nodiscard]] double linetypeScale() const { return properties().linetype_scale; }
+  [[nodiscard]] AcDb::LineWeight lineWeight() const;
+  Acad::ErrorStatus setColor(const AcCmColor& color);
+  Acad::ErrorStatus setLayer(AcDbObjectId layer);
+  Acad::ErrorStatus setLinetype(AcDbObjectId linetype);
+  Acad::ErrorStatus setLinetypeScale(double scale);
+  Acad::ErrorStatus setLineWeight(AcDb::LineWeight weight);
+  Acad::ErrorStatus setPropertiesFrom(const AcDbEntity* entity);
 
-class AcDbPoint : public AcDbEntity {
- public:
-  explicit AcDbPoint(const AcGePoint3d& position) : position_(position) {}
-  [[nodiscard]] const AcGePoint3d& position() const { return position_; }
+  // The other one, which is new, takes the place of this one, which is the caller's afterwards.
+  // Data and dictionary can only be kept here.
+  Acad::ErrorStatus handOverTo(AcDbEntity* entity, bool keep_xdata = true,
+                               bool keep_dictionary = true);
+
+  // None of what has no shape here.
+  [[nodiscard]] virtual std::optional<korvel::EntityGeometry> geometry() const {
+    return std::nullopt;
+  }
+  [[nodiscard]] const korvel::EntityProperties& properties() const;
+
+ protected:
+  void save() override;
+  // Whether the shape may be changed; it is then saved.
+  Acad::ErrorStatus change_shape();
 
  private:
-  AcGePoint3d position_;
+  template <class Value>
+  Acad::ErrorStatus change(Value korvel::EntityProperties::*property, Value value);
+
+  mutable std::optional<korvel::EntityProperties> properties_;  // once asked for
+  bool properties_changed_ = false;
+  bool shape_changed_ = false;
 };
 
 class AcDbBlockTableRecordIterator {
@@ -154,8 +228,18 @@ class AcDbBlockTableRecordIterator {
   std::size_t next_ = 0;
 };
 
-class AcDbBlockTableRecord : public AcDbObject {
+class AcDbSymbolTableRecord : public Described<AcDbSymbolTableRecord, AcDbObject> {
  public:
+  explicit AcDbSymbolTableRecord(std::wstring name = {}) : name_(std::move(name)) {}
+  Acad::ErrorStatus getName(const ACHAR*& name) const;
+
+ private:
+  std::wstring name_;
+};
+
+class AcDbBlockTableRecord : public Described<AcDbBlockTableRecord, AcDbSymbolTableRecord> {
+ public:
+  using Described::Described;
   Acad::ErrorStatus newIterator(AcDbBlockTableRecordIterator*& iterator, bool at_beginning = true,
                                 bool skip_erased = true) const;
   Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity);
@@ -163,16 +247,24 @@ class AcDbBlockTableRecord : public AcDbObject {
 
 #define ACDB_MODEL_SPACE L"*Model_Space"
 
-class AcDbBlockTable : public AcDbObject {
+class AcDbSymbolTable : public Described<AcDbSymbolTable, AcDbObject> {
  public:
+  // The linetypes and blocks of the drawing are not known here: there is one of every name.
+  virtual Acad::ErrorStatus getAt(const ACHAR* name, AcDbObjectId& id) const;
+};
+
+class AcDbLinetypeTable : public Described<AcDbLinetypeTable, AcDbSymbolTable> {};
+
+class AcDbBlockTable : public Described<AcDbBlockTable, AcDbSymbolTable> {
+ public:
+  using AcDbSymbolTable::getAt;
   Acad::ErrorStatus getAt(const ACHAR* name, AcDbBlockTableRecord*& record,
                           AcDb::OpenMode mode) const;
 };
 
-class AcDbLayerTableRecord : public AcDbObject {
+class AcDbLayerTableRecord : public Described<AcDbLayerTableRecord, AcDbSymbolTableRecord> {
  public:
-  explicit AcDbLayerTableRecord(korvel::Layer layer) : layer_(std::move(layer)) {}
-  Acad::ErrorStatus getName(const ACHAR*& name) const;
+  explicit AcDbLayerTableRecord(const korvel::Layer& layer);
   [[nodiscard]] bool isFrozen() const { return layer_.frozen; }
   [[nodiscard]] bool isOff() const { return layer_.off; }
   [[nodiscard]] bool isLocked() const { return layer_.locked; }
@@ -194,13 +286,20 @@ class AcDbLayerTableIterator {
   std::size_t next_ = 0;
 };
 
-class AcDbLayerTable : public AcDbObject {
+class AcDbLayerTable : public Described<AcDbLayerTable, AcDbSymbolTable> {
  public:
+  Acad::ErrorStatus getAt(const ACHAR* name, AcDbObjectId& id) const override;
   Acad::ErrorStatus newIterator(AcDbLayerTableIterator*& iterator) const;
 };
 
 class AcDbDatabase {
  public:
+  template <class Table>
+  Acad::ErrorStatus getSymbolTable(Table*& table, AcDb::OpenMode mode) {
+    table = new Table;
+    table->open_for(mode);
+    return Acad::eOk;
+  }
   Acad::ErrorStatus getBlockTable(AcDbBlockTable*& table, AcDb::OpenMode mode);
   Acad::ErrorStatus getLayerTable(AcDbLayerTable*& table, AcDb::OpenMode mode);
   Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool create, const AcDbHandle& handle);
@@ -212,8 +311,20 @@ class AcDbHostApplicationServices {
 };
 AcDbHostApplicationServices* acdbHostApplicationServices();
 
-Acad::ErrorStatus acdbOpenObject(AcDbEntity*& entity, AcDbObjectId id, AcDb::OpenMode mode,
+Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
                                  bool open_erased = false);
+
+template <class Class>
+Acad::ErrorStatus acdbOpenObject(Class*& opened, AcDbObjectId id, AcDb::OpenMode mode,
+                                 bool open_erased = false) {
+  AcDbObject* object = nullptr;
+  const Acad::ErrorStatus status = acdbOpenObject(object, id, mode, open_erased);
+  if (status != Acad::eOk) return status;
+  opened = Class::cast(object);
+  if (opened != nullptr) return Acad::eOk;
+  object->close();
+  return Acad::eNotThatKindOfClass;
+}
 
 namespace korvel::arx_double {
 
@@ -230,6 +341,19 @@ class DatabaseOver {
 };
 
 [[nodiscard]] StandaloneHost& working_drawing();
+
+[[nodiscard]] EntityId entity_of(const AcDbObjectId& id);
+[[nodiscard]] AcDbObjectId id_of(EntityId entity);
+
+// Parts (vertices, attributes) are known by their owner and their place in it.
+[[nodiscard]] AcDbObjectId part_of(const AcDbObjectId& owner, std::size_t index);
+[[nodiscard]] bool is_part(const AcDbObjectId& id);
+[[nodiscard]] AcDbObjectId owner_of(const AcDbObjectId& part);
+[[nodiscard]] std::size_t index_of(const AcDbObjectId& part);
+
+// Blocks and linetypes by nothing but their name, whose letter case counts.
+[[nodiscard]] AcDbObjectId id_of_name(const std::wstring& name);
+[[nodiscard]] std::wstring name_of(const AcDbObjectId& id);
 
 // Objects opened and not yet closed.
 [[nodiscard]] int open_objects();

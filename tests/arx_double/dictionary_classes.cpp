@@ -11,9 +11,7 @@ int iterators = 0;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
-korvel::EntityId entity_of(const AcDbObjectId& id) {
-  return {static_cast<std::uint64_t>(id.asOldId())};
-}
+using korvel::arx_double::entity_of;
 
 // The identifier of an extension dictionary is the negative of its entity's.
 AcDbObjectId opposite(const AcDbObjectId& id) {

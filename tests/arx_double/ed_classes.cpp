@@ -22,15 +22,8 @@ bool locks_are_refused = false;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
-korvel::EntityId entity_of(const AcDbObjectId& id) {
-  return {static_cast<std::uint64_t>(id.asOldId())};
-}
-
-AcDbObjectId id_of(korvel::EntityId entity) {
-  AcDbObjectId id;
-  id.setFromOldId(static_cast<Adesk::IntDbId>(entity.value));
-  return id;
-}
+using korvel::arx_double::entity_of;
+using korvel::arx_double::id_of;
 
 int make_set(std::vector<AcDbObjectId> members, ads_name set) {
   if (sets.size() == most_sets) return RTERROR;
@@ -58,9 +51,7 @@ int text_variable(const ACHAR* name, resbuf& value) {
   if (!held) return RTERROR;
   const std::wstring text = korvel::from_utf8(*held);
   value.restype = RTSTR;
-  value.resval.rstring = new ACHAR[text.size() + 1]();
-  text.copy(value.resval.rstring, text.size());
-  ++kept;
+  value.resval.rstring = korvel::arx_double::hand_out(text);
   return RTNORM;
 }
 
@@ -188,8 +179,8 @@ int acutPrintf(const ACHAR* format, ...) {
 }
 
 int acutDelString(ACHAR*& text) {
+  if (text != nullptr) --kept;
   delete[] std::exchange(text, nullptr);
-  --kept;
   return RTNORM;
 }
 
@@ -261,6 +252,13 @@ void acedPostCommand(const ACHAR* text) {
 namespace korvel::arx_double {
 
 void refuse_locks(bool refuse) { locks_are_refused = refuse; }
+
+ACHAR* hand_out(const std::wstring& text) {
+  ++kept;
+  auto* const handed = new ACHAR[text.size() + 1]();
+  text.copy(handed, text.size());
+  return handed;
+}
 
 int texts_kept() { return kept; }
 

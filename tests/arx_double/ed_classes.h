@@ -117,7 +117,8 @@ namespace korvel::arx_double {
 // Whether documents refuse to be locked.
 void refuse_locks(bool refuse);
 
-// Texts of variables not yet given back.
+// A text for the caller to give back, and how many have not been yet.
+[[nodiscard]] ACHAR* hand_out(const std::wstring& text);
 [[nodiscard]] int texts_kept();
 
 // Reactors that the editor would tell something.

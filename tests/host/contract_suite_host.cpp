@@ -64,9 +64,12 @@ TEST_P(HostContract, PropertiesAreSetTogetherUnlessTheLayerIsLocked) {
   EXPECT_EQ(host_.properties_of(erased_), std::nullopt);
   EntityProperties wanted = host_.properties_of(plain_).value();
   EXPECT_EQ(wanted, (EntityProperties{L"Roads", L"ByLayer", 256, std::nullopt, 1, -1}));
-  wanted = {L"Off", L"DASHED", 3, 0x102030, 2.5, 30};
+  wanted = {L"Off", L"DASHED", 3, std::nullopt, 2.5, 30};
   EXPECT_TRUE(host_.set_properties(plain_, wanted));
   EXPECT_EQ(host_.properties_of(plain_), wanted);
+  wanted.true_color = 0x102030;  // a host may put the nearest index beside it
+  EXPECT_TRUE(host_.set_properties(plain_, wanted));
+  EXPECT_EQ(host_.properties_of(plain_)->true_color, wanted.true_color);
   EXPECT_EQ(host_.layer_of(plain_), host_.layers().at(4).id);
   const EntityProperties former = host_.properties_of(locked_).value();
   EXPECT_FALSE(host_.set_properties(locked_, wanted));

@@ -1,0 +1,70 @@
+#include "host/arx/block_references.h"
+
+#include "host/arx/guards.h"
+#include "host/arx/object_ids.h"
+#include "host/arx/parts.h"
+#include "host/arx/symbol_records.h"
+#include "host/arx/texts.h"
+
+namespace korvel::arx {
+namespace {
+
+Opened<AcDbBlockReference> open_reference(EntityId entity) {
+  return open_as<AcDbBlockReference>(object_id(entity), AcDb::kForRead);
+}
+
+// Unconfirmed: the two members. Null for a reference of a block that is not dynamic.
+AcDbObjectId dynamic_definition_of(AcDbObjectId reference) {
+  const AcDbDynBlockReference dynamic(reference);
+  return dynamic.isDynamicBlock() ? dynamic.dynamicBlockTableRecord() : AcDbObjectId();
+}
+
+// Unconfirmed: the name of the member.
+std::vector<AcDbObjectId> attribute_ids(EntityId entity) {
+  const Opened<AcDbBlockReference> reference = open_reference(entity);
+  return reference ? ids_of(reference->attributeIterator()) : std::vector<AcDbObjectId>();
+}
+
+// Unconfirmed: the members, and that the text of a multi-line attribute is the whole one.
+BlockAttribute read(const AcDbAttribute& attribute) {
+  return {text_of(attribute.tagConst()), text_of(attribute.textStringConst())};
+}
+
+// Unconfirmed: the members, and that a multi-line attribute follows its text when it is told to.
+bool set_text(AcDbAttribute& attribute, const std::wstring& text) {
+  if (attribute.setTextString(text.c_str()) != Acad::eOk) return false;
+  return !attribute.isMTextAttribute() || attribute.updateMTextAttribute() == Acad::eOk;
+}
+
+}  // namespace
+
+// The variants of dynamic blocks are anonymous.
+std::optional<std::wstring> block_name_of(EntityId entity) {
+  Opened<AcDbBlockReference> reference = open_reference(entity);
+  if (!reference) return std::nullopt;
+  std::wstring name = name_of(reference->blockTableRecord());
+  if (!name.starts_with(L'*')) return name;
+  reference.reset();
+  const AcDbObjectId definition = dynamic_definition_of(object_id(entity));
+  return definition.isNull() ? name : name_of(definition);
+}
+
+std::vector<BlockAttribute> attributes_of(EntityId reference) {
+  std::vector<BlockAttribute> attributes;
+  for (const AcDbObjectId& id : attribute_ids(reference)) {
+    const auto attribute = open_as<AcDbAttribute>(id, AcDb::kForRead);
+    if (attribute) attributes.push_back(read(*attribute));
+  }
+  return attributes;
+}
+
+bool set_attribute_text(EntityId reference, std::size_t attribute, std::wstring_view text) {
+  for (const AcDbObjectId& id : attribute_ids(reference)) {
+    if (!open_as<AcDbAttribute>(id, AcDb::kForRead) || attribute-- > 0) continue;
+    const auto opened = open_as<AcDbAttribute>(id, AcDb::kForWrite);
+    return opened && set_text(*opened, std::wstring(text));
+  }
+  return false;
+}
+
+}  // namespace korvel::arx

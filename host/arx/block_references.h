@@ -1,0 +1,19 @@
+// The host's block references: which block, and what their attributes say.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/drawing_host.h"
+
+namespace korvel::arx {
+
+// As DrawingHost has them.
+[[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity);
+[[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference);
+bool set_attribute_text(EntityId reference, std::size_t attribute, std::wstring_view text);
+
+}  // namespace korvel::arx

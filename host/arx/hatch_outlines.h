@@ -1,0 +1,14 @@
+// The outlines of the host's hatches.
+#pragma once
+
+#include <vector>
+
+#include "frame/entity_geometry.h"
+#include "host/arx/sdk.h"
+
+namespace korvel::arx {
+
+// Closed, in world coordinates. Arcs become bulges, other curves short straight pieces.
+[[nodiscard]] std::vector<PolylineShape> outlines_of(const AcDbHatch& hatch);
+
+}  // namespace korvel::arx

@@ -1,0 +1,22 @@
+// Texts of the host's objects.
+#pragma once
+
+#include <string>
+
+#include "host/arx/sdk.h"
+
+namespace korvel::arx {
+
+// The object's own; null is taken for an empty one.
+[[nodiscard]] inline std::wstring text_of(const ACHAR* text) {
+  return text == nullptr ? std::wstring() : std::wstring(text);
+}
+
+// One that was handed out and is the caller's. Unconfirmed: the function that deletes it.
+[[nodiscard]] inline std::wstring taken_text(ACHAR* handed_out) {
+  std::wstring text = text_of(handed_out);
+  acutDelString(handed_out);
+  return text;
+}
+
+}  // namespace korvel::arx
