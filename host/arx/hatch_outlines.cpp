@@ -1,5 +1,7 @@
 #include "host/arx/hatch_outlines.h"
 
+#include <utility>
+
 #include "geometry/vector.h"
 #include "host/arx/ge_values.h"
 
