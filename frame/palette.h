@@ -32,6 +32,9 @@ class Palette : public Dialog {
   // changed under it.
   virtual void shown() {}
 
+  // Not in a turn: the drawing closes, and what is shown of it is let go.
+  virtual void drawing_closes() {}
+
  protected:
   using Dialog::Dialog;
 

@@ -114,6 +114,14 @@ void TableEditor::shown() {
   follow_selection();
 }
 
+void TableEditor::drawing_closes() {
+  view_ = {};
+  table.items.clear();
+  table.selected.reset();
+  records.top = 0;
+  count_rows();
+}
+
 void TableEditor::changed(const Control& control) {
   if (&control == &records) {
     lead_selection();

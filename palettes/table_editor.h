@@ -26,6 +26,7 @@ class TableEditor final : public Palette, private GridLines {
   TableEditor();
 
   void shown() override;
+  void drawing_closes() override;
   void changed(const Control& control) override;
 
   // The chosen rows, or all that are shown, with the columns that are.

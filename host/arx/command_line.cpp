@@ -53,6 +53,11 @@ std::size_t piece_end(std::wstring_view text) {
   return last >= 0xD800 && last <= 0xDBFF ? longest_text - 1 : longest_text;
 }
 
+// Unconfirmed: the name of the call.
+bool is_between_commands(const AcApDocManager& documents) {
+  return documents.isApplicationContext();
+}
+
 }  // namespace
 
 // As an argument, not as the format: texts of users may hold percent signs.
@@ -143,11 +148,12 @@ void unlock() {
 // command are the documented way.
 void cancel_command() { acedPostCommand(L"CANCELCMD"); }
 
-// Not activating, the host takes the text when what runs now is done, from wherever it is sent.
+// A palette's text brings the document to the front. A command's must not: activating, the host
+// would suspend the command that is running and take the text at once.
 void send(std::wstring_view text) {
   AcApDocManager* const documents = acDocManagerPtr();
   AcApDocument* const current = documents->curDocument();
-  constexpr bool activate = false;
+  const bool activate = is_between_commands(*documents);
   constexpr bool wrap_up_inactive = false;
   constexpr bool echo = false;
   if (current == nullptr) return;

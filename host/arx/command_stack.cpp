@@ -1,5 +1,6 @@
 #include "host/arx/command_stack.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -13,32 +14,37 @@ namespace {
 constexpr std::size_t most_commands = 64;
 constexpr short function_code = 0;  // of the module's one function
 
+struct Slot {
+  std::wstring name;
+  CommandHandler handler = nullptr;
+  friend bool operator==(const Slot&, const Slot&) = default;
+};
+
 // The host knows nothing of an object behind its functions.
-std::array<CommandHandler, most_commands> handlers{};
-std::size_t handlers_used = 0;
+std::array<Slot, most_commands> slots;
+std::size_t slots_used = 0;
 ArxCommandStack::Runner run = nullptr;
 
 template <std::size_t slot>
 void run_slot() {
-  run(handlers[slot]);
+  run(slots[slot].name, slots[slot].handler);
 }
 
-template <std::size_t... slots>
-constexpr std::array<AcRxFunctionPtr, sizeof...(slots)> functions_of(
-    std::index_sequence<slots...> /*all*/) {
-  return {run_slot<slots>...};
+template <std::size_t... all>
+constexpr std::array<AcRxFunctionPtr, sizeof...(all)> functions_of(
+    std::index_sequence<all...> /*all*/) {
+  return {run_slot<all>...};
 }
 
 constexpr auto functions = functions_of(std::make_index_sequence<most_commands>());
 
-// A module that is loaded again registers the same handlers again.
-std::optional<std::size_t> slot_of(CommandHandler handler) {
-  for (std::size_t slot = 0; slot < handlers_used; ++slot) {
-    if (handlers[slot] == handler) return slot;
-  }
-  if (handlers_used == most_commands) return std::nullopt;
-  handlers[handlers_used] = handler;
-  return handlers_used++;
+// A module that is loaded again registers the same commands again.
+std::optional<std::size_t> slot_of(const Slot& wanted) {
+  const auto used = slots.begin() + static_cast<std::ptrdiff_t>(slots_used);
+  const auto found = std::find(slots.begin(), used, wanted);
+  if (found == slots.end()) return std::nullopt;
+  if (found == used) slots[slots_used++] = wanted;
+  return static_cast<std::size_t>(found - slots.begin());
 }
 
 // Unconfirmed: the form of both calls.
@@ -56,7 +62,7 @@ ArxCommandStack::ArxCommandStack(Runner runner) { run = runner; }
 
 void ArxCommandStack::add_command(std::wstring_view group, std::wstring_view global_name,
                                   std::wstring_view local_name, int flags, CommandHandler handler) {
-  const std::optional<std::size_t> slot = slot_of(handler);
+  const std::optional<std::size_t> slot = slot_of({std::wstring(global_name), handler});
   if (!slot) return;
   acedRegCmds->addCommand(std::wstring(group).c_str(), std::wstring(global_name).c_str(),
                           std::wstring(local_name).c_str(), flags, functions[*slot]);
@@ -67,11 +73,18 @@ void ArxCommandStack::remove_group(std::wstring_view group) {
 }
 
 void ArxCommandStack::add_function(std::wstring_view name, int (*function)()) {
-  define_function(std::wstring(name), function);
+  functions_.push_back({std::wstring(name), function});
+  define_functions();
 }
 
 void ArxCommandStack::remove_function(std::wstring_view name) {
   undefine_function(std::wstring(name));
+  std::erase_if(functions_, [name](const Function& known) { return known.name == name; });
+}
+
+void ArxCommandStack::define_functions() const {
+  for (const Function& known : functions_)
+    define_function(known.name, known.function);
 }
 
 }  // namespace korvel::arx

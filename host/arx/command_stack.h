@@ -1,6 +1,9 @@
 // The host's command stack, on which the module's commands are registered.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "frame/plugin.h"
 
 namespace korvel::arx {
@@ -9,9 +12,9 @@ namespace korvel::arx {
 // fixed number of such functions, which hands its handler to the runner.
 class ArxCommandStack final : public CommandStack {
  public:
-  // Runs a handler for the current document. Nothing it throws may leave it: the host would not
-  // survive that.
-  using Runner = void (*)(CommandHandler handler);
+  // Runs the handler of the command of this name for the current document. Nothing may be thrown
+  // out of it: the host would not survive that.
+  using Runner = void (*)(std::wstring_view name, CommandHandler handler);
   explicit ArxCommandStack(Runner runner);
 
   // A command that the host refuses, or for which there is no function left, is silently absent.
@@ -20,6 +23,17 @@ class ArxCommandStack final : public CommandStack {
   void remove_group(std::wstring_view group) override;
   void add_function(std::wstring_view name, int (*function)()) override;
   void remove_function(std::wstring_view name) override;
+
+  // The host forgets the functions of its scripting language with every drawing and has to be told
+  // them again for the next.
+  void define_functions() const;
+
+ private:
+  struct Function {
+    std::wstring name;
+    int (*function)();
+  };
+  std::vector<Function> functions_;
 };
 
 }  // namespace korvel::arx

@@ -8,7 +8,8 @@
 
 namespace korvel::arx {
 
-// Closed, in world coordinates. Arcs become bulges, other curves short straight pieces.
+// Closed, in world coordinates. Those made of polylines alone: outlines
+// of other curves are left out.
 [[nodiscard]] std::vector<PolylineShape> outlines_of(const AcDbHatch& hatch);
 
 }  // namespace korvel::arx

@@ -10,15 +10,25 @@
 #include "tests/arx_double/entity_classes.h"
 #include "tests/arx_double/map_classes.h"
 #include "tests/arx_double/rx_classes.h"
+#include "tests/arx_double/ui_classes.h"
 #else
-#include <MapArxApi.h>
-#include <aced.h>
+// Unconfirmed: the names of the headers. The kit's own want those of MFC in front of them.
+// clang-format off
+#include <afxwin.h>
+#include <afxext.h>
+#include <afxcmn.h>
+#include <arxHeaders.h>
+#include <AcExtensionModule.h>
+#include <acedCmdNF.h>
+#include <acui.h>
+#include <adui.h>
+#include <aduiPaletteSet.h>
 #include <acutmem.h>
 #include <adscodes.h>
-#include <arxHeaders.h>
 #include <dbdynblk.h>
 #include <dbhatch.h>
-#include <dbmain.h>
 #include <dbmline.h>
 #include <dbspline.h>
+#include <MapArxApi.h>
+// clang-format on
 #endif

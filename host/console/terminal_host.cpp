@@ -228,13 +228,15 @@ class ConsolePaletteSet final : public PaletteSet {
   void show(Session& session) override {
     const Palette::Turn turn(content_, session);
     content_.shown();
-    host_.converse(content_, L"palette> ");
+    host_.converse_with(content_);
   }
 
  private:
   TerminalHost& host_;
   Palette& content_;
 };
+
+void TerminalHost::converse_with(Palette& palette) { converse(palette, L"palette> "); }
 
 std::unique_ptr<PaletteSet> TerminalHost::make_palette_set(const PaletteSetTraits& /*traits*/,
                                                            Palette& content) {

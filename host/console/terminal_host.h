@@ -43,6 +43,10 @@ class TerminalHost final : public ConsoleHost {
   // The same for a command of the host; the reactors are told how it ended.
   bool run_host_command(const HostCommand& command);
 
+  // Holds the conversation with a palette until it is put aside or has sent something to the
+  // command line. In a turn of the palette's.
+  void converse_with(Palette& palette);
+
   [[nodiscard]] std::optional<std::wstring> ask_line(std::wstring_view prompt) override;
   void refuse(std::wstring_view sentence) override;
   [[nodiscard]] std::optional<EntityList> ask_selection_with(std::wstring_view prompt) override;
@@ -101,8 +105,6 @@ class TerminalHost final : public ConsoleHost {
   bool escaped_ = false;                      // a question of the running command
   std::optional<std::wstring> given_answer_;  // to the next question, instead of a line
   std::deque<std::wstring> sent_;             // commands and answers that come before any line
-
-  friend class ConsolePaletteSet;
 };
 
 }  // namespace korvel

@@ -11,7 +11,7 @@ namespace {
 
 std::vector<CommandHandler> started;
 
-void note(CommandHandler handler) { started.push_back(handler); }
+void note(std::wstring_view /*name*/, CommandHandler handler) { started.push_back(handler); }
 
 TEST(ArxCommandStack, RegistersEveryCommandInOrderAgainAfterAnUnload) {
   auto& commands = acedRegCmds->commands;

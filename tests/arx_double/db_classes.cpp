@@ -12,6 +12,7 @@ namespace {
 
 korvel::StandaloneHost* working = nullptr;
 int open_count = 0;
+int free_count = 0;
 std::vector<std::wstring> names;
 
 constexpr std::uint64_t name_mark = std::uint64_t{1} << 62;
@@ -28,7 +29,13 @@ bool AcDbHandle::getIntoAsciiBuffer(ACHAR* buffer, std::size_t length) const {
 
 AcDbObject::AcDbObject() { ++open_count; }
 
-AcDbObject::~AcDbObject() { --open_count; }
+AcDbObject::~AcDbObject() { --(stands_free_ ? free_count : open_count); }
+
+void AcDbObject::stand_free() {
+  stands_free_ = true;
+  --open_count;
+  ++free_count;
+}
 
 void AcDbObject::getAcDbHandle(AcDbHandle& handle) const {
   handle = AcDbHandle(working->handle_of(entity_of(id_)).c_str());
@@ -302,6 +309,8 @@ DatabaseOver::~DatabaseOver() { working = former_; }
 StandaloneHost& working_drawing() { return *working; }
 
 int open_objects() { return open_count; }
+
+int free_objects() { return free_count; }
 
 EntityId entity_of(const AcDbObjectId& id) { return {static_cast<std::uint64_t>(id.asOldId())}; }
 

@@ -134,16 +134,23 @@ class AcDbObject : public Described<AcDbObject, AcRxObject> {
   Acad::ErrorStatus releaseExtensionDictionary();
 
   void give_id(AcDbObjectId id) { id_ = id; }
+  // A copy of no drawing, which may be kept and is not closed but deleted.
+  void stand_free();
   void open_for(AcDb::OpenMode mode) { mode_ = mode; }
   [[nodiscard]] bool writes() const { return mode_ == AcDb::kForWrite; }
 
  protected:
+  static AcDbObject* free(AcDbObject* object) {
+    object->stand_free();
+    return object;
+  }
   // What was changed goes into the drawing.
   virtual void save() {}
 
  private:
   AcDbObjectId id_;
   bool has_new_dictionary_ = false;
+  bool stands_free_ = false;
   AcDb::OpenMode mode_ = AcDb::kForWrite;  // a new object's
 };
 
@@ -310,6 +317,7 @@ class AcDbDatabase {
 class AcDbHostApplicationServices {
  public:
   AcDbDatabase* workingDatabase();
+  const ACHAR* getUserRegistryProductRootKey() { return L"Software\\Double"; }
 };
 AcDbHostApplicationServices* acdbHostApplicationServices();
 
@@ -359,5 +367,7 @@ class DatabaseOver {
 
 // Objects opened and not yet closed.
 [[nodiscard]] int open_objects();
+// Copies of no drawing that were not deleted.
+[[nodiscard]] int free_objects();
 
 }  // namespace korvel::arx_double

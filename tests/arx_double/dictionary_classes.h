@@ -17,7 +17,7 @@
 class AcDbXrecord : public AcDbObject {
  public:
   explicit AcDbXrecord(std::shared_ptr<const korvel::ObjectCopy> data) : data_(std::move(data)) {}
-  [[nodiscard]] AcDbObject* clone() const override { return new AcDbXrecord(data_); }
+  [[nodiscard]] AcDbObject* clone() const override { return free(new AcDbXrecord(data_)); }
   [[nodiscard]] const std::shared_ptr<const korvel::ObjectCopy>& data() const { return data_; }
 
  private:
@@ -52,7 +52,7 @@ class AcDbDictionary : public AcDbObject {
       : entity_(entity), key_(std::move(key)) {}
 
   static AcDbDictionary* cast(const AcDbObject* object);
-  [[nodiscard]] AcDbObject* clone() const override { return new AcDbDictionary; }
+  [[nodiscard]] AcDbObject* clone() const override { return free(new AcDbDictionary); }
   [[nodiscard]] AcDbDictionaryIterator* newIterator() const;
   Acad::ErrorStatus setAt(const ACHAR* key, AcDbObject* object, AcDbObjectId& id);
   [[nodiscard]] bool isTreatElementsAsHard() const { return hard_; }

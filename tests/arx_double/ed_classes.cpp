@@ -240,6 +240,16 @@ Acad::ErrorStatus AcApDocManager::sendStringToExecute(AcApDocument* /*document*/
   return Acad::eOk;
 }
 
+void AcApDocManager::close_document() {
+  for (AcApDocManagerReactor* const reactor : reactors_)
+    reactor->documentToBeDestroyed(curDocument());
+}
+
+void AcApDocManager::make_current() {
+  for (AcApDocManagerReactor* const reactor : reactors_)
+    reactor->documentBecameCurrent(curDocument());
+}
+
 AcApDocManager* acDocManagerPtr() {
   static AcApDocManager manager;
   return &manager;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "tests/arx_double/db_classes.h"
 
@@ -74,14 +75,46 @@ namespace AcAp {
 enum DocLockMode { kWrite };
 }
 
+// Told of the documents; every notice has an empty default.
+class AcApDocManagerReactor {
+ public:
+  AcApDocManagerReactor() = default;
+  AcApDocManagerReactor(const AcApDocManagerReactor&) = delete;
+  AcApDocManagerReactor& operator=(const AcApDocManagerReactor&) = delete;
+  virtual ~AcApDocManagerReactor() = default;
+
+  virtual void documentBecameCurrent(AcApDocument* /*document*/) {}
+  virtual void documentToBeDestroyed(AcApDocument* /*document*/) {}
+};
+
+template <class Data>
+class AcApDataManager : public AcApDocManagerReactor {
+ public:
+  Data& docData() { return data_; }
+
+ private:
+  Data data_;
+};
+
 class AcApDocManager {
  public:
+  void addReactor(AcApDocManagerReactor* reactor) { reactors_.push_back(reactor); }
+  void removeReactor(AcApDocManagerReactor* reactor) { std::erase(reactors_, reactor); }
+  // What the user does with the one document that there is.
+  void close_document();
+  void make_current();
+
   AcApDocument* curDocument();
+  // The double's palettes are used while their command runs.
+  [[nodiscard]] bool isApplicationContext() const { return false; }
   Acad::ErrorStatus lockDocument(AcApDocument* document, AcAp::DocLockMode mode = AcAp::kWrite);
   Acad::ErrorStatus unlockDocument(AcApDocument* document);
   Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text,
                                         bool activate = true, bool wrap_up_inactive = false,
                                         bool echo = true);
+
+ private:
+  std::vector<AcApDocManagerReactor*> reactors_;
 };
 AcApDocManager* acDocManagerPtr();
 void acedPostCommand(const ACHAR* text);

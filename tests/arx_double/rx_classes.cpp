@@ -28,6 +28,26 @@ Acad::ErrorStatus AcEdCommandStack::removeGroup(const ACHAR* group) {
   return removed > 0 ? Acad::eOk : Acad::eError;
 }
 
+extern "C" void acrxGetApiVersion() {}
+
+AcRx::AppRetCode AcRxArxApp::On_kInitAppMsg(void* packet) {
+  *static_cast<bool*>(packet) = true;
+  return AcRx::kRetOK;
+}
+
+AcRx::AppRetCode AcRxArxApp::EntryPoint(AcRx::AppMsgCode message, void* packet) {
+  switch (message) {
+    case AcRx::kInitAppMsg:
+      return On_kInitAppMsg(packet);
+    case AcRx::kUnloadAppMsg:
+      return On_kUnloadAppMsg(packet);
+    case AcRx::kLoadDwgMsg:
+      return On_kLoadDwgMsg(packet);
+    default:
+      return AcRx::kRetOK;
+  }
+}
+
 AcEdCommandStack* the_command_stack() {
   static AcEdCommandStack stack;
   return &stack;
@@ -49,6 +69,17 @@ int acedRegFunc(int (*function)(), short code) {
 }
 
 namespace korvel::arx_double {
+
+bool load_module() {
+  bool knows_documents = false;
+  const bool taken = acrxEntryPoint(AcRx::kInitAppMsg, &knows_documents) == AcRx::kRetOK;
+  return taken && knows_documents && acrxEntryPoint(AcRx::kLoadDwgMsg, nullptr) == AcRx::kRetOK;
+}
+
+bool unload_module() {
+  return acrxEntryPoint(AcRx::kUnloadDwgMsg, nullptr) == AcRx::kRetOK &&
+         acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr) == AcRx::kRetOK;
+}
 
 int call_function(std::wstring_view name) {
   const auto code = function_codes.find(name);

@@ -33,11 +33,46 @@ class AcEdCommandStack {
 AcEdCommandStack* the_command_stack();
 #define acedRegCmds the_command_stack()
 
+namespace AcRx {
+enum AppRetCode { kRetOK = 0, kRetError = 3 };
+enum AppMsgCode { kInitAppMsg = 1, kUnloadAppMsg = 2, kLoadDwgMsg = 3, kUnloadDwgMsg = 4 };
+}  // namespace AcRx
+
+class AcRxArxApp {
+ public:
+  AcRxArxApp() = default;
+  AcRxArxApp(const AcRxArxApp&) = delete;
+  AcRxArxApp& operator=(const AcRxArxApp&) = delete;
+  virtual ~AcRxArxApp() = default;
+
+  // Makes the module one that may be unloaded and that knows of several documents.
+  virtual AcRx::AppRetCode On_kInitAppMsg(void* packet);
+  virtual AcRx::AppRetCode On_kUnloadAppMsg(void* /*packet*/) { return AcRx::kRetOK; }
+  virtual AcRx::AppRetCode On_kLoadDwgMsg(void* /*packet*/) { return AcRx::kRetOK; }
+  virtual void RegisterServerComponents() = 0;
+
+  AcRx::AppRetCode EntryPoint(AcRx::AppMsgCode message, void* packet);
+};
+
+extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
+#define IMPLEMENT_ARX_ENTRYPOINT(Class)                                                \
+  extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) { \
+    static Class app;                                                                  \
+    return app.EntryPoint(message, packet);                                            \
+  }
+
+extern "C" void acrxGetApiVersion();  // of the kit's own library; the module exports it
+
 int acedDefun(const ACHAR* name, short code);
 int acedUndef(const ACHAR* name, short code);
 int acedRegFunc(int (*function)(), short code);
 
 namespace korvel::arx_double {
+
+// What the host does when it loads the module with a drawing open, and when it unloads it. False:
+// the module is none that the host would take.
+bool load_module();
+bool unload_module();
 
 // Calls the function of the scripting language; 0 when there is none of this name.
 int call_function(std::wstring_view name);

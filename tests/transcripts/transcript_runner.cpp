@@ -1,6 +1,6 @@
 // Runs the console on scripts and compares what a person would see with what was seen before.
 //
-//   transcript_runner [--accept | --other-system] KORVEL SAMPLES FOLDER
+//   transcript_runner [--accept | --other-system] KORVEL SAMPLES FOLDER [OTHER_GOLDENS]
 //
 // A case is a script NAME.scr beside NAME.golden. The script's first comment lines may say more:
 //   ; args: --strict samples/world.dxf    arguments of the console, as for a shell
@@ -10,6 +10,8 @@
 // `samples` is the folder given. With --accept the goldens are written.
 // With --other-system the program was built for another system than the goldens: line ends of its
 // files, and numbers that are zero but for rounding, may differ.
+// A golden in the folder OTHER_GOLDENS, if there is one, stands for that of the same name: what the
+// program under test is meant to do otherwise.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +37,7 @@ struct Setup {
   fs::path korvel;
   fs::path samples;
   fs::path folder;
+  fs::path other_goldens;
 };
 
 struct Header {
@@ -182,8 +185,14 @@ void print_difference(const fs::path& golden, const std::string& seen) {
   if (WEXITSTATUS(std::system(command.c_str())) != 1) std::cout << seen;  // no diff at hand
 }
 
-bool check(const Setup& setup, const fs::path& script) {
+fs::path golden_of(const Setup& setup, const fs::path& script) {
   const fs::path golden = fs::path(script).replace_extension(".golden");
+  const fs::path other = setup.other_goldens / golden.filename();
+  return !setup.other_goldens.empty() && fs::exists(other) ? other : golden;
+}
+
+bool check(const Setup& setup, const fs::path& script) {
+  const fs::path golden = golden_of(setup, script);
   const std::string seen = run_case(setup, script);
   if (seen.starts_with("(said nothing)")) return fail(script, "it says nothing, so checks nothing");
   if (setup.accept) {
@@ -228,14 +237,16 @@ int main(int argc, char** argv) {
   Setup setup;
   setup.accept = std::erase(arguments, "--accept") > 0;
   setup.other_system = std::erase(arguments, "--other-system") > 0;
-  if (arguments.size() != 3) {
-    std::cerr << "usage: transcript_runner [--accept | --other-system] KORVEL SAMPLES FOLDER\n";
+  if (arguments.size() != 3 && arguments.size() != 4) {
+    std::cerr << "usage: transcript_runner [--accept | --other-system] KORVEL SAMPLES FOLDER "
+                 "[OTHER_GOLDENS]\n";
     return 2;
   }
   try {
     setup.korvel = fs::canonical(arguments[0]);
     setup.samples = fs::canonical(arguments[1]);
     setup.folder = fs::canonical(arguments[2]);
+    if (arguments.size() == 4) setup.other_goldens = fs::weakly_canonical(arguments[3]);
     return run(setup);
   } catch (const std::exception& error) {
     std::cerr << "transcript_runner: " << error.what() << '\n';

@@ -1,0 +1,81 @@
+#include "host/arx/modal_dialog.h"
+
+#include <string>
+
+#include "host/arx/dialogs.h"
+#include "host/arx/resource_ids.h"
+
+namespace korvel::arx {
+namespace {
+
+// The pattern of the host's: module, colon, dialog.
+std::wstring dialog_name(const Dialog& dialog) { return L"korvel:" + dialog.title(); }
+
+}  // namespace
+
+ModalDialog::ModalDialog(Dialog& dialog, std::optional<windows::Size> inside)
+    : CAcUiDialog(IDD_KORVEL_DIALOG, acedGetAcadFrame()), dialog_(dialog), inside_(inside) {
+  SetDialogName(dialog_name(dialog).c_str());
+}
+
+bool ModalDialog::run() {
+  const bool accepted = DoModal() == IDOK;
+  if (thrown_) std::rethrow_exception(thrown_);
+  if (!accepted) dialog_.cancel();
+  return accepted;
+}
+
+BOOL ModalDialog::OnInitDialog() {
+  SetWindowText(dialog_.title().c_str());
+  catching([this] {
+    view_.emplace(m_hWnd, dialog_, *this);
+    give_size(inside_.value_or(view_->preferred_size()));
+  });
+  CAcUiDialog::OnInitDialog();  // gives the window the place and the size that the user gave it
+  return FALSE;                 // the focus is where the view put it
+}
+
+void ModalDialog::give_size(windows::Size inside) {
+  CRect frame(0, 0, inside.width, inside.height);
+  CalcWindowRect(&frame);
+  SetWindowPos(nullptr, 0, 0, frame.Width(), frame.Height(), SWP_NOMOVE | SWP_NOZORDER);
+}
+
+BOOL ModalDialog::PreTranslateMessage(MSG* message) {
+  bool taken = false;
+  catching([&] { taken = view_ && view_->takes_key(message); });
+  return taken || CAcUiDialog::PreTranslateMessage(message) ? TRUE : FALSE;
+}
+
+LRESULT ModalDialog::WindowProc(UINT id, WPARAM wparam, LPARAM lparam) {
+  std::optional<std::intptr_t> answer;
+  catching([&] {
+    if (view_) answer = view_->on_message({id, wparam, lparam});
+  });
+  if (id == WM_DESTROY) view_.reset();
+  const bool is_for_both = id == WM_SIZE;  // the host's framework keeps the size
+  return answer && !is_for_both ? *answer : CAcUiDialog::WindowProc(id, wparam, lparam);
+}
+
+// Enter is the view's; what comes here is no button of the dialog's.
+void ModalDialog::OnOK() {}
+
+void ModalDialog::OnCancel() { closed(false); }
+
+void ModalDialog::deliver(const std::function<void()>& action) { action(); }
+
+std::optional<std::filesystem::path> ModalDialog::choose_file(std::wstring_view filter) {
+  return choose_file_to_open({filter, L""});
+}
+
+void ModalDialog::complain(std::wstring_view sentence) { arx::complain(sentence); }
+
+void ModalDialog::closed(bool accepted) { EndDialog(accepted ? IDOK : IDCANCEL); }
+
+// Nothing may be thrown through a procedure of a window.
+void ModalDialog::catching(const std::function<void()>& action) try { action(); } catch (...) {
+  thrown_ = std::current_exception();
+  EndDialog(IDCANCEL);
+}
+
+}  // namespace korvel::arx
