@@ -11,7 +11,7 @@ struct EntityProperties {
   std::wstring layer = L"0";
   std::wstring linetype = L"ByLayer";
   int color = 256;                         // index; 0 by block, 256 by layer
-  std::optional<std::int32_t> true_color;  // 0x00RRGGBB
+  std::optional<std::int32_t> true_color;  // 0x00RRGGBB; a host may then choose the index itself
   double linetype_scale = 1;
   int lineweight = -1;  // hundredths of a millimetre; -1 by layer, -2 by block, -3 default
 

@@ -8,6 +8,7 @@
 
 #include "host/arx/object_ids.h"
 #include "host/arx/sdk.h"
+#include "host/arx/texts.h"
 
 namespace korvel::arx {
 namespace {
@@ -34,9 +35,6 @@ Answer<Value> answer_of(int result, const Value& value) {
 int whole(std::int64_t number) {
   return static_cast<int>(std::clamp<std::int64_t>(number, 0, std::numeric_limits<int>::max()));
 }
-
-// Unconfirmed: that the text of a variable is the caller's.
-void give_back(ACHAR*& text) { acutDelString(text); }
 
 // The locks that were asked for, also those that the host refused: giving one of these back would
 // take away the lock that the host itself holds for the command.

@@ -55,8 +55,10 @@ EntityGeometry read(const AcDbEllipse& ellipse) {
 }
 
 EntityGeometry read(const AcDbPolyline& line) {
-  PolylineShape shape{
-      PolylineKind::Light, {}, vector_of(line.normal()), line.isClosed(), line.hasPlinegen()};
+  PolylineShape shape;
+  shape.normal = vector_of(line.normal());
+  shape.closed = line.isClosed();
+  shape.linetype_runs_on = line.hasPlinegen();
   shape.vertices.resize(line.numVerts());
   AcGePoint3d point;
   for (unsigned int i = 0; i < line.numVerts(); ++i) {
@@ -69,11 +71,11 @@ EntityGeometry read(const AcDbPolyline& line) {
 }
 
 EntityGeometry read(const AcDb2dPolyline& line) {
-  PolylineShape shape{PolylineKind::Old2d,
-                      {},
-                      vector_of(line.normal()),
-                      line.isClosed(),
-                      line.isLinetypeGenerationOn()};
+  PolylineShape shape;
+  shape.kind = PolylineKind::Old2d;
+  shape.normal = vector_of(line.normal());
+  shape.closed = line.isClosed();
+  shape.linetype_runs_on = line.isLinetypeGenerationOn();
   for_each_part<AcDb2dVertex>(line.vertexIterator(), [&](const AcDb2dVertex& vertex) {
     if (vertex.vertexType() == AcDb::k2dSplineCtlVertex) return;
     shape.vertices.push_back({point_of(line.vertexPosition(vertex)), vertex.bulge(),
@@ -83,7 +85,9 @@ EntityGeometry read(const AcDb2dPolyline& line) {
 }
 
 EntityGeometry read(const AcDb3dPolyline& line) {
-  PolylineShape shape{PolylineKind::ThreeD, {}, {}, line.isClosed()};
+  PolylineShape shape;
+  shape.kind = PolylineKind::ThreeD;
+  shape.closed = line.isClosed();
   for_each_part<AcDb3dPolylineVertex>(line.vertexIterator(),
                                       [&](const AcDb3dPolylineVertex& vertex) {
                                         if (vertex.vertexType() == AcDb::k3dControlVertex) return;
@@ -125,7 +129,8 @@ EntityGeometry read(const AcDbSpline& spline) {
 }
 
 EntityGeometry read(const AcDbMline& line) {
-  MlineShape shape{{}, line.closedMline()};
+  MlineShape shape;
+  shape.closed = line.closedMline();
   for (int i = 0; i < line.numVertices(); ++i)
     shape.vertices.push_back(point_of(line.vertexAt(i)));
   return {std::move(shape)};
@@ -193,7 +198,10 @@ EntityGeometry read(const AcDbFace& face) {
                {0, 1, 2, 3}, 0);
 }
 
-EntityGeometry read(const AcDbHatch& hatch) { return {HatchShape{outlines_of(hatch)}}; }
+EntityGeometry read(const AcDbHatch& hatch) {
+  std::optional<std::vector<PolylineShape>> outlines = outlines_of(hatch);
+  return outlines ? EntityGeometry{HatchShape{*std::move(outlines)}} : EntityGeometry{};
+}
 
 template <class Class>
 bool read_as(const AcDbEntity& entity, EntityGeometry& geometry) {

@@ -1,7 +1,5 @@
 #include "host/arx/hatch_outlines.h"
 
-#include <utility>
-
 #include "geometry/vector.h"
 #include "host/arx/ge_values.h"
 
@@ -26,14 +24,14 @@ bool read_polyline(const AcDbHatch& hatch, int index, std::vector<Vertex>& verti
 
 }  // namespace
 
-std::vector<PolylineShape> outlines_of(const AcDbHatch& hatch) {
+std::optional<std::vector<PolylineShape>> outlines_of(const AcDbHatch& hatch) {
   const PlaneFrame frame = plane_frame(vector_of(hatch.normal()));
   std::vector<PolylineShape> outlines;
   for (int i = 0; i < hatch.numLoops(); ++i) {
     PolylineShape outline;
     outline.normal = frame.normal;
     outline.closed = true;
-    if (!read_polyline(hatch, i, outline.vertices)) continue;
+    if (!read_polyline(hatch, i, outline.vertices)) return std::nullopt;
     for (Vertex& vertex : outline.vertices)
       vertex.point = to_world(frame, vertex.point);
     outlines.push_back(std::move(outline));

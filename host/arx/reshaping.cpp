@@ -4,10 +4,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <memory>
-#include <type_traits>
 #include <utility>
-#include <variant>
-#include <vector>
 
 #include "geometry/elliptic_arc.h"
 #include "geometry/vector.h"

@@ -12,10 +12,13 @@ namespace korvel::arx {
   return text == nullptr ? std::wstring() : std::wstring(text);
 }
 
-// One that was handed out and is the caller's. Unconfirmed: the function that deletes it.
+// Unconfirmed: that texts handed out are the caller's.
+inline void give_back(ACHAR*& text) { acutDelString(text); }
+
+// One that was handed out.
 [[nodiscard]] inline std::wstring taken_text(ACHAR* handed_out) {
   std::wstring text = text_of(handed_out);
-  acutDelString(handed_out);
+  if (handed_out != nullptr) give_back(handed_out);
   return text;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include "tests/arx_double/entity_classes.h"
 
@@ -13,6 +14,7 @@ namespace {
 korvel::StandaloneHost* working = nullptr;
 int open_count = 0;
 int free_count = 0;
+int kept_texts = 0;
 std::vector<std::wstring> names;
 
 constexpr std::uint64_t name_mark = std::uint64_t{1} << 62;
@@ -160,8 +162,8 @@ Acad::ErrorStatus AcDbEntity::handOverTo(AcDbEntity* entity, bool keep_xdata,
   if (!writes()) return Acad::eNotOpenForWrite;
   const bool is_new = !objectId().isNull() && entity->objectId().isNull();
   if (!is_new || !keep_xdata || !keep_dictionary) return Acad::eError;
-  entity->give_id(objectId());
   (void)entity->properties();
+  entity->give_id(objectId());
   entity->shape_changed_ = entity->properties_changed_ = true;
   give_id({});
   return Acad::eOk;
@@ -300,7 +302,21 @@ Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::Ope
   return Acad::eOk;
 }
 
+int acutDelString(ACHAR*& text) {
+  delete[] std::exchange(text, nullptr);
+  --kept_texts;
+  return 5100;
+}
+
 namespace korvel::arx_double {
+
+ACHAR* hand_out(const std::wstring& text) {
+  ++kept_texts;
+  auto* const handed = new ACHAR[text.size() + 1];
+  text.copy(handed, text.size());
+  handed[text.size()] = L'\0';
+  return handed;
+}
 
 DatabaseOver::DatabaseOver(StandaloneHost& host) : former_(working) { working = &host; }
 
@@ -311,6 +327,7 @@ StandaloneHost& working_drawing() { return *working; }
 int open_objects() { return open_count; }
 
 int free_objects() { return free_count; }
+int texts_kept() { return kept_texts; }
 
 EntityId entity_of(const AcDbObjectId& id) { return {static_cast<std::uint64_t>(id.asOldId())}; }
 

@@ -8,9 +8,7 @@
 #pragma once
 
 #include <compare>
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -336,7 +334,15 @@ Acad::ErrorStatus acdbOpenObject(Class*& opened, AcDbObjectId id, AcDb::OpenMode
   return Acad::eNotThatKindOfClass;
 }
 
+// Deletes a text that an object handed out, and makes the pointer null.
+int acutDelString(ACHAR*& text);
+
 namespace korvel::arx_double {
+
+// A text for the caller to delete.
+[[nodiscard]] ACHAR* hand_out(const std::wstring& text);
+// Those not yet deleted.
+[[nodiscard]] int texts_kept();
 
 // While it lives, the working database is this drawing.
 class DatabaseOver {

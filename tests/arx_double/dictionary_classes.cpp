@@ -11,7 +11,9 @@ int iterators = 0;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
-using korvel::arx_double::entity_of;
+korvel::EntityId entity_of(const AcDbObjectId& id) {
+  return {static_cast<std::uint64_t>(id.asOldId())};
+}
 
 // The identifier of an extension dictionary is the negative of its entity's.
 AcDbObjectId opposite(const AcDbObjectId& id) {

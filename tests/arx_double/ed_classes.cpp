@@ -17,13 +17,19 @@ constexpr std::int64_t set_mark = -1;  // the second half of a set's name
 
 std::map<std::int64_t, std::vector<AcDbObjectId>> sets;
 std::int64_t last_set = 0;
-int kept = 0;  // texts
 bool locks_are_refused = false;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
-using korvel::arx_double::entity_of;
-using korvel::arx_double::id_of;
+korvel::EntityId entity_of(const AcDbObjectId& id) {
+  return {static_cast<std::uint64_t>(id.asOldId())};
+}
+
+AcDbObjectId id_of(korvel::EntityId entity) {
+  AcDbObjectId id;
+  id.setFromOldId(static_cast<Adesk::IntDbId>(entity.value));
+  return id;
+}
 
 int make_set(std::vector<AcDbObjectId> members, ads_name set) {
   if (sets.size() == most_sets) return RTERROR;
@@ -178,12 +184,6 @@ int acutPrintf(const ACHAR* format, ...) {
   return RTNORM;
 }
 
-int acutDelString(ACHAR*& text) {
-  if (text != nullptr) --kept;
-  delete[] std::exchange(text, nullptr);
-  return RTNORM;
-}
-
 int acedGetVar(const ACHAR* name, resbuf* value) {
   const std::optional<int> held = host().variable(name);
   if (!held) return text_variable(name, *value);
@@ -262,15 +262,6 @@ void acedPostCommand(const ACHAR* text) {
 namespace korvel::arx_double {
 
 void refuse_locks(bool refuse) { locks_are_refused = refuse; }
-
-ACHAR* hand_out(const std::wstring& text) {
-  ++kept;
-  auto* const handed = new ACHAR[text.size() + 1]();
-  text.copy(handed, text.size());
-  return handed;
-}
-
-int texts_kept() { return kept; }
 
 int open_selection_sets() { return static_cast<int>(sets.size()); }
 

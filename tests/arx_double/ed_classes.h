@@ -60,7 +60,6 @@ int acedGetInt(const ACHAR* prompt, int* number);
 int acedGetPoint(const ads_point base, const ACHAR* prompt, ads_point point);
 int acutPrintf(const ACHAR* format, ...);
 int acedGetVar(const ACHAR* name, resbuf* value);
-int acutDelString(ACHAR*& text);
 int acedSetVar(const ACHAR* name, const resbuf* value);
 bool acdbUcs2Wcs(const ads_point from, ads_point to, bool is_vector);
 
@@ -149,10 +148,6 @@ namespace korvel::arx_double {
 
 // Whether documents refuse to be locked.
 void refuse_locks(bool refuse);
-
-// A text for the caller to give back, and how many have not been yet.
-[[nodiscard]] ACHAR* hand_out(const std::wstring& text);
-[[nodiscard]] int texts_kept();
 
 // Reactors that the editor would tell something.
 [[nodiscard]] int editor_reactors();

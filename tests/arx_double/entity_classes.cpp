@@ -7,7 +7,6 @@
 #include "geometry/elliptic_arc.h"
 #include "geometry/vector.h"
 #include "tests/arx_double/compound_classes.h"
-#include "tests/arx_double/ed_classes.h"
 
 using namespace korvel::arx_double;
 
@@ -68,6 +67,7 @@ Acad::ErrorStatus AcDbCircle::setRadius(double radius) {
 AcDbArc::AcDbArc(const korvel::EntityGeometry& geometry) : Thick(geometry) {
   const korvel::PlaneFrame frame = korvel::plane_frame(shape_.normal);
   start_ = std::atan2(dot(shape_.start, frame.y), dot(shape_.start, frame.x));
+  if (start_ < 0) start_ += korvel::whole_turn;
   end_ = std::fmod(start_ + shape_.sweep, korvel::whole_turn);
 }
 
@@ -160,8 +160,6 @@ AcGePoint3d AcDbMText::location() const { return host_point(shape_.position); }
 AcGeVector3d AcDbMText::normal() const { return host_vector(shape_.normal); }
 
 AcGeVector3d AcDbMText::direction() const { return host_vector(shape_.direction); }
-
-ACHAR* AcDbMText::contents() const { return hand_out(shape_.text); }
 
 Acad::ErrorStatus AcDbSolid::getPointAt(Adesk::UInt16 index, AcGePoint3d& point) const {
   return corner_across(shape_, index, point);

@@ -164,7 +164,7 @@ class AcDbMText : public Shaped<AcDbMText, AcDbEntity, korvel::MtextShape> {
   [[nodiscard]] AcGePoint3d location() const;
   [[nodiscard]] AcGeVector3d normal() const;
   [[nodiscard]] AcGeVector3d direction() const;
-  [[nodiscard]] ACHAR* contents() const;
+  [[nodiscard]] ACHAR* contents() const { return korvel::arx_double::hand_out(shape_.text); }
   [[nodiscard]] double actualWidth() const { return shape_.width; }
   [[nodiscard]] double actualHeight() const { return shape_.height; }
   [[nodiscard]] int attachment() const { return shape_.attachment; }
@@ -192,6 +192,7 @@ class AcDbFace : public Shaped<AcDbFace, AcDbEntity, korvel::FaceShape> {
   Acad::ErrorStatus getVertexAt(Adesk::UInt16 index, AcGePoint3d& point) const;
 };
 
+// All outlines are polylines here.
 class AcDbHatch : public Shaped<AcDbHatch, AcDbEntity, korvel::HatchShape> {
  public:
   enum HatchLoopType { kPolyline = 2 };
