@@ -10,16 +10,11 @@
 #include "tests/host/drawing_file.h"
 #include "tests/host/scripted_host.h"
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
-
 namespace korvel::test {
 namespace {
 
 class ArxModule : public testing::Test {
  protected:
-  ArxModule() { DllMain(&image_, DLL_PROCESS_ATTACH, nullptr); }
-  ~ArxModule() override { DllMain(&image_, DLL_PROCESS_DETACH, nullptr); }
-
   static void run(std::wstring_view name) {
     for (const AcEdCommandStack::Command& command : acedRegCmds->commands) {
       if (command.global_name == name) command.function();
@@ -30,9 +25,6 @@ class ArxModule : public testing::Test {
   StandaloneStore store{drawing.drawing()};
   arx_double::DatabaseOver database{drawing};
   arx_double::MapOverStore map{store};
-
- private:
-  char image_ = 0;  // its address stands for that of the module
 };
 
 using Titles = std::vector<std::wstring>;

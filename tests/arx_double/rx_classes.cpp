@@ -3,7 +3,17 @@
 #include <algorithm>
 #include <map>
 
+#include "tests/arx_double/windows_types.h"
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
+
 namespace {
+
+// Its address stands for where the module lies in memory.
+HINSTANCE module_instance() {
+  static char image = 0;
+  return reinterpret_cast<HINSTANCE>(&image);
+}
 
 std::map<std::wstring, short, std::less<>> function_codes;
 std::map<short, int (*)()> functions;
@@ -71,14 +81,17 @@ int acedRegFunc(int (*function)(), short code) {
 namespace korvel::arx_double {
 
 bool load_module() {
+  DllMain(module_instance(), DLL_PROCESS_ATTACH, nullptr);
   bool knows_documents = false;
   const bool taken = acrxEntryPoint(AcRx::kInitAppMsg, &knows_documents) == AcRx::kRetOK;
   return taken && knows_documents && acrxEntryPoint(AcRx::kLoadDwgMsg, nullptr) == AcRx::kRetOK;
 }
 
 bool unload_module() {
-  return acrxEntryPoint(AcRx::kUnloadDwgMsg, nullptr) == AcRx::kRetOK &&
-         acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr) == AcRx::kRetOK;
+  const bool gone = acrxEntryPoint(AcRx::kUnloadDwgMsg, nullptr) == AcRx::kRetOK &&
+                    acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr) == AcRx::kRetOK;
+  DllMain(module_instance(), DLL_PROCESS_DETACH, nullptr);
+  return gone;
 }
 
 int call_function(std::wstring_view name) {

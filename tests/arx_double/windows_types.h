@@ -3,10 +3,11 @@
 #pragma once
 
 #ifdef _WIN32
-// clang-format off: the first is the ground of the others
+// The first is the ground of the others.
+// clang-format off
+#include <windows.h>
 #include <commdlg.h>
 #include <objbase.h>
-#include <windows.h>
 // clang-format on
 #else
 #include <cstdint>

@@ -12,13 +12,8 @@
 #include "tests/arx_double/rx_classes.h"
 #include "tests/arx_double/ui_classes.h"
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
-
 namespace korvel {
 namespace {
-
-// Its address stands for that of the module.
-char module_image = 0;
 
 // What the host would not get back.
 struct Leaks {
@@ -32,7 +27,6 @@ struct Leaks {
 class ModuleInDouble final : public LoadedPlugin {
  public:
   explicit ModuleInDouble(TerminalHost& host) : host_(host), database_(host) {
-    DllMain(&module_image, DLL_PROCESS_ATTACH, nullptr);
     arx_double::set_palette_user([&host](Palette& palette) { host.converse_with(palette); });
     if (!arx_double::load_module()) complain("the module was not loaded");
     for (const AcEdCommandStack::Command& command : acedRegCmds->commands) {
@@ -46,7 +40,6 @@ class ModuleInDouble final : public LoadedPlugin {
     }
     tell_leaks("the module", Leaks{0, 0, 0, nullptr});
     if (arx_double::free_objects() != 0) complain("the module left copies behind");
-    DllMain(&module_image, DLL_PROCESS_DETACH, nullptr);
   }
 
   [[nodiscard]] const ConsoleCommandStack& commands() const override { return commands_; }
