@@ -182,7 +182,9 @@ TEST(TerminalHost, SaveChooserAddsTheExtensionAndAsksBeforeOverwriting) {
 
 TEST(TerminalHost, FoldersAndDevicesTakeNoExtension) {
   const FileQuestion question{L"CSV files (*.csv)|*.csv||", L"csv", true};
-  for (const std::string typed : {"nowhere/", "/dev/null", ".", ".."}) {
+  std::vector<std::string> names = {"nowhere/", ".", ".."};
+  if (std::filesystem::is_character_file("/dev/null")) names.emplace_back("/dev/null");
+  for (const std::string& typed : names) {
     Conversation talk({typed, "y"});
     EXPECT_EQ(talk.host.choose_file_to_save(question), typed);
   }
