@@ -241,9 +241,12 @@ class Drawing {
   void replace_item(dxf::ItemIndex item, std::string_view bytes);
   void erase_item(dxf::ItemIndex item);
   dxf::ItemIndex add_item(dxf::ItemIndex terminator, std::string_view bytes, std::uint64_t handle);
+  // The object and what it owns, without the dictionaries and records of object data that are
+  // linked to other entities than this one; no_index: to any.
   [[nodiscard]] std::vector<dxf::ItemIndex> objects_owned_by(
-      std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) const;
-  void erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited);
+      std::uint64_t handle, std::uint32_t entity, std::unordered_set<std::uint64_t>& visited) const;
+  void erase_owned(std::uint64_t handle, std::uint32_t entity,
+                   std::unordered_set<std::uint64_t>& visited);
   [[nodiscard]] bool is_object_data_key(std::wstring_view name) const;
   [[nodiscard]] std::shared_ptr<const ObjectCopy> copied_records(std::uint32_t entity) const;
   [[nodiscard]] std::shared_ptr<const ObjectCopy> copied_tree(std::uint64_t handle,

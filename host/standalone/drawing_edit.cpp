@@ -152,23 +152,27 @@ bool Drawing::erase(EntityId id) {
   bool in_reference = false;
   while (reader.next(group)) {
     if (group.code == 102) in_reference = group.value == "{ACAD_XDICTIONARY";
-    if (group.code == 360 && in_reference) erase_owned(group.handle(), visited);
+    if (group.code == 360 && in_reference) erase_owned(group.handle(), index_of(id), visited);
   }
   erase_item(item);
   return true;
 }
 
-// The drawing's own dictionaries are nobody's.
+// The drawing's own dictionaries are nobody's, and what holds the object data of one entity is no
+// other's, whatever a damaged file says.
 std::vector<dxf::ItemIndex> Drawing::objects_owned_by(
-    std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) const {
-  const auto is_kept = [this](dxf::ItemIndex item) {
-    return item == definition_items_.root || item == definition_items_.dictionary;
+    std::uint64_t handle, std::uint32_t entity, std::unordered_set<std::uint64_t>& visited) const {
+  const auto is_kept = [this, entity](dxf::ItemIndex item) {
+    const std::uint32_t slot = document_.item(item).slot;
+    return item == definition_items_.root || item == definition_items_.dictionary ||
+           (slot != dxf::no_index && slot != entity);
   };
   return owned_objects(document_, handle, is_kept, visited);
 }
 
-void Drawing::erase_owned(std::uint64_t handle, std::unordered_set<std::uint64_t>& visited) {
-  for (const dxf::ItemIndex item : objects_owned_by(handle, visited))
+void Drawing::erase_owned(std::uint64_t handle, std::uint32_t entity,
+                          std::unordered_set<std::uint64_t>& visited) {
+  for (const dxf::ItemIndex item : objects_owned_by(handle, entity, visited))
     erase_item(item);
 }
 

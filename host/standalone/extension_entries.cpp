@@ -75,7 +75,7 @@ std::shared_ptr<const ObjectCopy> Drawing::copied_tree(std::uint64_t handle,
                                                        dxf::ItemIndex dictionary) const {
   const auto copy = std::make_shared<CopiedTree>();
   std::unordered_set<std::uint64_t> visited;
-  for (const dxf::ItemIndex item : objects_owned_by(handle, visited)) {
+  for (const dxf::ItemIndex item : objects_owned_by(handle, dxf::no_index, visited)) {
     copy->tree.objects.push_back({document_.item(item).handle, std::string(document_.bytes(item))});
   }
   if (copy->tree.objects.empty()) return nullptr;
@@ -125,7 +125,7 @@ bool Drawing::put_tree(std::uint32_t entity, std::wstring_view name, const Objec
   const std::string key = document_.codec().encode(name);
   if (const auto former = find_entry(document_, document_.bytes(*dictionary), key)) {
     std::unordered_set<std::uint64_t> visited;
-    erase_owned(former->handle, visited);
+    erase_owned(former->handle, dxf::no_index, visited);
   }
   replace_item(*dictionary,
                with_entry(document_, document_.bytes(*dictionary), {key, handles.front()}));

@@ -273,6 +273,22 @@ TEST(Drawing, ErasingEndsWhateverTheDictionariesSay) {
   }
 }
 
+// Two entities may name one dictionary; the data in it are those of the first.
+TEST(Drawing, ErasingLeavesTheObjectDataOfOthersAlone) {
+  const std::string second =
+      "0 LINE\n5 27\n102 {ACAD_XDICTIONARY\n360 30\n102 }\n330 15\n"
+      "100 AcDbEntity\n8 0\n100 AcDbLine\n10 0.0\n20 0.0\n11 1.0\n21 1.0\n"
+      "0 ENDSEC\n0 SECTION\n2 OBJECTS\n";
+  const std::string other =
+      framed(replaced(sample_lines("AC1032"), "0 ENDSEC\n0 SECTION\n2 OBJECTS\n", second));
+  const auto with_data = read(other);
+  ASSERT_TRUE(with_data && define_and_attach(*with_data, 0x22));
+  const std::string file = with_data->to_bytes();
+  const auto drawing = read(file);
+  ASSERT_TRUE(drawing && erase(*drawing, 0x27));
+  EXPECT_EQ(difference(file, drawing->to_bytes()), "-27");
+}
+
 TEST(Drawing, ClaimsInTheFileAreNotBelieved) {
   const std::string huge(400, '9');
   const std::string lines = sample_lines("AC1032");

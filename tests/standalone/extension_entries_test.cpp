@@ -150,6 +150,21 @@ TEST(ExtensionEntries, EntryOfTheSameNameIsReplacedWithAllItOwns) {
   EXPECT_EQ(names(*drawing, 0x22), (Names{L"OTHER", L"TREE"}));
 }
 
+TEST(ExtensionEntries, ReplacingAnEntryLeavesTheObjectDataAloneThatItNames) {
+  const auto with_data = read(tree_sample("AC1032"));
+  const ODRecord one{L"T", {}};
+  ASSERT_EQ(StandaloneStore(*with_data).define_table({L"T", {}}), TableChange::Done);
+  ASSERT_TRUE(attach(*with_data, 0x22, one));
+  const auto entries = with_data->extension_entries(at(*with_data, 0x22));
+  const std::string data = with_data->to_bytes();
+  const std::size_t handle = data.find("360\n", data.find("\nKORVEL_OD\n")) + 4;
+  const auto damaged =
+      read(replaced(data, "OTHER\n360\n31\n", "OTHER\n360\n" + data.substr(handle, 3) + "\n"));
+  ASSERT_EQ(records_of(*damaged, 0x22), std::vector{one});
+  ASSERT_TRUE(damaged->store_extension_entry(at(*damaged, 0x22), {L"OTHER", entries[1].object}));
+  EXPECT_EQ(records_of(*read(damaged->to_bytes()), 0x22), std::vector{one});
+}
+
 TEST(ExtensionEntries, RefusedOnesChangeNothing) {
   const std::string file = tree_sample("AC1032");
   const auto drawing = read(file);
