@@ -51,6 +51,13 @@ void fill(DropDown& list, const std::vector<std::wstring>& headings) {
   if (!list.selected) list.selected = 0;
 }
 
+std::vector<std::wstring> headings_of(const ODTableDef& table) {
+  std::vector<std::wstring> headings = {L"Handle", L"Record"};
+  for (const ODColumnDef& column : table.columns)
+    headings.push_back(column.name);
+  return headings;
+}
+
 std::optional<std::size_t> chosen_column(const DropDown& list) {
   return list.selected.value_or(0) == 0 ? std::nullopt : std::optional(*list.selected - 1);
 }
@@ -116,6 +123,7 @@ void TableEditor::shown() {
 
 void TableEditor::drawing_closes() {
   view_ = {};
+  profile_.clear();
   table.items.clear();
   table.selected.reset();
   records.top = 0;
@@ -132,10 +140,7 @@ void TableEditor::changed(const Control& control) {
     begin_synchronizing();
     return;
   }
-  if (&control == &table) {
-    filter.rows.clear();
-    take_columns();
-  }
+  if (&control == &table) filter.rows.clear();
   records.top = 0;
   refresh();
 }
@@ -145,17 +150,18 @@ void TableEditor::take_tables() {
   table.items = user_tables(session().store);
   table.select(before);
   if (!table.selected && !table.items.empty()) table.selected = 0;
-  take_columns();
 }
 
 void TableEditor::take_columns() {
-  view_.read(session().store, session().host, {}, table.text(), {});
-  fill(sort_by, headings());
-  fill(group_by, headings());
-  profile_ = load_profile(session().host, grid_name(), headings());
+  const ODTableDef definition = session().store.table(table.text()).value_or(ODTableDef{});
+  const std::vector<std::wstring> names = headings_of(definition);
+  fill(sort_by, names);
+  fill(group_by, names);
+  profile_ = load_profile(session().host, grid_name(), names);
 }
 
 void TableEditor::refresh() {
+  take_columns();
   RecordArrangement arrangement;
   for (const std::vector<std::wstring>& cells : filter.rows)
     arrangement.filter.push_back({cells[0], cells[1]});
@@ -179,12 +185,7 @@ void TableEditor::count_rows() {
   }
 }
 
-std::vector<std::wstring> TableEditor::headings() const {
-  std::vector<std::wstring> headings = {L"Handle", L"Record"};
-  for (const ODColumnDef& column : view_.table().columns)
-    headings.push_back(column.name);
-  return headings;
-}
+std::vector<std::wstring> TableEditor::headings() const { return headings_of(view_.table()); }
 
 std::wstring TableEditor::grid_name() const {
   return std::wstring(editor_name) + L'/' + table.text();

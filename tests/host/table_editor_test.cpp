@@ -225,6 +225,30 @@ TEST_F(TableEditing, TheColumnsAreKeptForEachTable) {
   });
 }
 
+TEST_F(TableEditing, ColumnsThatAreGoneAreNotShown) {
+  in_palette([this](TableEditor& editor, GridLines& lines) {
+    EXPECT_EQ(lines.columns().size(), 4u);
+    lines.choose(1, true);
+    ASSERT_EQ(store_.delete_table(L"T"), TableChange::Done);
+    EXPECT_EQ(lines_of(lines)[1], L"*2A 2 - -") << "until somebody refreshes";
+    press(editor, L"Refresh");
+    EXPECT_EQ(lines.columns().size(), 2u);
+    set(editor, editor.table, L"U");
+    lines.choose(0, true);
+    EXPECT_EQ(lines.columns().size(), 4u);
+    editor.drawing_closes();
+    EXPECT_TRUE(lines.columns().empty());
+    EXPECT_EQ(lines.line_count(), 0u);
+  });
+}
+
+TEST_F(TableEditing, ChosenRowsStayChosenWhenThePaletteIsShownAgain) {
+  in_palette([](TableEditor& /*editor*/, GridLines& lines) { lines.choose(1, true); });
+  in_palette([](TableEditor& /*editor*/, GridLines& lines) {
+    EXPECT_EQ(lines_of(lines)[1], L"*2A 2 a 1");
+  });
+}
+
 TEST_F(TableEditing, RowsOutsideAreNotThereForACommand) {
   ChosenRowsStore rows(store_, L"T", {{ids_[2], 1}, {ids_[0], 2}, {ids_[0], 5}});
   EXPECT_EQ(rows.tables_on(ids_), Texts{L"T"});
