@@ -71,6 +71,16 @@ std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table
   return written;
 }
 
+namespace {
+
+// What is not locked cannot be asked whether it opens for writing.
+CsvPlan plan_import(Session& session, const ODTableDef& table, std::string& utf8, char separator) {
+  const DocumentLock lock(session.host);
+  return plan_csv(session.store, session.host, table, utf8, separator);
+}
+
+}  // namespace
+
 void import_csv(Session& session, std::wstring_view table_name) {
   DrawingHost& host = session.host;
   const std::optional<ODTableDef> table = session.store.table(table_name);
@@ -84,7 +94,7 @@ void import_csv(Session& session, std::wstring_view table_name) {
     return host.print(format_text(L"Error: %s\n", error->message));
   }
 
-  const CsvPlan plan = plan_csv(session.store, host, *table, utf8, *separator);
+  const CsvPlan plan = plan_import(session, *table, utf8, *separator);
   if (plan.interrupted) return;
   if (plan.damage) {
     return host.print(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));

@@ -89,6 +89,8 @@ class ArxStore::Iterator final : public RecordIterator {
     if (!records_) records_ = store_.open_records(table_);
     opened_ = records_ && map::start_at(*records_, object_id(entity_), mode_);
     walking_ = opened_;
+    // Where the host's iterator stands after a failure is not known: perhaps on the entity before.
+    if (!opened_) records_.reset();
   }
   void end() {
     walking_ = false;

@@ -201,6 +201,7 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbE
 Acad::ErrorStatus AcDbBlockTable::getAt(const ACHAR* name, AcDbBlockTableRecord*& record,
                                         AcDb::OpenMode mode) const {
   if (std::wstring_view(name) != ACDB_MODEL_SPACE) return Acad::eError;
+  if (mode == AcDb::kForWrite && !is_writable()) return Acad::eLockViolation;
   record = new AcDbBlockTableRecord(name);
   record->open_for(mode);
   return Acad::eOk;
@@ -284,6 +285,7 @@ Acad::ErrorStatus why_not_opened(AcDbObjectId id, AcDb::OpenMode mode) {
 
 Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
                                  bool /*open_erased*/) {
+  if (mode == AcDb::kForWrite && !is_writable()) return Acad::eLockViolation;
   std::unique_ptr<AcDbObject> opened;
   if (is_part(id)) {
     opened = part_over(id, mode);

@@ -35,6 +35,7 @@ enum ErrorStatus {
   eNotThatKindOfClass,
   eAlreadyInDb,
   eContainerNotEmpty,
+  eLockViolation,
   eError
 };
 }
@@ -357,6 +358,9 @@ class DatabaseOver {
 };
 
 [[nodiscard]] StandaloneHost& working_drawing();
+
+// Whether a command runs or the document is locked: otherwise nothing in it opens for writing.
+[[nodiscard]] bool is_writable();
 
 [[nodiscard]] EntityId entity_of(const AcDbObjectId& id);
 [[nodiscard]] AcDbObjectId id_of(EntityId entity);

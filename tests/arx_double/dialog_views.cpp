@@ -3,6 +3,7 @@
 // turns to it.
 #include "frame/palette.h"
 #include "host/windows/dialog_view.h"
+#include "tests/arx_double/ed_classes.h"
 #include "tests/arx_double/ui_classes.h"
 
 namespace {
@@ -34,6 +35,7 @@ class DialogView::Controls {
 
   void hand_to_user() {
     if (auto* const palette = dynamic_cast<Palette*>(&dialog_)) {
+      const arx_double::RunningIn palette_turn(arx_double::RunningIn::Application);
       if (palette_user) owner_.deliver([palette] { palette_user(*palette); });
       return;
     }

@@ -18,6 +18,8 @@ constexpr std::int64_t set_mark = -1;  // the second half of a set's name
 std::map<std::int64_t, std::vector<AcDbObjectId>> sets;
 std::int64_t last_set = 0;
 bool locks_are_refused = false;
+int locks = 0;
+korvel::arx_double::RunningIn::Context current_context = korvel::arx_double::RunningIn::Command;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
@@ -216,6 +218,10 @@ void acedRestoreStatusBar() { host().end_progress(); }
 
 int acedUsrBrk() { return host().interrupted() ? 1 : 0; }
 
+bool AcApDocManager::isApplicationContext() const {
+  return current_context == korvel::arx_double::RunningIn::Application;
+}
+
 AcApDocument* AcApDocManager::curDocument() {
   static AcApDocument document;
   return &document;
@@ -225,11 +231,13 @@ Acad::ErrorStatus AcApDocManager::lockDocument(AcApDocument* /*document*/,
                                                AcAp::DocLockMode /*mode*/) {
   if (locks_are_refused) return Acad::eError;
   host().lock();
+  ++locks;
   return Acad::eOk;
 }
 
 Acad::ErrorStatus AcApDocManager::unlockDocument(AcApDocument* /*document*/) {
   host().unlock();
+  --locks;
   return Acad::eOk;
 }
 
@@ -260,6 +268,12 @@ void acedPostCommand(const ACHAR* text) {
 }
 
 namespace korvel::arx_double {
+
+bool is_writable() { return current_context == RunningIn::Command || locks > 0; }
+
+RunningIn::RunningIn(Context context) : former_(std::exchange(current_context, context)) {}
+
+RunningIn::~RunningIn() { current_context = former_; }
 
 void refuse_locks(bool refuse) { locks_are_refused = refuse; }
 

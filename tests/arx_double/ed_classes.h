@@ -3,9 +3,10 @@
 //
 // What the real ones are known to do, these do: at most 128 selection sets are open at a time, each
 // that was not freed is counted; a printed text is cut after 132 characters; a document is unlocked
-// as often as it was locked; a command wants an answer to every prompt. What they are not known to
-// allow, these refuse: BREAK on an entity that was not pointed at, and a change of the editor's
-// reactors while they are told something.
+// as often as it was locked, and outside of commands nothing in it is written while it is not
+// locked; a command wants an answer to every prompt. What they are not known to allow, these
+// refuse: BREAK on an entity that was not pointed at, and a change of the editor's reactors while
+// they are told something.
 #pragma once
 
 #include <cstdint>
@@ -104,8 +105,7 @@ class AcApDocManager {
   void make_current();
 
   AcApDocument* curDocument();
-  // The double's palettes are used while their command runs.
-  [[nodiscard]] bool isApplicationContext() const { return false; }
+  [[nodiscard]] bool isApplicationContext() const;
   Acad::ErrorStatus lockDocument(AcApDocument* document, AcAp::DocLockMode mode = AcAp::kWrite);
   Acad::ErrorStatus unlockDocument(AcApDocument* document);
   Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text,
@@ -145,6 +145,20 @@ namespace korvel::arx_double {
 
 // Values of lists made and not yet released.
 [[nodiscard]] int unreleased_buffers();
+
+// While it lives, what is done is done by a command, for which the host has locked the document, or
+// outside of commands, as what a palette's user does.
+class RunningIn {
+ public:
+  enum Context { Command, Application };
+  explicit RunningIn(Context context);
+  ~RunningIn();
+  RunningIn(const RunningIn&) = delete;
+  RunningIn& operator=(const RunningIn&) = delete;
+
+ private:
+  Context former_;
+};
 
 // Whether documents refuse to be locked.
 void refuse_locks(bool refuse);

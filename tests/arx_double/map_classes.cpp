@@ -25,8 +25,9 @@ korvel::EntityId entity_of(const AcDbObjectId& id) {
 
 AcMap::EErrCode code_of(bool done) { return done ? AcMap::kOk : AcMap::kErr; }
 
-AcMap::EErrCode code_of(korvel::TableChange change) {
-  return code_of(change == korvel::TableChange::Done);
+template <class Change>
+AcMap::EErrCode if_writable(Change change) {
+  return code_of(korvel::arx_double::is_writable() && change() == korvel::TableChange::Done);
 }
 
 korvel::ODRecord copy_of(const AcMapODTableRecord& record) {
@@ -98,9 +99,11 @@ AcMapODRecordIterator::~AcMapODRecordIterator() {
 AcMap::EErrCode AcMapODRecordIterator::Init(const AcDbObjectId& object, AcMap::EOpenMode mode,
                                             bool /*skip_nested*/) {
   const bool writes = mode == AcMap::kOpenForWrite;
+  if (writes && !korvel::arx_double::is_writable()) return AcMap::kErr;
+  if (!records_->open(entity_of(object), writes ? korvel::OpenMode::Write : korvel::OpenMode::Read))
+    return AcMap::kErr;
   entity_ = entity_of(object);
-  return code_of(
-      records_->open(entity_of(object), writes ? korvel::OpenMode::Write : korvel::OpenMode::Read));
+  return AcMap::kOk;
 }
 
 AcMap::EErrCode AcMapODRecordIterator::Next() {
@@ -144,6 +147,7 @@ AcMap::EErrCode AcMapODTable::InitRecord(AcMapODTableRecord& record) const {
 
 AcMap::EErrCode AcMapODTable::AddRecord(const AcMapODTableRecord& record,
                                         const AcDbObjectId& object) {
+  if (!korvel::arx_double::is_writable()) return AcMap::kErr;
   if (another_lives_on(entity_of(object), nullptr)) return AcMap::kErr;
   // A table of a source drawing becomes one of the drawing with its first record.
   if (!store_.table(name_)) {
@@ -175,14 +179,14 @@ AcMap::EErrCode AcMapODContainer::GetODTable(AcMapODTable*& table, const ACHAR* 
 AcMap::EErrCode AcMapODContainer::CreateODTable(const ACHAR* name,
                                                 const AcMapODTableDefinition& definition,
                                                 const ACHAR* /*description*/, bool /*as_xdata*/) {
-  return code_of(store_.define_table({name, definition.columns_}));
+  return if_writable([&] { return store_.define_table({name, definition.columns_}); });
 }
 
 // Only one column can differ in a call, as the binding changes them one at a time.
 AcMap::EErrCode AcMapODContainer::UpdateODTable(const ACHAR* name,
                                                 const AcMapODTableDefinition& definition) {
   const std::optional<korvel::ODTableDef> before = store_.table(name);
-  if (!before) return AcMap::kErr;
+  if (!before || !korvel::arx_double::is_writable()) return AcMap::kErr;
   const auto& now = definition.columns_;
   const auto& then = before->columns;
   const auto [changed, was] = std::mismatch(now.begin(), now.end(), then.begin(), then.end());
@@ -199,11 +203,12 @@ AcMap::EErrCode AcMapODContainer::UpdateODTable(const ACHAR* name,
 }
 
 AcMap::EErrCode AcMapODContainer::RenameODTable(const ACHAR* from, const ACHAR* to) {
-  return code_of(store_.rename_table(from, to));
+  return if_writable([&] { return store_.rename_table(from, to); });
 }
 
 AcMap::EErrCode AcMapODContainer::RemoveODTable(const ACHAR* name) {
-  return code_of(living.empty() && store_.delete_table(name) == korvel::TableChange::Done);
+  if (!living.empty()) return AcMap::kErr;
+  return if_writable([&] { return store_.delete_table(name); });
 }
 
 AcMap::EErrCode AcMapODContainer::GetObjectODRecordIterator(AcMapODRecordIterator*& iterator) {

@@ -52,6 +52,7 @@ class ModuleInDouble final : public LoadedPlugin {
       acDocManagerPtr()->make_current();
     }
     const Leaks before;
+    const arx_double::RunningIn command_turn(arx_double::RunningIn::Command);
     for (const AcEdCommandStack::Command& registered : acedRegCmds->commands) {
       if (registered.global_name == command.name) registered.function();
     }
