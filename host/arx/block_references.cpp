@@ -10,7 +10,9 @@ namespace korvel::arx {
 namespace {
 
 Opened<AcDbBlockReference> open_reference(EntityId entity) {
-  return open_as<AcDbBlockReference>(object_id(entity), AcDb::kForRead);
+  auto opened = open_as<AcDbBlockReference>(object_id(entity), AcDb::kForRead);
+  if (opened && !is_block_reference(*opened)) opened.reset();
+  return opened;
 }
 
 // Unconfirmed: the two members. Null for a reference of a block that is not dynamic.
@@ -37,6 +39,11 @@ bool set_text(AcDbAttribute& attribute, const std::wstring& text) {
 }
 
 }  // namespace
+
+bool is_block_reference(const AcDbBlockReference& entity) {
+  const AcRxClass* const kind = entity.isA();
+  return kind == AcDbBlockReference::desc() || kind == AcDbMInsertBlock::desc();
+}
 
 // The variants of dynamic blocks are anonymous.
 std::optional<std::wstring> block_name_of(EntityId entity) {

@@ -8,8 +8,12 @@
 #include <vector>
 
 #include "frame/drawing_host.h"
+#include "host/arx/sdk.h"
 
 namespace korvel::arx {
+
+// Of the host's classes that derive from that of block references, tables for one, most are none.
+[[nodiscard]] bool is_block_reference(const AcDbBlockReference& entity);
 
 // As DrawingHost has them.
 [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity);

@@ -1,11 +1,11 @@
 #include "host/arx/command_line.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <limits>
 #include <vector>
 
+#include "host/arx/documents.h"
 #include "host/arx/object_ids.h"
 #include "host/arx/sdk.h"
 #include "host/arx/texts.h"
@@ -51,10 +51,24 @@ std::size_t piece_end(std::wstring_view text) {
   return last >= 0xD800 && last <= 0xDBFF ? longest_text - 1 : longest_text;
 }
 
-// Unconfirmed: the name of the call.
-bool is_between_commands(const AcApDocManager& documents) {
-  return documents.isApplicationContext();
+// Unconfirmed: the names and forms of these calls. A plain array suits both the form of the answer
+// that is documented and one that takes its length from the array.
+
+bool is_between_commands() { return document_manager().isApplicationContext(); }
+
+int get_string(const std::wstring& prompt, std::wstring& answer) {
+  constexpr int blanks_allowed = 1;
+  ACHAR typed[longest_text + 1] = {};  // NOLINT(*-avoid-c-arrays)
+  const int result = acedGetString(blanks_allowed, prompt.c_str(), typed);
+  answer = typed;
+  return result;
 }
+
+int get_point(const std::wstring& prompt, ads_point& point) {
+  return acedGetPoint(nullptr, prompt.c_str(), point);
+}
+
+void unlock_document(AcApDocument* document) { document_manager().unlockDocument(document); }
 
 }  // namespace
 
@@ -68,12 +82,8 @@ void print(std::wstring_view text) {
 }
 
 std::optional<std::wstring> ask_string(std::wstring_view prompt) {
-  constexpr int blanks_allowed = 1;
-  std::array<ACHAR, longest_text + 1> typed{};
-  if (acedGetString(blanks_allowed, std::wstring(prompt).c_str(), typed.data()) != RTNORM) {
-    return std::nullopt;
-  }
-  return typed.data();
+  std::wstring answer;
+  return get_string(std::wstring(prompt), answer) == RTNORM ? std::optional(answer) : std::nullopt;
 }
 
 Answer<std::int32_t> ask_integer(std::wstring_view prompt) {
@@ -84,7 +94,7 @@ Answer<std::int32_t> ask_integer(std::wstring_view prompt) {
 
 Answer<Point3> ask_point(std::wstring_view prompt) {
   ads_point point{};
-  const int result = acedGetPoint(nullptr, std::wstring(prompt).c_str(), point);
+  const int result = get_point(std::wstring(prompt), point);
   return answer_of(result, world_point(point));
 }
 
@@ -125,38 +135,35 @@ bool interrupted() { return acedUsrBrk() != 0; }
 
 // In a command the host has locked already and one more lock is allowed; in a palette it is needed.
 void lock() {
-  AcApDocManager* const documents = acDocManagerPtr();
-  AcApDocument* const current = documents->curDocument();
-  const bool held = current != nullptr && documents->lockDocument(current) == Acad::eOk;
-  locks.push_back({current, held});
+  AcApDocument* const current = current_document();
+  locks.push_back({current, false});
+  locks.back().held = current != nullptr && document_manager().lockDocument(current) == Acad::eOk;
 }
 
 // The user may have changed to another document and back since the lock.
 void unlock() {
-  AcApDocManager* const documents = acDocManagerPtr();
-  AcApDocument* const current = documents->curDocument();
+  AcApDocument* const current = current_document();
   const auto last = std::find_if(locks.rbegin(), locks.rend(),
                                  [&](const Lock& lock) { return lock.document == current; });
   if (last == locks.rend()) return;
-  if (last->held) documents->unlockDocument(current);
+  if (last->held) unlock_document(current);
   locks.erase(std::next(last).base());
 }
 
-// Unconfirmed: what the host does with this text. Two escape characters in front of the next
-// command are the documented way.
+// Unconfirmed: the call, which the kit's headers may not declare, and what the host does with this
+// text. Two escape characters in front of the next command are the documented way.
 void cancel_command() { acedPostCommand(L"CANCELCMD"); }
 
 // A palette's text brings the document to the front. A command's must not: activating, the host
 // would suspend the command that is running and take the text at once.
 void send(std::wstring_view text) {
-  AcApDocManager* const documents = acDocManagerPtr();
-  AcApDocument* const current = documents->curDocument();
-  const bool activate = is_between_commands(*documents);
+  AcApDocument* const current = current_document();
+  const bool activate = is_between_commands();
   constexpr bool wrap_up_inactive = false;
   constexpr bool echo = false;
   if (current == nullptr) return;
-  documents->sendStringToExecute(current, std::wstring(text).c_str(), activate, wrap_up_inactive,
-                                 echo);
+  document_manager().sendStringToExecute(current, std::wstring(text).c_str(), activate,
+                                         wrap_up_inactive, echo);
 }
 
 }  // namespace korvel::arx

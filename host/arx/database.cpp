@@ -36,13 +36,33 @@ AcDbObjectId id_with_handle(AcDbDatabase& drawing, const std::wstring& handle) {
              : AcDbObjectId();
 }
 
+// Unconfirmed: the name of the call.
+bool is_hidden(const AcDbLayerTableRecord& layer) { return layer.isHidden(); }
+
 Layer layer_from(const AcDbLayerTableRecord& layer) {
   return {entity_id(layer.objectId()),
           name_of(layer),
           layer.isFrozen(),
-          layer.isHidden(),
+          is_hidden(layer),
           layer.isLocked(),
           layer.isOff()};
+}
+
+// Unconfirmed: both calls. The host's walk passes over hidden layers unless it is told not to.
+void include_hidden(AcDbLayerTableIterator& walk) {
+  walk.setSkipHidden(false);
+  walk.start();
+}
+
+// Unconfirmed: the calls. Null: the point cannot be on that layer.
+std::unique_ptr<AcDbPoint> point_on(AcDbObjectId layer) {
+  auto point = std::make_unique<AcDbPoint>(AcGePoint3d());
+  return point->setLayer(layer) == Acad::eOk ? std::move(point) : nullptr;
+}
+
+// Unconfirmed: the order of the arguments. The drawing owns what was appended.
+bool append(AcDbBlockTableRecord& space, AcDbEntity& entity, AcDbObjectId& id) {
+  return space.appendAcDbEntity(id, &entity) == Acad::eOk;
 }
 
 }  // namespace
@@ -80,8 +100,9 @@ std::wstring handle_of(EntityId entity) {
 
 EntityId entity_with_handle(std::wstring_view handle) {
   AcDbDatabase* const drawing = working_database();
-  const bool is_handle = !handle.empty() && handle.size() <= 16 &&
-                         handle.find_first_not_of(L"0123456789abcdefABCDEF") == handle.npos;
+  const bool is_handle =
+      !handle.empty() && handle.size() <= 16 &&
+      handle.find_first_not_of(L"0123456789abcdefABCDEF") == std::wstring_view::npos;
   if (drawing == nullptr || !is_handle) return {};
   const AcDbObjectId id = id_with_handle(*drawing, std::wstring(handle));
   return open_entity(id, AcDb::kForRead) ? entity_id(id) : EntityId{};
@@ -104,6 +125,7 @@ std::vector<Layer> layers() {
   AcDbLayerTableIterator* walk = nullptr;
   if (layers->newIterator(walk) != Acad::eOk) return found;
   const std::unique_ptr<AcDbLayerTableIterator> held(walk);
+  include_hidden(*walk);
   for (; !walk->done(); walk->step()) {
     AcDbLayerTableRecord* record = nullptr;
     if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
@@ -120,11 +142,8 @@ CarrierPoint::CarrierPoint() {
   const auto layer = std::ranges::find(all, false, &Layer::locked);
   const Opened<AcDbBlockTableRecord> space = open_model_space(AcDb::kForWrite);
   if (!space || layer == all.end()) return;
-  auto point = std::make_unique<AcDbPoint>(AcGePoint3d());
-  if (point->setLayer(object_id(layer->id)) != Acad::eOk) return;
-  if (space->appendAcDbEntity(id_, point.get()) != Acad::eOk) return;
-  // The drawing owns it from now on.
-  const Opened<AcDbEntity> added(point.release());
+  std::unique_ptr<AcDbPoint> point = point_on(object_id(layer->id));
+  if (point && append(*space, *point, id_)) const Opened<AcDbEntity> added(point.release());
 }
 
 CarrierPoint::~CarrierPoint() {

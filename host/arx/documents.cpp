@@ -4,9 +4,15 @@
 
 namespace korvel::arx {
 
-DocumentWatch::DocumentWatch() { acDocManagerPtr()->addReactor(this); }
+AcApDocManager& document_manager() { return *acDocManagerPtr(); }
 
-DocumentWatch::~DocumentWatch() { acDocManagerPtr()->removeReactor(this); }
+AcApDocument* current_document() { return document_manager().curDocument(); }
+
+// Unconfirmed: the names of both calls.
+
+DocumentWatch::DocumentWatch() { document_manager().addReactor(this); }
+
+DocumentWatch::~DocumentWatch() { document_manager().removeReactor(this); }
 
 // Unconfirmed: the name of this notice, and that the document's database is the working one by
 // then. Null: there is no document.
@@ -15,6 +21,9 @@ void DocumentWatch::documentBecameCurrent(AcApDocument* document) {
   show_palettes_anew();
 }
 
-void DocumentWatch::documentToBeDestroyed(AcApDocument* /*document*/) { clear_palettes(); }
+// The palettes show nothing of any other.
+void DocumentWatch::documentToBeDestroyed(AcApDocument* document) {
+  if (document == current_document()) clear_palettes();
+}
 
 }  // namespace korvel::arx

@@ -7,6 +7,12 @@
 
 namespace korvel::arx {
 
+// Unconfirmed: the name by which the manager of the documents is reached.
+[[nodiscard]] AcApDocManager& document_manager();
+
+// Null: there is none.
+[[nodiscard]] AcApDocument* current_document();
+
 // What the module keeps for one document: nothing yet. No command remembers anything of a drawing.
 class CDocData {};
 

@@ -28,6 +28,8 @@ AcMapDrawingSet* drawing_set() {
   return project->GetDrawingSet(set) == AcMap::kOk ? set : nullptr;
 }
 
+// Unconfirmed: also that what is handed out is the drawing set's, to which it is given back by
+// detaching.
 AcMapAttachedDrawing* attach(AcMapDrawingSet& set, const std::wstring& aliased_path) {
   AcMapAttachedDrawing* drawing = nullptr;
   return set.AttachDrawing(drawing, aliased_path.c_str()) == AcMap::kOk ? drawing : nullptr;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/arx/documents.h"
 #include "host/arx/sdk.h"
 
 namespace korvel::arx {
@@ -11,8 +12,17 @@ namespace {
 
 using Notification = void (EditorReactor::*)(std::wstring_view name);
 
-std::vector<EditorReactor*> reactors;  // in the order of adding
-int notifications = 0;                 // being passed on
+// A reactor, and the document in which it was added: the editor tells of the commands of all.
+struct Known {
+  EditorReactor* reactor;
+  AcApDocument* document;
+};
+std::vector<Known> reactors;  // in the order of adding
+int notifications = 0;        // being passed on
+
+bool is_known(EditorReactor* reactor) {
+  return std::ranges::find(reactors, reactor, &Known::reactor) != reactors.end();
+}
 
 void tell_one(EditorReactor& reactor, Notification notification, std::wstring_view name) {
   try {
@@ -24,9 +34,10 @@ void tell_one(EditorReactor& reactor, Notification notification, std::wstring_vi
 void tell(Notification notification, const ACHAR* name) {
   ++notifications;
   try {
-    for (EditorReactor* const reactor : std::vector(reactors)) {
-      const bool is_there = std::ranges::find(reactors, reactor) != reactors.end();
-      if (is_there) tell_one(*reactor, notification, name == nullptr ? L"" : name);
+    const AcApDocument* const current = current_document();
+    for (const Known& known : std::vector(reactors)) {
+      if (known.document != current || !is_known(known.reactor)) continue;
+      tell_one(*known.reactor, notification, name == nullptr ? L"" : name);
     }
   } catch (...) {  // no memory for the list
   }
@@ -54,15 +65,15 @@ void leave_editor(HostReactor& reactor) { acedEditor->removeReactor(&reactor); }
 }  // namespace
 
 void add_reactor(EditorReactor& reactor) {
-  if (std::ranges::find(reactors, &reactor) != reactors.end()) return;
-  reactors.push_back(&reactor);
+  if (is_known(&reactor)) return;
+  reactors.push_back({&reactor, current_document()});
   if (known_to_host) return;
   known_to_host = std::make_unique<HostReactor>();
   enter_editor(*known_to_host);
 }
 
 void remove_reactor(EditorReactor& reactor) {
-  std::erase(reactors, &reactor);
+  std::erase_if(reactors, [&reactor](const Known& known) { return known.reactor == &reactor; });
   leave_idle_editor();
 }
 

@@ -6,6 +6,7 @@
 
 #include "geometry/elliptic_arc.h"
 #include "geometry/vector.h"
+#include "host/arx/block_references.h"
 #include "host/arx/ge_values.h"
 #include "host/arx/guards.h"
 #include "host/arx/hatch_outlines.h"
@@ -151,6 +152,7 @@ EntityGeometry read(const AcDbMText& text) {
 }
 
 EntityGeometry read(const AcDbBlockReference& reference) {
+  if (!is_block_reference(reference)) return {};
   const AcGeScale3d scale = reference.scaleFactors();
   BlockReferenceShape shape{.position = point_of(reference.position()),
                             .normal = vector_of(reference.normal()),

@@ -161,6 +161,14 @@ std::wstring_view table_name(const AcMapODTableRecord& record) {
   return text_of(record.ODTableName());
 }
 
+int value_count(const AcMapODTableRecord& record) { return record.Count(); }
+
+const AcMapValue& value(const AcMapODTableRecord& record, int index) { return record.Value(index); }
+
+AcMapValue& value(AcMapODTableRecord& record, int index) { return record.Value(index); }
+
+void clear(AcMapODTableRecord& record) { record = AcMapODTableRecord(); }
+
 ODValueView view_of(const AcMapValue& value) {
   switch (static_cast<ODType>(value.Type())) {
     case ODType::Integer:

@@ -61,6 +61,10 @@ bool remove_record(AcMapODRecordIterator& records);
 
 // Empty of a record that was not read. A view into the record.
 [[nodiscard]] std::wstring_view table_name(const AcMapODTableRecord& record);
+[[nodiscard]] int value_count(const AcMapODTableRecord& record);
+[[nodiscard]] const AcMapValue& value(const AcMapODTableRecord& record, int index);
+[[nodiscard]] AcMapValue& value(AcMapODTableRecord& record, int index);
+void clear(AcMapODTableRecord& record);
 // Text is a view into the host's value and dies with it.
 [[nodiscard]] ODValueView view_of(const AcMapValue& value);
 // The value must be of the type of what it holds: the host's values never change their type.

@@ -44,7 +44,7 @@ class CkorvelApp final : public AcRxArxApp {
  private:
   ArxCommandStack stack_{run_command_handler};
   korvel::CkorvelApp plugin_{stack_};
-  AcApDataManager<CDocData> data_;
+  AcApDataManager<CDocData> data_;  // Unconfirmed: where its parameter comes from
   std::optional<DocumentWatch> documents_;
 };
 
@@ -54,14 +54,27 @@ class CkorvelApp final : public AcRxArxApp {
 using korvel::arx::CkorvelApp;
 IMPLEMENT_ARX_ENTRYPOINT(CkorvelApp)
 
-// Unconfirmed: the names of the two calls. One module object per module; it keeps the resources of
-// the host and of the module apart.
+// One module object per module; it keeps the resources of the host and of the module apart.
 AC_IMPLEMENT_EXTENSION_MODULE(korvel_module)
+
+// Unconfirmed: that the kit's headers declare it and leave it to the module.
+HINSTANCE _hdllInstance = nullptr;
+
+namespace {
+
+// Unconfirmed: the names of the calls, and that the host's dialog classes want the last one.
+void attach_to_host(HINSTANCE instance) {
+  _hdllInstance = instance;
+  korvel_module.AttachInstance(instance);
+  InitAcUiDLL();
+}
+
+}  // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
   if (reason == DLL_PROCESS_ATTACH) {
     korvel::arx::set_module_instance(instance);
-    korvel_module.AttachInstance(instance);
+    attach_to_host(instance);
   } else if (reason == DLL_PROCESS_DETACH) {
     korvel_module.DetachInstance();
   }

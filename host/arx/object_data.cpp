@@ -49,21 +49,21 @@ class ArxStore::Iterator final : public RecordIterator {
   }
 
   [[nodiscard]] std::wstring_view table_name() const override { return map::table_name(record()); }
-  [[nodiscard]] int value_count() const override { return record().Count(); }
+  [[nodiscard]] int value_count() const override { return map::value_count(record()); }
   [[nodiscard]] ODValueView value(int index) const override {
-    const bool there = index >= 0 && index < record().Count();
-    return there ? map::view_of(record().Value(index)) : ODValueView();
+    const bool there = index >= 0 && index < map::value_count(record());
+    return there ? map::view_of(map::value(record(), index)) : ODValueView();
   }
   bool update(const ODRecord& changed) override {
     if (!writes() || !fits_current(changed)) return false;
-    for (int i = 0; i < record_.Count(); ++i)
-      map::assign(record_.Value(i), view_of(changed.values[static_cast<std::size_t>(i)]));
+    for (int i = 0; i < map::value_count(record_); ++i)
+      map::assign(map::value(record_, i), view_of(changed.values[static_cast<std::size_t>(i)]));
     return write();
   }
   bool set_value(int index, const ODValueView& changed) override {
     if (!writes() || index < 0 || index >= value_count()) return false;
     if (!fits(changed, type_of(value(index)))) return false;
-    map::assign(record_.Value(index), changed);
+    map::assign(map::value(record_, index), changed);
     return write();
   }
   bool remove() override {
@@ -101,7 +101,7 @@ class ArxStore::Iterator final : public RecordIterator {
   [[nodiscard]] const AcMapODTableRecord& record() const {
     if (!read_) {
       read_ = map::get_record(*records_, record_);
-      if (!read_) record_ = AcMapODTableRecord();
+      if (!read_) map::clear(record_);
     }
     return record_;
   }
@@ -145,6 +145,9 @@ const ArxStore::OpenTable* ArxStore::open_table(std::wstring_view name) const {
   if (container_ == nullptr) return nullptr;
   auto known = tables_.find(name);
   if (known == tables_.end()) {
+    // Whether the host goes by the letter case of a name is not known; the tables here do.
+    const std::vector<std::wstring> names = table_names();
+    if (std::ranges::find(names, name) == names.end()) return nullptr;
     std::wstring wanted(name);
     std::unique_ptr<AcMapODTable> table = map::open_table(*container_, wanted);
     if (!table) return nullptr;
@@ -256,9 +259,9 @@ bool ArxStore::attach(EntityId entity, const ODRecord& record) {
   }
   AcMapODTableRecord made;
   if (!map::begin_record(*opened->table, made)) return false;
-  if (static_cast<std::size_t>(made.Count()) != record.values.size()) return false;
-  for (int i = 0; i < made.Count(); ++i)
-    map::assign(made.Value(i), view_of(record.values[static_cast<std::size_t>(i)]));
+  if (static_cast<std::size_t>(map::value_count(made)) != record.values.size()) return false;
+  for (int i = 0; i < map::value_count(made); ++i)
+    map::assign(map::value(made, i), view_of(record.values[static_cast<std::size_t>(i)]));
   // The host wants no iterator on the entity meanwhile, not even one that is at its end.
   release_iterators_on(entity, nullptr);
   return map::add_record(*opened->table, made, object_id(entity));

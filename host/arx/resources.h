@@ -17,9 +17,6 @@ class ModuleResources {
   ~ModuleResources();
   ModuleResources(const ModuleResources&) = delete;
   ModuleResources& operator=(const ModuleResources&) = delete;
-
- private:
-  HINSTANCE former_;
 };
 
 }  // namespace korvel::arx

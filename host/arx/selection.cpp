@@ -5,6 +5,12 @@
 namespace korvel::arx {
 namespace {
 
+// Unconfirmed: the type of the count.
+Adesk::Int32 count_of(const ads_name& set) {
+  Adesk::Int32 count = 0;
+  return acedSSLength(set, &count) == RTNORM ? count : 0;
+}
+
 class SelectionSet {
  public:
   SelectionSet() = default;
@@ -33,8 +39,7 @@ class SelectionSet {
 
   [[nodiscard]] EntityList entities() const {
     EntityList found;
-    Adesk::Int32 length = 0;
-    if (!made_ || acedSSLength(name_, &length) != RTNORM) return found;
+    const Adesk::Int32 length = made_ ? count_of(name_) : 0;
     for (Adesk::Int32 i = 0; i < length; ++i) {
       ads_name member;
       AcDbObjectId id;
@@ -52,8 +57,9 @@ class SelectionSet {
 }  // namespace
 
 EntityList pick_first() {
+  constexpr const ACHAR* implied = L"_I";  // unconfirmed: the line before the letter
   SelectionSet set;
-  (void)set.get(L"_I");
+  (void)set.get(implied);
   return set.entities();
 }
 

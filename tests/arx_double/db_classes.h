@@ -284,14 +284,24 @@ class AcDbLayerTableRecord : public Described<AcDbLayerTableRecord, AcDbSymbolTa
 
 class AcDbLayerTableIterator {
  public:
-  explicit AcDbLayerTableIterator(std::vector<korvel::Layer> layers) : layers_(std::move(layers)) {}
+  explicit AcDbLayerTableIterator(std::vector<korvel::Layer> layers) : layers_(std::move(layers)) {
+    start();
+  }
+  void setSkipHidden(bool skip) { skips_hidden_ = skip; }
+  void start() { next_ = first_shown(0); }
   [[nodiscard]] bool done() const { return next_ == layers_.size(); }
-  void step() { ++next_; }
+  void step() { next_ = first_shown(next_ + 1); }
   Acad::ErrorStatus getRecord(AcDbLayerTableRecord*& record, AcDb::OpenMode mode) const;
 
  private:
+  [[nodiscard]] std::size_t first_shown(std::size_t index) const {
+    while (skips_hidden_ && index < layers_.size() && layers_[index].hidden)
+      ++index;
+    return index;
+  }
   std::vector<korvel::Layer> layers_;
   std::size_t next_ = 0;
+  bool skips_hidden_ = true;
 };
 
 class AcDbLayerTable : public Described<AcDbLayerTable, AcDbSymbolTable> {

@@ -24,6 +24,8 @@ void AfxSetResourceHandle(HINSTANCE instance) { current_resources = instance; }
 
 void CAcExtensionModule::AttachInstance(HINSTANCE instance) { module_resources = instance; }
 
+void InitAcUiDLL() {}
+
 void CAcExtensionModule::DetachInstance() { module_resources = nullptr; }
 
 void CWnd::make_window() { m_hWnd = reinterpret_cast<HWND>(++last_window); }

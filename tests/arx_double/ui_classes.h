@@ -26,6 +26,8 @@ class CAcExtensionModule {
   void DetachInstance();
 };
 #define AC_IMPLEMENT_EXTENSION_MODULE(name) static CAcExtensionModule name;
+extern HINSTANCE _hdllInstance;
+void InitAcUiDLL();
 
 class CString {
  public:
