@@ -80,6 +80,25 @@ TEST_F(HostCommands, BreakIsGivenEveryAnswerAndItsPiecesTheData) {
   EXPECT_EQ(drawing_.asked, std::vector<std::wstring>(3, L"_.break"));
 }
 
+TEST_F(HostCommands, WhatIsBrokenInAnotherDocumentIsLeftAlone) {
+  ASSERT_EQ(store_.define_table({L"T", {}}), TableChange::Done);
+  ASSERT_TRUE(store_.attach(first_, {L"T", {}}));
+  AcApDocManager& documents = *acDocManagerPtr();
+  documents.make_current(documents.other_document());
+  std::vector<ExtensionEntry> saved;
+  drawing_.commands.push_back([&](EntityId /*entity*/) {
+    documents.make_current(documents.other_document());
+    script(CommandEnd::Ended);
+    EXPECT_TRUE(drawing_.run_command(L"_.break", first_)) << "by the user, over there";
+    documents.make_current(documents.other_document());
+    return CommandEnd::Cancelled;
+  });
+  break_carrying_data(host_, first_, saved);
+  const EntityList last = {drawing_.model_space().back()};
+  EXPECT_EQ(store_.count_records(last, std::vector<std::wstring>{L"T"}), std::vector{0});
+  EXPECT_EQ(saved.size(), 1U);
+}
+
 TEST_F(HostCommands, OthersAreGivenTheEntityAlone) {
   script(CommandEnd::Ended);
   EXPECT_TRUE(arx::run_command(L"_.explode", first_));

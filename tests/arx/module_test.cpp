@@ -2,6 +2,7 @@
 #include "frame/command_table.h"
 #include "frame/utf.h"
 #include "host/arx/documents.h"
+#include "host/arx/resources.h"
 #include "host/arx/session.h"
 #include "tests/arx_double/ed_classes.h"
 #include "tests/arx_double/map_classes.h"
@@ -71,6 +72,18 @@ TEST_F(ArxModule, TellsWhatACommandThrowsAndGoesOn) {
   EXPECT_TRUE(arx_double::unload_module());
 }
 
+TEST_F(ArxModule, GivesTheHostItsResourcesBackWhenCommandsOfTwoDocumentsTakeTurns) {
+  ASSERT_TRUE(arx_double::load_module());
+  const HINSTANCE of_host = AfxGetResourceHandle();
+  auto first = std::make_optional<arx::ModuleResources>();
+  auto second = std::make_optional<arx::ModuleResources>();
+  first.reset();
+  EXPECT_NE(AfxGetResourceHandle(), of_host);
+  second.reset();
+  EXPECT_EQ(AfxGetResourceHandle(), of_host);
+  EXPECT_TRUE(arx_double::unload_module());
+}
+
 // A dialog with a control at whose change something goes wrong.
 class Faulty final : public Dialog {
  public:
@@ -115,9 +128,12 @@ TEST_F(ArxModule, ShowsNothingOfADrawingThatIsClosed) {
   run(L"KORVEL_TABLE");
   ASSERT_NE(editor, nullptr);
   EXPECT_EQ(lines_of(*editor), 1U);
-  acDocManagerPtr()->close_document();
+  AcApDocManager& documents = *acDocManagerPtr();
+  documents.close_document(documents.other_document());
+  EXPECT_EQ(lines_of(*editor), 1U) << "that was another one";
+  documents.close_document(documents.curDocument());
   EXPECT_EQ(lines_of(*editor), 0U);
-  acDocManagerPtr()->make_current();
+  documents.make_current(documents.other_document());
   EXPECT_EQ(lines_of(*editor), 1U);
   EXPECT_TRUE(arx_double::unload_module());
   arx_double::set_palette_user({});

@@ -222,10 +222,9 @@ bool AcApDocManager::isApplicationContext() const {
   return current_context == korvel::arx_double::RunningIn::Application;
 }
 
-AcApDocument* AcApDocManager::curDocument() {
-  static AcApDocument document;
-  return &document;
-}
+AcApDocument* AcApDocManager::curDocument() { return &documents_.at(current_); }
+
+AcApDocument* AcApDocManager::other_document() { return &documents_.at(1 - current_); }
 
 Acad::ErrorStatus AcApDocManager::lockDocument(AcApDocument* /*document*/,
                                                AcAp::DocLockMode /*mode*/) {
@@ -248,14 +247,15 @@ Acad::ErrorStatus AcApDocManager::sendStringToExecute(AcApDocument* /*document*/
   return Acad::eOk;
 }
 
-void AcApDocManager::close_document() {
+void AcApDocManager::close_document(AcApDocument* document) {
   for (AcApDocManagerReactor* const reactor : reactors_)
-    reactor->documentToBeDestroyed(curDocument());
+    reactor->documentToBeDestroyed(document);
 }
 
-void AcApDocManager::make_current() {
+void AcApDocManager::make_current(AcApDocument* document) {
+  current_ = document == &documents_.front() ? 0 : 1;
   for (AcApDocManagerReactor* const reactor : reactors_)
-    reactor->documentBecameCurrent(curDocument());
+    reactor->documentBecameCurrent(document);
 }
 
 AcApDocManager* acDocManagerPtr() {

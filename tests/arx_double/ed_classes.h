@@ -9,6 +9,7 @@
 // they are told something.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -100,9 +101,10 @@ class AcApDocManager {
  public:
   void addReactor(AcApDocManagerReactor* reactor) { reactors_.push_back(reactor); }
   void removeReactor(AcApDocManagerReactor* reactor) { std::erase(reactors_, reactor); }
-  // What the user does with the one document that there is.
-  void close_document();
-  void make_current();
+  // What the user does with the two documents that there are, over one drawing.
+  AcApDocument* other_document();
+  void close_document(AcApDocument* document);
+  void make_current(AcApDocument* document);
 
   AcApDocument* curDocument();
   [[nodiscard]] bool isApplicationContext() const;
@@ -114,6 +116,8 @@ class AcApDocManager {
 
  private:
   std::vector<AcApDocManagerReactor*> reactors_;
+  std::array<AcApDocument, 2> documents_;
+  std::size_t current_ = 0;
 };
 AcApDocManager* acDocManagerPtr();
 void acedPostCommand(const ACHAR* text);

@@ -48,8 +48,9 @@ class ModuleInDouble final : public LoadedPlugin {
     StandaloneStore store(host_.drawing());
     const arx_double::MapOverStore map(store);
     if (std::exchange(known_drawing_, &host_.drawing()) != &host_.drawing()) {
-      acDocManagerPtr()->close_document();
-      acDocManagerPtr()->make_current();
+      AcApDocManager& documents = *acDocManagerPtr();
+      documents.close_document(documents.curDocument());
+      documents.make_current(documents.other_document());
     }
     const Leaks before;
     const arx_double::RunningIn command_turn(arx_double::RunningIn::Command);
