@@ -42,7 +42,8 @@ class RecordIterator {
 
   // Stands on the entity's first record. False when the entity cannot be opened in this mode (it
   // was erased, or Write is asked and its layer is locked); the iterator then stands on nothing:
-  // count() is 0 and done() is true.
+  // count() is 0 and done() is true. While an iterator stands on an entity for writing, a host need
+  // not let it be read by other means: what is wanted of its shape is read before.
   virtual bool open(EntityId entity, OpenMode mode) = 0;
 
   // Number of the entity's records that this iterator walks.

@@ -63,10 +63,11 @@ CoordinateCount set_coordinates(DrawingHost& host, ODStore& store, const EntityL
   for (const EntityId entity : entities) {
     if (!host.opens(entity, OpenMode::Read)) continue;
     ++count.opened;
-    if (!records->open(entity, OpenMode::Write) || records->done()) continue;
+    if (!records->open(entity, OpenMode::Read) || records->done()) continue;
     const Shape shape = host.geometry_of(entity).value_or(EntityGeometry{}).shape;
     std::optional<Point3> point = position_of(shape);
     if (!point) point = representative(shape, host.extents_of(entity));
+    if (!records->open(entity, OpenMode::Write)) continue;
     if (writer.write(*point, *records)) ++count.completed;
   }
   return count;

@@ -76,8 +76,10 @@ MeasureCounts set_measures(ODStore& store, const DrawingHost& host, const Entity
   for (const EntityId entity : entities) {
     if (!host.opens(entity, OpenMode::Read)) continue;
     ++counts.entities;
-    if (!records->open(entity, OpenMode::Write) || records->done()) continue;
-    if (const auto geometry = host.geometry_of(entity)) writer.write(*geometry, *records, counts);
+    if (!records->open(entity, OpenMode::Read) || records->done()) continue;
+    const auto geometry = host.geometry_of(entity);
+    if (!geometry || !records->open(entity, OpenMode::Write)) continue;
+    writer.write(*geometry, *records, counts);
   }
   return counts;
 }

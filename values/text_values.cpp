@@ -148,8 +148,10 @@ TextCounts set_texts(ODStore& store, const DrawingHost& host, const EntityList& 
   for (const EntityId entity : entities) {
     if (!host.opens(entity, OpenMode::Read)) continue;
     ++counts.entities;
-    if (!records->open(entity, OpenMode::Write) || records->done()) continue;
-    switch (finder.find(entity)) {
+    if (!records->open(entity, OpenMode::Read) || records->done()) continue;
+    const TextFinder::Found found = finder.find(entity);
+    if (!records->open(entity, OpenMode::Write)) continue;
+    switch (found) {
       case TextFinder::Found::None:
         ++counts.out_of_range;
         break;

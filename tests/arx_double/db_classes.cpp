@@ -276,6 +276,7 @@ Acad::ErrorStatus why_not_opened(AcDbObjectId id, AcDb::OpenMode mode) {
   if (id.isNull()) return Acad::eNullObjectId;
   const korvel::EntityId entity = entity_of(id);
   if (!working->opens(entity, korvel::OpenMode::Read)) return Acad::eWasErased;
+  if (records_are_written(entity)) return Acad::eWasOpenForWrite;
   const bool writes = mode == AcDb::kForWrite;
   if (writes && !working->opens(entity, korvel::OpenMode::Write)) return Acad::eOnLockedLayer;
   return Acad::eOk;

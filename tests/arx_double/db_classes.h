@@ -36,6 +36,7 @@ enum ErrorStatus {
   eAlreadyInDb,
   eContainerNotEmpty,
   eLockViolation,
+  eWasOpenForWrite,
   eError
 };
 }
@@ -368,6 +369,9 @@ class DatabaseOver {
 };
 
 [[nodiscard]] StandaloneHost& working_drawing();
+
+// Whether an iterator stands on the entity's records for writing.
+[[nodiscard]] bool records_are_written(EntityId entity);
 
 // Whether a command runs or the document is locked: otherwise nothing in it opens for writing.
 [[nodiscard]] bool is_writable();

@@ -103,6 +103,7 @@ AcMap::EErrCode AcMapODRecordIterator::Init(const AcDbObjectId& object, AcMap::E
   if (!records_->open(entity_of(object), writes ? korvel::OpenMode::Write : korvel::OpenMode::Read))
     return AcMap::kErr;
   entity_ = entity_of(object);
+  writes_ = writes;
   return AcMap::kOk;
 }
 
@@ -336,6 +337,12 @@ AcMapSession* AcMapGetSession() {
 }
 
 namespace korvel::arx_double {
+
+bool records_are_written(EntityId entity) {
+  return std::ranges::any_of(living, [entity](const AcMapODRecordIterator* iterator) {
+    return iterator->entity() == entity && iterator->writes();
+  });
+}
 
 MapOverStore::MapOverStore(ODStore& store) : project_(store), former_(current_project) {
   current_project = &project_;

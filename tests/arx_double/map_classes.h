@@ -3,7 +3,9 @@
 // What the real ones are known to do, these do: no record is added to an object, nor removed by
 // other means, while an iterator of it lives; deleting a table deletes its records; a name that is
 // taken is refused; a value takes its type from what is assigned first; iterators and tables that
-// were handed out are the caller's to delete, and what was not deleted is counted.
+// were handed out are the caller's to delete, and what was not deleted is counted. What they are
+// not known to allow, these refuse: opening an object on whose records an iterator stands for
+// writing.
 #pragma once
 
 #include <cstddef>
@@ -113,10 +115,12 @@ class AcMapODRecordIterator {
   AcMap::EErrCode RemoveRecord();
   [[nodiscard]] int RecordQuantity() const { return records_->count(); }
   [[nodiscard]] korvel::EntityId entity() const { return entity_; }
+  [[nodiscard]] bool writes() const { return writes_ && !records_->done(); }
 
  private:
   std::unique_ptr<korvel::RecordIterator> records_;
   korvel::EntityId entity_;
+  bool writes_ = false;
 };
 
 class AcMapODTable {
