@@ -43,6 +43,8 @@ class FileInProgress {
  public:
   explicit FileInProgress(const std::filesystem::path& target);
   ~FileInProgress();  // the target is as it was, unless finish() was called
+  FileInProgress(const FileInProgress&) = delete;
+  FileInProgress& operator=(const FileInProgress&) = delete;
 
   void write(std::string_view bytes);
   // Puts the file in its place. None if all went well, from the beginning on.

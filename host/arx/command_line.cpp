@@ -47,7 +47,7 @@ std::vector<Lock> locks;
 // The end of the piece, which does not part a surrogate pair.
 std::size_t piece_end(std::wstring_view text) {
   if (text.size() <= longest_text) return text.size();
-  const auto last = static_cast<std::uint32_t>(text[longest_text - 1]);
+  const wchar_t last = text[longest_text - 1];
   return last >= 0xD800 && last <= 0xDBFF ? longest_text - 1 : longest_text;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -40,11 +41,11 @@ constexpr auto functions = functions_of(std::make_index_sequence<most_commands>(
 
 // A module that is loaded again registers the same commands again.
 std::optional<std::size_t> slot_of(const Slot& wanted) {
-  const auto used = slots.begin() + static_cast<std::ptrdiff_t>(slots_used);
-  const auto found = std::find(slots.begin(), used, wanted);
-  if (found == slots.end()) return std::nullopt;
-  if (found == used) slots[slots_used++] = wanted;
-  return static_cast<std::size_t>(found - slots.begin());
+  const auto used = std::span(slots).first(slots_used);
+  const auto slot = static_cast<std::size_t>(std::ranges::find(used, wanted) - used.begin());
+  if (slot == most_commands) return std::nullopt;
+  if (slot == slots_used) slots[slots_used++] = wanted;
+  return slot;
 }
 
 // Unconfirmed: the form of both calls.

@@ -100,6 +100,7 @@ EntityGeometry read(const AcDb3dPolyline& line) {
 template <class Values, class Convert>
 auto copies_of(const Values& values, Convert convert) {
   std::vector<decltype(convert(values[0]))> copies;
+  copies.reserve(static_cast<std::size_t>(values.length()));
   for (int i = 0; i < values.length(); ++i)
     copies.push_back(convert(values[i]));
   return copies;
@@ -174,8 +175,8 @@ template <class CornerAt>
 EntityGeometry plate(CornerAt corner_at, const std::array<Adesk::UInt16, 4>& order,
                      double thickness) {
   std::array<AcGePoint3d, 4> corners;
-  for (Adesk::UInt16 i = 0; i < corners.size(); ++i) {
-    if (corner_at(i, corners[i]) != Acad::eOk) return {};
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    if (corner_at(static_cast<Adesk::UInt16>(i), corners[i]) != Acad::eOk) return {};
   }
   const bool is_triangle = point_of(corners[2]) == point_of(corners[3]);
   FaceShape shape;

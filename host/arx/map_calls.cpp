@@ -38,6 +38,7 @@ AcMapODColumnDefinition host_column(const ODColumnDef& column) {
 
 std::vector<std::wstring> texts_of(const AcMapStringArray& array) {
   std::vector<std::wstring> texts;
+  texts.reserve(static_cast<std::size_t>(array.Length()));
   for (int i = 0; i < array.Length(); ++i)
     texts.emplace_back(text_of(array[i]));
   return texts;

@@ -295,7 +295,7 @@ bool ArxStore::remove_path_alias(std::wstring_view name) {
 
 // The drawing set knows a path by an alias for its beginning.
 std::wstring ArxStore::aliased(const std::filesystem::path& path) const {
-  const std::wstring whole = path_text(path);
+  std::wstring whole = path_text(path);
   for (const Alias& alias : aliases_) {
     if (whole.starts_with(alias.path)) return alias.name + L':' + whole.substr(alias.path.size());
   }

@@ -22,6 +22,8 @@ class ArxStore final : public ODStore {
  public:
   ArxStore();
   ~ArxStore() override;
+  ArxStore(const ArxStore&) = delete;
+  ArxStore& operator=(const ArxStore&) = delete;
 
   [[nodiscard]] std::vector<std::wstring> table_names() const override;
   [[nodiscard]] std::optional<ODTableDef> table(std::wstring_view name) const override;

@@ -339,7 +339,7 @@ Acad::ErrorStatus acdbOpenObject(Class*& opened, AcDbObjectId id, AcDb::OpenMode
                                  bool open_erased = false) {
   AcDbObject* object = nullptr;
   const Acad::ErrorStatus status = acdbOpenObject(object, id, mode, open_erased);
-  if (status != Acad::eOk) return status;
+  if (status != Acad::eOk || object == nullptr) return status;
   opened = Class::cast(object);
   if (opened != nullptr) return Acad::eOk;
   object->close();

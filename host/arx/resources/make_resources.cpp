@@ -1,5 +1,6 @@
 // Prints the module's resource script: the string table, which is the message catalogue, and the
 // empty box in which every dialog is shown.
+#include <array>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -23,9 +24,10 @@ std::string literal(std::wstring_view text) {
     } else if (c >= L' ' && c <= L'~') {
       quoted += static_cast<char>(c);
     } else {
-      char digits[8];
-      (void)std::snprintf(digits, sizeof digits, "\\x%04X", static_cast<unsigned>(c) & 0xFFFFU);
-      quoted += digits;
+      std::array<char, 8> digits{};
+      (void)std::snprintf(digits.data(), digits.size(), "\\x%04X",
+                          static_cast<unsigned>(c) & 0xFFFFU);
+      quoted += digits.data();
     }
   }
   return quoted + '"';
