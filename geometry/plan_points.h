@@ -17,7 +17,7 @@ class PlanPoints {
   // order, until one call returns true. Says whether one did. Where many points may lie in a part
   // of the box, may_hold(part) is asked first; if it returns false, they are passed over.
   template <class MayHold, class Visit>
-  bool any_in(const Extents& box, const MayHold& may_hold, const Visit& visit) const {
+  [[nodiscard]] bool any_in(const Extents& box, const MayHold& may_hold, const Visit& visit) const {
     return any_in({0, nodes_.size()}, box, false, may_hold, visit);
   }
 
@@ -39,8 +39,8 @@ class PlanPoints {
 
   // `cut`: the part has become smaller since may_hold was asked.
   template <class MayHold, class Visit>
-  bool any_in(const Range& range, const Extents& part, bool cut, const MayHold& may_hold,
-              const Visit& visit) const {
+  [[nodiscard]] bool any_in(const Range& range, const Extents& part, bool cut,
+                            const MayHold& may_hold, const Visit& visit) const {
     if (range.first == range.last) return false;
     const bool asks = cut && range.last - range.first > many;
     if (asks && !may_hold(part)) return false;

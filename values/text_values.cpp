@@ -79,7 +79,7 @@ class TextFinder {
     if (!extents) return Found::None;
     std::size_t count = 0;
     geometry_.reset();
-    points_.any_in(
+    const bool many = points_.any_in(
         widened(*extents, tolerance_),
         [&](const Extents& part) { return read(entity) && reaches_into(part); },
         [&](std::size_t index) {
@@ -88,7 +88,8 @@ class TextFinder {
           text_ = index;
           return ++count > 1;
         });
-    return count == 0 ? Found::None : count == 1 ? Found::One : Found::Many;
+    if (many) return Found::Many;
+    return count == 0 ? Found::None : Found::One;
   }
 
   // After One.

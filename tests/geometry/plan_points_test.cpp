@@ -47,7 +47,7 @@ TEST(PlanPoints, ArePassedOverInPartsThatHoldNone) {
   }
   int seen = 0;
   int on_diagonal = 0;
-  PlanPoints(points).any_in(
+  const bool stopped = PlanPoints(points).any_in(
       {{0, 0, 0}, {99, 99, 0}},
       [](const Extents& part) { return part.min.x <= part.max.y && part.min.y <= part.max.x; },
       [&](std::size_t i) {
@@ -55,6 +55,7 @@ TEST(PlanPoints, ArePassedOverInPartsThatHoldNone) {
         if (points[i].x == points[i].y) ++on_diagonal;
         return false;
       });
+  EXPECT_FALSE(stopped);
   EXPECT_EQ(on_diagonal, 100);
   EXPECT_LT(seen, 2500);
 }
