@@ -28,7 +28,7 @@ bool ModalDialog::run() {
 BOOL ModalDialog::OnInitDialog() {
   SetWindowText(dialog_.title().c_str());
   catching([this] {
-    view_.emplace(m_hWnd, dialog_, *this);
+    view_ = std::make_unique<windows::DialogView>(m_hWnd, dialog_, *this);
     give_size(inside_.value_or(view_->preferred_size()));
   });
   CAcUiDialog::OnInitDialog();  // gives the window the place and the size that the user gave it
@@ -52,10 +52,13 @@ LRESULT ModalDialog::WindowProc(UINT id, WPARAM wparam, LPARAM lparam) {
   catching([&] {
     if (view_) answer = view_->on_message({id, wparam, lparam});
   });
-  if (id == WM_DESTROY) view_.reset();
+  if (id == WM_DESTROY) forget_view();
   const bool is_for_both = id == WM_SIZE;  // the host's framework keeps the size
   return answer && !is_for_both ? *answer : CAcUiDialog::WindowProc(id, wparam, lparam);
 }
+
+// The controls send messages as they go: the view is away before they do.
+void ModalDialog::forget_view() { const auto gone = std::move(view_); }
 
 // Enter is the view's; what comes here is no button of the dialog's.
 void ModalDialog::OnOK() {}

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "host/arx/sdk.h"
@@ -31,12 +32,13 @@ class ModalDialog final : public CAcUiDialog, public windows::ViewOwner {
   void complain(std::wstring_view sentence) override;
   void closed(bool accepted) override;
 
+  void forget_view();
   void give_size(windows::Size inside);
   void catching(const std::function<void()>& action);
 
   Dialog& dialog_;
   std::optional<windows::Size> inside_;
-  std::optional<windows::DialogView> view_;
+  std::unique_ptr<windows::DialogView> view_;
   std::exception_ptr thrown_;
 };
 

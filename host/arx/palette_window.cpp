@@ -43,12 +43,19 @@ LRESULT PaletteWindow::WindowProc(UINT id, WPARAM wparam, LPARAM lparam) {
   // Unconfirmed: that the host asks its modeless windows by this message, and takes the keyboard
   // away from those that do not answer it.
   if (id == WM_ACAD_KEEPFOCUS) return TRUE;
-  if (id == WM_DESTROY) view_.reset();
+  if (id == WM_DESTROY) forget_view();
   if (const std::optional<LRESULT> answer = answer_of_view({id, wparam, lparam})) return *answer;
   const LRESULT result = CAdUiPalette::WindowProc(id, wparam, lparam);
-  if (id == WM_CREATE) deliver([this] { view_.emplace(m_hWnd, content_, *this); });
+  if (id == WM_CREATE) deliver([this] { make_view(); });
   return result;
 }
+
+void PaletteWindow::make_view() {
+  view_ = std::make_unique<windows::DialogView>(m_hWnd, content_, *this);
+}
+
+// The controls send messages as they go: the view is away before they do.
+void PaletteWindow::forget_view() { const auto gone = std::move(view_); }
 
 std::optional<LRESULT> PaletteWindow::answer_of_view(const windows::WindowMessage& message) {
   if (!view_) return std::nullopt;

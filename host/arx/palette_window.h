@@ -1,6 +1,7 @@
 // A palette: the window in one of the host's palette sets in which a dialog stays open.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -33,10 +34,12 @@ class PaletteWindow final : public CAdUiPalette, public windows::ViewOwner {
   void complain(std::wstring_view sentence) override;
   void closed(bool accepted) override;
 
+  void make_view();
+  void forget_view();
   [[nodiscard]] std::optional<LRESULT> answer_of_view(const windows::WindowMessage& message);
 
   Palette& content_;
-  std::optional<windows::DialogView> view_;
+  std::unique_ptr<windows::DialogView> view_;
 };
 
 }  // namespace korvel::arx

@@ -302,13 +302,15 @@ class DialogView::Controls final : public ViewSite {
 DialogView::DialogView(WindowHandle window, Dialog& dialog, ViewOwner& owner)
     : controls_(std::make_unique<Controls>(static_cast<HWND>(window), dialog, owner)) {}
 
-DialogView::~DialogView() = default;
+// Windows tell their parent that they go; nothing is there any more to take it.
+DialogView::~DialogView() { const std::unique_ptr<Controls> gone = std::move(controls_); }
 
 void DialogView::refresh() { controls_->refresh(); }
 
 Size DialogView::preferred_size() const { return controls_->preferred_size(); }
 
 std::optional<std::intptr_t> DialogView::on_message(const WindowMessage& message) {
+  if (!controls_) return std::nullopt;
   return controls_->on_message(message.id, message.wparam, message.lparam);
 }
 

@@ -49,7 +49,8 @@ class ViewOwner {
 class DialogView {
  public:
   // Makes the controls and shows the model in them. The window, the dialog and the owner must
-  // outlive the view; the controls go with the view.
+  // outlive the view; the controls go with the view. What the window is told by them as they go may
+  // still be handed to the view.
   DialogView(WindowHandle window, Dialog& dialog, ViewOwner& owner);
   ~DialogView();
   DialogView(const DialogView&) = delete;

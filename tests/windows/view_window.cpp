@@ -27,21 +27,28 @@ ViewWindow::ViewWindow(Dialog& dialog, Turn turn) : turn_(std::move(turn)) {
                             WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE, 40, 40, 600, 500,
                             nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  view_ = std::make_unique<DialogView>(window_, dialog, *this);
+  view_ = new DialogView(window_, dialog, *this);
 }
 
-ViewWindow::~ViewWindow() {
-  view_.reset();
-  DestroyWindow(window_);
-}
+ViewWindow::~ViewWindow() { DestroyWindow(window_); }
 
 LRESULT CALLBACK ViewWindow::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   auto* const self = reinterpret_cast<ViewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (self != nullptr && self->view_) {
+  if (self != nullptr && self->view_ != nullptr) {
     const WindowMessage seen{message, wparam, lparam};
-    if (const std::optional<std::intptr_t> answer = self->view_->on_message(seen)) return *answer;
+    const std::optional<std::intptr_t> answer = self->view_->on_message(seen);
+    EXPECT_FALSE(answer && self->is_going_) << "message " << message;
+    if (answer) return *answer;
+    if (message == WM_DESTROY) self->delete_view();
   }
   return DefWindowProcW(window, message, wparam, lparam);
+}
+
+// The view is forgotten after it went, so that it is handed all that comes in between.
+void ViewWindow::delete_view() {
+  is_going_ = true;
+  delete view_;
+  view_ = nullptr;
 }
 
 void ViewWindow::deliver(const std::function<void()>& action) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,9 +50,12 @@ class ViewWindow final : public ViewOwner {
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
+  void delete_view();
+
   Turn turn_;
   HWND window_ = nullptr;
-  std::unique_ptr<DialogView> view_;
+  DialogView* view_ = nullptr;  // goes with the window
+  bool is_going_ = false;
 };
 
 [[nodiscard]] std::wstring text_in(HWND window);
