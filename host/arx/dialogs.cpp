@@ -31,8 +31,8 @@ UINT icon_flag(BoxIcon icon) {
 }
 
 int box(std::wstring_view caption, std::wstring_view text, UINT flags) {
-  return acedGetAcadFrame()->MessageBox(std::wstring(text).c_str(), std::wstring(caption).c_str(),
-                                        flags);
+  return window_in_front()->MessageBox(std::wstring(text).c_str(), std::wstring(caption).c_str(),
+                                       flags);
 }
 
 // Unconfirmed: the form of the constructor; CFileDialog has the same arguments.
@@ -41,7 +41,7 @@ std::optional<std::filesystem::path> chosen_file(BOOL opens, const FileQuestion&
   const std::wstring extension(question.default_extension);
   const std::wstring filter(question.filter);
   CAcUiFileDialog chooser(opens, extension.empty() ? nullptr : extension.c_str(), nullptr, flags,
-                          filter.c_str(), acedGetAcadFrame());
+                          filter.c_str(), window_in_front());
   if (chooser.DoModal() != IDOK) return std::nullopt;
   return std::filesystem::path(static_cast<const ACHAR*>(chooser.GetPathName()));
 }

@@ -1,6 +1,7 @@
 #include "host/arx/modal_dialog.h"
 
 #include <string>
+#include <utility>
 
 #include "host/arx/dialogs.h"
 #include "host/arx/resource_ids.h"
@@ -11,14 +12,29 @@ namespace {
 // The pattern of the host's: module, colon, dialog.
 std::wstring dialog_name(const Dialog& dialog) { return L"korvel:" + dialog.title(); }
 
+CWnd* dialog_in_front = nullptr;
+
+// While it lives, the dialog is the one in front.
+class InFront {
+ public:
+  explicit InFront(CWnd& dialog) : former_(std::exchange(dialog_in_front, &dialog)) {}
+  ~InFront() { dialog_in_front = former_; }
+  InFront(const InFront&) = delete;
+  InFront& operator=(const InFront&) = delete;
+
+ private:
+  CWnd* former_;
+};
+
 }  // namespace
 
 ModalDialog::ModalDialog(Dialog& dialog, std::optional<windows::Size> inside)
-    : CAcUiDialog(IDD_KORVEL_DIALOG, acedGetAcadFrame()), dialog_(dialog), inside_(inside) {
+    : CAcUiDialog(IDD_KORVEL_DIALOG, window_in_front()), dialog_(dialog), inside_(inside) {
   SetDialogName(dialog_name(dialog).c_str());
 }
 
 bool ModalDialog::run() {
+  const InFront in_front(*this);
   const bool accepted = DoModal() == IDOK;
   if (thrown_) std::rethrow_exception(thrown_);
   if (!accepted) dialog_.cancel();
@@ -79,6 +95,10 @@ void ModalDialog::closed(bool accepted) { EndDialog(accepted ? IDOK : IDCANCEL);
 void ModalDialog::catching(const std::function<void()>& action) try { action(); } catch (...) {
   thrown_ = std::current_exception();
   EndDialog(IDCANCEL);
+}
+
+CWnd* window_in_front() {
+  return dialog_in_front != nullptr ? dialog_in_front : acedGetAcadFrame();
 }
 
 }  // namespace korvel::arx

@@ -42,4 +42,7 @@ class ModalDialog final : public CAcUiDialog, public windows::ViewOwner {
   std::exception_ptr thrown_;
 };
 
+// What is opened now belongs to: the dialog that was opened last, or the host's frame.
+[[nodiscard]] CWnd* window_in_front();
+
 }  // namespace korvel::arx
