@@ -81,19 +81,21 @@ void ModalDialog::OnOK() {}
 
 void ModalDialog::OnCancel() { closed(false); }
 
-void ModalDialog::deliver(const std::function<void()>& action) { action(); }
+void ModalDialog::deliver(const std::function<void()>& action) { catching(action); }
 
 std::optional<std::filesystem::path> ModalDialog::choose_file(std::wstring_view filter) {
   return choose_file_to_open({filter, L""});
 }
 
-void ModalDialog::complain(std::wstring_view sentence) { arx::complain(sentence); }
+void ModalDialog::complain(std::wstring_view sentence) {
+  catching([sentence] { arx::complain(sentence); });
+}
 
 void ModalDialog::closed(bool accepted) { EndDialog(accepted ? IDOK : IDCANCEL); }
 
 // Nothing may be thrown through a procedure of a window.
 void ModalDialog::catching(const std::function<void()>& action) try { action(); } catch (...) {
-  thrown_ = std::current_exception();
+  if (!thrown_) thrown_ = std::current_exception();
   EndDialog(IDCANCEL);
 }
 

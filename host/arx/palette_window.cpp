@@ -81,7 +81,9 @@ std::optional<std::filesystem::path> PaletteWindow::choose_file(std::wstring_vie
   return choose_file_to_open({filter, L""});
 }
 
-void PaletteWindow::complain(std::wstring_view sentence) { arx::complain(sentence); }
+void PaletteWindow::complain(std::wstring_view sentence) {
+  run_guarded(content_.title(), [sentence] { arx::complain(sentence); });
+}
 
 // A palette has no buttons that close it.
 void PaletteWindow::closed(bool /*accepted*/) {}

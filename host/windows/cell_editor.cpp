@@ -1,10 +1,20 @@
 #include "host/windows/cell_editor.h"
 
+#include <algorithm>
 #include <utility>
 
-namespace korvel::windows {
+#include "host/windows/flag_guard.h"
 
-CellEditor::CellEditor(const ListWindow& list, EditedCells& cells) : list_(list), cells_(cells) {
+namespace korvel::windows {
+namespace {
+
+// The list's message to itself.
+constexpr UINT complain_message = WM_APP;
+
+}  // namespace
+
+CellEditor::CellEditor(const ListWindow& list, ViewSite& site, EditedCells& cells)
+    : list_(list), site_(site), cells_(cells) {
   SetWindowSubclass(list.get(), list_procedure, 0, reinterpret_cast<DWORD_PTR>(this));
 }
 
@@ -14,17 +24,21 @@ CellEditor::~CellEditor() {
   RemoveWindowSubclass(list_.get(), list_procedure, 0);
 }
 
-void CellEditor::open(Cell cell, HFONT font) {
-  finish(CellLeft::Elsewhere);
+void CellEditor::open(Cell cell) {
+  finish();
   if (is_open()) return;
   list_.focus_row(cell.row);
+  list_.scroll_across_to(cell);
   cell_ = cell;
-  before_ = list_.cell_text(cell);
-  field_ = make_child(list_.get(), WC_EDITW, {.style = ES_AUTOHSCROLL | WS_BORDER}, before_);
+  field_ = make_child(list_.get(), WC_EDITW, {.style = ES_AUTOHSCROLL | WS_BORDER},
+                      list_.cell_text(cell));
+  before_ = text_of(field_.get());
   SetWindowSubclass(field_.get(), field_procedure, 0, reinterpret_cast<DWORD_PTR>(this));
   SendMessageW(field_.get(), EM_SETLIMITTEXT, 0, 0);
-  SendMessageW(field_.get(), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-  place(field_.get(), list_.cell_rect(cell));
+  SendMessageW(field_.get(), WM_SETFONT, reinterpret_cast<WPARAM>(site_.font()), FALSE);
+  Rect rect = list_.cell_rect(cell);
+  rect.width = std::min(rect.width, list_.inside_width() - rect.left);
+  place(field_.get(), rect);
   SendMessageW(field_.get(), EM_SETSEL, 0, -1);
   SetFocus(field_.get());
 }
@@ -33,19 +47,38 @@ void CellEditor::cancel() {
   if (is_open() && !is_giving_) close(CellLeft::Escape);
 }
 
+void CellEditor::finish(CellLeft how) {
+  if (is_open() && !is_giving_) site_.owner().deliver([this, how] { give(how); });
+}
+
 // A text that is refused stays in the field to be mended, unless the user is elsewhere already.
 // What was not changed is not given: a field of one line may not have shown all of it.
-void CellEditor::finish(CellLeft how) {
-  if (!is_open() || is_giving_) return;
-  const std::wstring typed = text_of(field_.get());
-  is_giving_ = true;
-  const bool taken = typed == before_ || cells_.take(cell_, typed);
-  is_giving_ = false;
-  if (!taken && how != CellLeft::Elsewhere) {
+void CellEditor::give(CellLeft how) {
+  std::optional<std::wstring> refusal;
+  {
+    const FlagGuard giving(is_giving_);
+    const std::wstring typed = text_of(field_.get());
+    if (typed != before_) refusal = cells_.take(cell_, typed);
+    if (refusal && how != CellLeft::Elsewhere) site_.owner().complain(*refusal);
+  }
+  if (!refusal) return close(how);
+  if (how != CellLeft::Elsewhere) {
     SetFocus(field_.get());
   } else {
+    complain_later(std::move(*refusal));
     close(how);
   }
+}
+
+// A box that comes up while the focus is on its way would take the user's click from where it went.
+void CellEditor::complain_later(std::wstring sentence) {
+  complaint_ = std::move(sentence);
+  PostMessageW(list_.get(), complain_message, 0, 0);
+}
+
+void CellEditor::complain() {
+  const std::wstring sentence = std::exchange(complaint_, {});
+  if (!sentence.empty()) site_.owner().complain(sentence);
 }
 
 void CellEditor::close(CellLeft how) {
@@ -74,7 +107,7 @@ LRESULT CellEditor::on_field_message(UINT message, WPARAM wparam, LPARAM lparam)
       break;
     case WM_KILLFOCUS: {
       const LRESULT answer = DefSubclassProc(field, message, wparam, lparam);
-      finish(CellLeft::Elsewhere);
+      finish();
       return answer;
     }
     default:
@@ -100,16 +133,19 @@ LRESULT CALLBACK CellEditor::list_procedure(HWND window, UINT message, WPARAM wp
     case WM_VSCROLL:
     case WM_HSCROLL:
     case WM_MOUSEWHEEL:
+    case WM_MOUSEHWHEEL:
     case WM_SIZE:
-      self.finish(CellLeft::Elsewhere);
+      self.finish();
       break;
     case WM_NOTIFY: {
       const UINT code = reinterpret_cast<const NMHDR*>(lparam)->code;
-      if (code == HDN_BEGINTRACKW || code == HDN_BEGINTRACKA) self.finish(CellLeft::Elsewhere);
+      if (code == HDN_BEGINTRACKW || code == HDN_BEGINTRACKA) self.finish();
       break;
     }
     case WM_COMMAND:
       return 0;
+    case complain_message:
+      return self.complain(), 0;
     default:
       break;
   }

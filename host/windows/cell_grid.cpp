@@ -22,7 +22,7 @@ class CellGridView final : public ControlView, private EditedCells {
       : ControlView(site),
         grid_(grid),
         list_(site.window(), LVS_SINGLESEL | LVS_NOSORTHEADER, LVS_EX_GRIDLINES),
-        editor_(list_, *this) {
+        editor_(list_, site, *this) {
     for (const Grid::Column& column : grid.columns)
       list_.add_column(list_.column_count(), column.heading, characters(16));
     if (!grid.user_rows) return;
@@ -124,7 +124,7 @@ class CellGridView final : public ControlView, private EditedCells {
 
   void edit(Cell cell) {
     const bool can = grid_.enabled && grid_.columns[static_cast<std::size_t>(cell.column)].editable;
-    if (can) editor_.open(cell, site().font());
+    if (can) editor_.open(cell);
   }
 
   // The first cell at or behind this one that can be edited.
@@ -150,7 +150,7 @@ class CellGridView final : public ControlView, private EditedCells {
     return false;
   }
 
-  bool take(Cell cell, const std::wstring& text) override {
+  std::optional<std::wstring> take(Cell cell, const std::wstring& text) override {
     site().change(grid_, [this, cell, &text] {
       const auto row = static_cast<std::size_t>(cell.row);
       if (row >= grid_.rows.size()) {
@@ -160,7 +160,7 @@ class CellGridView final : public ControlView, private EditedCells {
       std::wstring& model = grid_.rows[row][static_cast<std::size_t>(cell.column)];
       return std::exchange(model, text) != text;
     });
-    return true;
+    return std::nullopt;
   }
 
   void left(Cell cell, CellLeft how) override {

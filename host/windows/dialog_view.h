@@ -33,7 +33,8 @@ class ViewOwner {
 
   // Runs what the user did to the dialog, at once. Everything that changes the model goes through
   // here: a palette is given its session for it. So does the reading of a long grid's lines, which
-  // may lie in the drawing: it comes with painting, too.
+  // may lie in the drawing: it comes with painting, too. What the action throws stays in there:
+  // procedures of windows call this.
   virtual void deliver(const std::function<void()>& action) = 0;
 
   // For a file chooser's button. None: cancelled.

@@ -1,5 +1,7 @@
 #include "host/windows/list_window.h"
 
+#include <algorithm>
+
 namespace korvel::windows {
 
 ListWindow::ListWindow(HWND parent, DWORD style, DWORD extended)
@@ -68,6 +70,18 @@ Rect ListWindow::cell_rect(Cell cell) const {
     ListView_GetSubItemRect(window_.get(), cell.row, cell.column, LVIR_BOUNDS, &rect);
   }
   return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
+}
+
+int ListWindow::inside_width() const {
+  RECT inside{};
+  GetClientRect(window_.get(), &inside);
+  return inside.right;
+}
+
+void ListWindow::scroll_across_to(Cell cell) const {
+  const Rect rect = cell_rect(cell);
+  const int by = std::min(std::max(rect.right() - inside_width(), 0), rect.left);
+  if (by != 0) send(LVM_SCROLL, static_cast<WPARAM>(by));
 }
 
 std::optional<int> ListWindow::focused_row() const {

@@ -33,6 +33,10 @@ class ListWindow {
   [[nodiscard]] std::wstring cell_text(Cell cell) const;
   [[nodiscard]] Rect cell_rect(Cell cell) const;
 
+  [[nodiscard]] int inside_width() const;
+  // As much of the cell as there is room for, the beginning before the end.
+  void scroll_across_to(Cell cell) const;
+
   // The row that has the keyboard's focus; none: no row has it.
   [[nodiscard]] std::optional<int> focused_row() const;
   void focus_row(int row) const;

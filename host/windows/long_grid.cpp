@@ -26,7 +26,7 @@ class LongGridView final : public ControlView, private EditedCells {
       : ControlView(site),
         grid_(grid),
         list_(site.window(), LVS_OWNERDATA | LVS_NOSORTHEADER, LVS_EX_CHECKBOXES),
-        editor_(list_, *this),
+        editor_(list_, site, *this),
         lines_(*grid.lines,
                [&site](const std::function<void()>& action) { site.owner().deliver(action); }) {
     list_.send(LVM_SETCALLBACKMASK, LVIS_STATEIMAGEMASK);
@@ -209,7 +209,7 @@ class LongGridView final : public ControlView, private EditedCells {
     const bool can = grid_.enabled && cell.column >= 0 &&
                      columns_[static_cast<std::size_t>(cell.column)].editable &&
                      !line(cell.row).is_group;
-    if (can) editor_.open(cell, site().font());
+    if (can) editor_.open(cell);
     return can;
   }
 
@@ -220,15 +220,14 @@ class LongGridView final : public ControlView, private EditedCells {
     return false;
   }
 
-  bool take(Cell cell, const std::wstring& text) override {
+  std::optional<std::wstring> take(Cell cell, const std::wstring& text) override {
     std::optional<std::wstring> refusal;
     site().change(grid_, [&] {
       refusal = grid_.lines->set_cell(static_cast<std::size_t>(cell.row),
                                       static_cast<std::size_t>(cell.column), text);
       return !refusal;
     });
-    if (refusal) site().owner().complain(*refusal);
-    return !refusal;
+    return refusal;
   }
 
   void left(Cell cell, CellLeft how) override {

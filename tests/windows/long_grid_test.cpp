@@ -42,6 +42,7 @@ class ManyLines : public Dialog, public GridLines {
     return std::nullopt;
   }
   void changed(const Control& /*grid*/) override { ++changes; }
+  void act(const Button& /*refresh*/) override { ++pressed_buttons; }
 
   LongGrid grid{L"Lines", *this};
   std::size_t count = 1'000'000;
@@ -51,6 +52,7 @@ class ManyLines : public Dialog, public GridLines {
   mutable std::set<std::size_t> asked;
   std::vector<std::size_t> activated_lines;
   int changes = 0;
+  int pressed_buttons = 0;
   bool is_in_turn = false;
 };
 
@@ -167,11 +169,31 @@ TEST_F(LongGridTest, EditsCells) {
 
   ViewWindow::click(list_, text_of(4), true);
   window_.type(L"no");
-  SetFocus(window_.button(L"Refresh"));
+  ViewWindow::click(window_.button(L"Refresh"), {5, 5});
+  EXPECT_EQ(lines_.pressed_buttons, 1) << "the click goes where it was meant to";
+  EXPECT_EQ(window_.complaints.size(), 1u);
+  ViewWindow::pump();
   EXPECT_EQ(window_.complaints.size(), 2u);
   EXPECT_EQ(lines_.text, L"3/1/now");
   ViewWindow::click(list_, text_of(2), true);
   EXPECT_EQ(GetFocus(), list_) << "a group has no cells";
+}
+
+TEST_F(LongGridTest, ScrollsToTheCellThatIsEdited) {
+  window_.resize({300, 300});
+  ListView_SetColumnWidth(list_, 0, 400);
+  SetFocus(list_);
+  highlight(3);
+  window_.key(VK_F2);
+  RECT field{};
+  GetWindowRect(GetFocus(), &field);
+  MapWindowPoints(HWND_DESKTOP, list_, reinterpret_cast<POINT*>(&field), 2);
+  RECT inside{};
+  GetClientRect(list_, &inside);
+  EXPECT_NE(GetFocus(), list_);
+  EXPECT_GE(field.left, 0);
+  EXPECT_LE(field.right, inside.right);
+  EXPECT_GE(field.right - field.left, 190) << "all of the cell";
 }
 
 }  // namespace

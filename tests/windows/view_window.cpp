@@ -128,6 +128,12 @@ void ViewWindow::click(HWND window, POINT point, bool twice) {
   if (twice) press(WM_LBUTTONDBLCLK);
 }
 
+void ViewWindow::pump() {
+  MSG message{};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE)
+    DispatchMessageW(&message);
+}
+
 std::wstring text_in(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   text.resize(

@@ -46,6 +46,8 @@ class ViewWindow final : public ViewOwner {
   void type(std::wstring_view text);
   // The left button of the mouse, on a point of the window's inside.
   static void click(HWND window, POINT point, bool twice = false);
+  // Takes what lies in the queue.
+  static void pump();
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
