@@ -88,7 +88,9 @@ class DropDownView final : public ListView {
   DropDownView(DropDown& list, ViewSite& site)
       : ListView(list, site, of_drop_down,
                  make_child(site.window(), WC_COMBOBOXW,
-                            {.style = WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST})) {}
+                            {.style = WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST})) {
+    SetWindowSubclass(window(), pass_wheel, 0, 0);
+  }
 
   [[nodiscard]] LayoutItem layout() const override {
     return {.shape = Shape::Line, .width = characters(32), .stretches = true};
@@ -105,6 +107,15 @@ class DropDownView final : public ListView {
     if (!unfolded || (key != VK_RETURN && key != VK_ESCAPE)) return false;
     SendMessageW(focus, WM_KEYDOWN, key, 0);
     return true;
+  }
+
+ private:
+  // The wheel selects something else only where the user is; elsewhere it scrolls the dialog.
+  static LRESULT CALLBACK pass_wheel(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
+                                     UINT_PTR /*id*/, DWORD_PTR /*data*/) {
+    if (message == WM_MOUSEWHEEL && GetFocus() != window)
+      return SendMessageW(GetParent(window), message, wparam, lparam);
+    return DefSubclassProc(window, message, wparam, lparam);
   }
 };
 
