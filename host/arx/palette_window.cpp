@@ -36,6 +36,7 @@ BOOL PaletteWindow::PreTranslateMessage(MSG* message) {
   bool taken = false;
   const bool is_key = message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST;
   if (view_ && is_key) deliver([&] { taken = view_->takes_key(message); });
+  if (view_ && is_key && !taken) taken = view_->types_key(message);
   return taken || CAdUiPalette::PreTranslateMessage(message) ? TRUE : FALSE;
 }
 

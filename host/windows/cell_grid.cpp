@@ -84,6 +84,7 @@ class CellGridView final : public ControlView, private EditedCells {
     if (key == VK_DELETE && grid_.user_rows) return remove_row(), true;
     return false;
   }
+  void finish_typing() override { editor_.finish(); }
 
  private:
   [[nodiscard]] int gap() const { return site().units().across(4); }
@@ -168,7 +169,7 @@ class CellGridView final : public ControlView, private EditedCells {
     if (how == CellLeft::ShiftTab && edit_back_from({cell.row, cell.column - 1})) return;
     drop_new_row();
     if (how == CellLeft::Tab || how == CellLeft::ShiftTab)
-      SetFocus(GetNextDlgTabItem(site().window(), list_.get(), how == CellLeft::ShiftTab));
+      site().move_focus(list_.get(), how == CellLeft::ShiftTab);
   }
 
   // --- Rows of the user's ---

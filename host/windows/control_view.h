@@ -34,6 +34,10 @@ class ViewSite {
   virtual void change(const Control& control, const std::function<bool()>& make_change) = 0;
   // The same where the user activated something; `select` makes it the selected one.
   virtual void activate(const Control& control, const std::function<void()>& select) = 0;
+
+  // Gives the focus to the next window in the order of the Tab key, and scrolls there. False: there
+  // is none.
+  virtual bool move_focus(HWND from, bool back) = 0;
 };
 
 class ControlView {
@@ -58,6 +62,9 @@ class ControlView {
 
   // A key pressed in one of the windows. True: that is done with.
   virtual bool on_key(HWND /*focus*/, WPARAM /*key*/) { return false; }
+
+  // What is typed and not in the model yet goes there now.
+  virtual void finish_typing() {}
 
   // Whether the window is one of this control, or inside one.
   [[nodiscard]] bool has(HWND window) const;

@@ -101,11 +101,6 @@ std::optional<std::size_t> DialogButtons::first_of(ButtonRole role) const {
   return static_cast<std::size_t>(found - buttons.begin());
 }
 
-std::optional<std::size_t> DialogButtons::button_of(HWND window) const {
-  const Entry* const entry = entry_of(window);
-  return entry == nullptr || entry->is_menu ? std::nullopt : std::optional(entry->button);
-}
-
 const DialogButtons::Entry* DialogButtons::entry_of(HWND window) const {
   const auto found = std::ranges::find_if(
       entries_, [window](const Entry& entry) { return entry.window.get() == window; });

@@ -30,8 +30,6 @@ class DialogButtons {
 
   // The first of the role; none: the dialog has no such button.
   [[nodiscard]] std::optional<std::size_t> first_of(ButtonRole role) const;
-  // The one of which this is the window.
-  [[nodiscard]] std::optional<std::size_t> button_of(HWND window) const;
 
  private:
   struct Entry {

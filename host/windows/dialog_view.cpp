@@ -10,6 +10,7 @@
 #include "host/windows/common_controls.h"
 #include "host/windows/control_view.h"
 #include "host/windows/dialog_buttons.h"
+#include "host/windows/flag_guard.h"
 #include "host/windows/window_scroll.h"
 
 namespace korvel::windows {
@@ -20,6 +21,17 @@ std::wstring shown_label(const Control& control) {
   std::wstring label = control.label;
   if (!label.ends_with(L':')) label += L':';
   return label;
+}
+
+bool is_push_button(HWND window) {
+  constexpr LRESULT kinds = DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON;
+  return (SendMessageW(window, WM_GETDLGCODE, 0, 0) & kinds) != 0;
+}
+
+// A field of several lines.
+bool is_text_block(HWND window) {
+  constexpr LRESULT both = DLGC_HASSETSEL | DLGC_WANTALLKEYS;
+  return (SendMessageW(window, WM_GETDLGCODE, 0, 0) & both) == both;
 }
 
 bool load_common_controls() {
@@ -53,32 +65,38 @@ class DialogView::Controls final : public ViewSite {
   [[nodiscard]] ViewOwner& owner() const override { return owner_; }
 
   void change(const Control& control, const std::function<bool()>& make_change) override {
-    if (is_showing_) return;
-    owner_.deliver([&] {
+    run([&] {
       if (make_change()) dialog_.changed(control);
     });
-    refresh();
   }
   void activate(const Control& control, const std::function<void()>& select) override {
-    if (is_showing_) return;
-    owner_.deliver([&] {
+    run([&] {
       select();
       dialog_.activated(control);
     });
-    refresh();
+  }
+  bool move_focus(HWND from, bool back) override {
+    const HWND next = GetNextDlgTabItem(window_, from, back ? TRUE : FALSE);
+    if (next == nullptr) return false;
+    SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
+    SetFocus(next);
+    note_focus();
+    scroll_to(next);
+    if ((SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) != 0)
+      SendMessageW(next, EM_SETSEL, 0, -1);
+    return true;
   }
 
   // --- The view ---
 
   void refresh() {
-    const bool was_showing = std::exchange(is_showing_, true);
+    const FlagGuard showing(is_showing_);
     for (const Row& row : rows_) {
       row.view->show();
       for (const HWND window : row.view->windows())
         show_enabled(window, row.control->enabled);
       if (row.label) show_enabled(row.label.get(), row.control->enabled);
     }
-    is_showing_ = was_showing;
   }
 
   [[nodiscard]] Size preferred_size() const {
@@ -88,19 +106,23 @@ class DialogView::Controls final : public ViewSite {
   std::optional<LRESULT> on_message(UINT id, WPARAM wparam, LPARAM lparam) {
     switch (id) {
       case WM_COMMAND:
+        note_focus();
         return on_command(wparam, lparam);
       case WM_NOTIFY:
+        note_focus();
         return on_notify(*reinterpret_cast<const NMHDR*>(lparam));
       case WM_SIZE:
         arrange();
         return 0;
       case WM_VSCROLL:
       case WM_MOUSEWHEEL:
+        // With a window, the message is that of a control's own bar or arrows.
+        if (id == WM_VSCROLL && lparam != 0) return std::nullopt;
         if (!scroll_.on_message(id, wparam)) return std::nullopt;
         arrange();
         return 0;
       case WM_SETFOCUS:
-        if (const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
+        take_focus();
         return 0;
       case WM_ERASEBKGND:
         erase(reinterpret_cast<HDC>(wparam));
@@ -126,12 +148,21 @@ class DialogView::Controls final : public ViewSite {
     const auto focused = std::ranges::find_if(
         rows_, [&message](const Row& row) { return row.view->has(message.hwnd); });
     if (focused != rows_.end() && focused->view->on_key(message.hwnd, key)) return true;
-    if (key == VK_TAB) return move_focus(message.hwnd);
-    if (key == VK_RETURN) {
-      const std::optional<std::size_t> own = buttons_->button_of(message.hwnd);
-      return press_if(own ? own : buttons_->first_of(ButtonRole::Accept));
-    }
-    return key == VK_ESCAPE && press_if(buttons_->first_of(ButtonRole::Cancel));
+    if (key == VK_TAB) return move_focus(message.hwnd, GetKeyState(VK_SHIFT) < 0);
+    if (key == VK_RETURN && is_push_button(message.hwnd))
+      return SendMessageW(message.hwnd, BM_CLICK, 0, 0), true;
+    if (key != VK_RETURN && key != VK_ESCAPE) return false;
+    const ButtonRole role = key == VK_RETURN ? ButtonRole::Accept : ButtonRole::Cancel;
+    // A field of several lines would hand the key on to the window, and Esc closes that.
+    return press_if(buttons_->first_of(role)) || is_text_block(message.hwnd);
+  }
+
+  [[nodiscard]] bool types_key(const MSG& message) const {
+    const bool is_typed = message.message >= WM_KEYDOWN && message.message < WM_SYSKEYDOWN;
+    if (!is_typed || IsChild(window_, message.hwnd) == FALSE) return false;
+    const LRESULT code = SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0);
+    if ((code & DLGC_WANTALLKEYS) != 0) return true;
+    return (code & DLGC_HASSETSEL) != 0 && message.wParam != VK_ESCAPE;
   }
 
  private:
@@ -143,7 +174,7 @@ class DialogView::Controls final : public ViewSite {
 
   void add(const ControlPointer& pointer) {
     Row row{&control_of(pointer), nullptr, nullptr};
-    if (!std::holds_alternative<CheckBox*>(pointer)) {
+    if (!std::holds_alternative<CheckBox*>(pointer) && !row.control->label.empty()) {
       row.label = make_child(window_, WC_STATICW, {.style = SS_NOPREFIX | SS_CENTERIMAGE},
                              shown_label(*row.control));
     }
@@ -173,13 +204,17 @@ class DialogView::Controls final : public ViewSite {
     former_fonts_ = {};
   }
 
+  [[nodiscard]] LayoutMetrics layout_metrics() const {
+    return {.margin = units_.across(7),
+            .gap = units_.across(4),
+            .line_height = units_.down(14),
+            .label_height = units_.down(11),
+            .button_height = units_.down(15)};
+  }
+
   [[nodiscard]] LayoutRequest layout_request() const {
     LayoutRequest request;
-    request.metrics = {.margin = units_.across(7),
-                       .gap = units_.across(4),
-                       .line_height = units_.down(14),
-                       .label_height = units_.down(11),
-                       .button_height = units_.down(15)};
+    request.metrics = layout_metrics();
     for (const Row& row : rows_) {
       LayoutItem item = row.view->layout();
       if (row.label) {
@@ -192,7 +227,8 @@ class DialogView::Controls final : public ViewSite {
   }
 
   void arrange() {
-    if (std::exchange(is_arranging_, true)) return;  // a scroll bar came or went
+    const FlagGuard arranging(is_arranging_);
+    if (arranging.was_on()) return;  // a scroll bar came or went
     const LayoutRequest request = layout_request();
     const auto fits = [this, &request] {
       RECT inside{};
@@ -215,7 +251,15 @@ class DialogView::Controls final : public ViewSite {
     std::ranges::transform(buttons, buttons.begin(), moved);
     buttons_->place(buttons);
     InvalidateRect(window_, nullptr, TRUE);
-    is_arranging_ = false;
+  }
+
+  // With a label above it.
+  void scroll_to(HWND child) {
+    RECT rect{};
+    GetWindowRect(child, &rect);
+    MapWindowPoints(HWND_DESKTOP, window_, reinterpret_cast<POINT*>(&rect), 2);
+    const LayoutMetrics metrics = layout_metrics();
+    if (scroll_.bring(rect.top - metrics.label_height, rect.bottom + metrics.gap)) arrange();
   }
 
   // Around the children, so that they do not flicker. A themed button, however, asks for what is
@@ -261,14 +305,32 @@ class DialogView::Controls final : public ViewSite {
     return std::nullopt;
   }
 
-  bool move_focus(HWND from) const {
-    const HWND next = GetNextDlgTabItem(window_, from, GetKeyState(VK_SHIFT) < 0);
-    if (next == nullptr) return false;
-    SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    SetFocus(next);
-    if ((SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) != 0)
-      SendMessageW(next, EM_SETSEL, 0, -1);
-    return true;
+  // Controls that get the focus say something to the window, then or when they are used.
+  void note_focus() {
+    for (HWND window = GetFocus(); window != nullptr;) {
+      const HWND parent = GetAncestor(window, GA_PARENT);
+      if (parent == window_) last_focus_ = window;
+      window = parent;
+    }
+  }
+
+  // The child that had it last has it again.
+  void take_focus() const {
+    const bool is_usable =
+        IsWindowVisible(last_focus_) != FALSE && IsWindowEnabled(last_focus_) != FALSE;
+    const HWND next = is_usable ? last_focus_ : GetNextDlgTabItem(window_, nullptr, FALSE);
+    if (next != nullptr) SetFocus(next);
+  }
+
+  // What the user did. The text of an open cell comes first; nothing is shown before all is done,
+  // or the user's change would be shown away before it is in the model.
+  void run(const std::function<void()>& action) {
+    if (is_showing_) return;
+    const FlagGuard running(is_running_);
+    for (const Row& row : rows_)
+      row.view->finish_typing();
+    owner_.deliver(action);
+    if (!running.was_on()) refresh();
   }
 
   bool press_if(std::optional<std::size_t> button) {
@@ -278,11 +340,9 @@ class DialogView::Controls final : public ViewSite {
 
   // Nothing of the view is touched after `closed`, which may have destroyed it.
   void press(std::size_t button) {
-    const ButtonRole role = dialog_.buttons()[button].role;
     bool closes = false;
-    owner_.deliver([&] { closes = dialog_.press(button); });
-    if (closes) return owner_.closed(role == ButtonRole::Accept);
-    refresh();
+    run([&] { closes = dialog_.press(button); });
+    if (closes) owner_.closed(dialog_.buttons()[button].role == ButtonRole::Accept);
   }
 
   HWND window_;
@@ -295,7 +355,9 @@ class DialogView::Controls final : public ViewSite {
   std::vector<Row> rows_;
   std::unique_ptr<DialogButtons> buttons_;
   WindowScroll scroll_{window_};
+  HWND last_focus_ = nullptr;
   bool is_showing_ = false;
+  bool is_running_ = false;  // something that the user did
   bool is_arranging_ = false;
 };
 
@@ -316,6 +378,14 @@ std::optional<std::intptr_t> DialogView::on_message(const WindowMessage& message
 
 bool DialogView::takes_key(void* message) {
   return controls_->takes_key(*static_cast<const MSG*>(message));
+}
+
+bool DialogView::types_key(void* message) {
+  const MSG& key = *static_cast<const MSG*>(message);
+  if (!controls_->types_key(key)) return false;
+  TranslateMessage(&key);
+  DispatchMessageW(&key);
+  return true;
 }
 
 }  // namespace korvel::windows

@@ -72,6 +72,10 @@ class DialogView {
   // swallowed, and is done with.
   bool takes_key(void* message);
 
+  // To be called with the keys that takes_key did not take, where the host has uses of its own for
+  // keys. True: it was typed in a field, which has it by now.
+  bool types_key(void* message);
+
  private:
   class Controls;
   std::unique_ptr<Controls> controls_;

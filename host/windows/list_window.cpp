@@ -1,6 +1,6 @@
 #include "host/windows/list_window.h"
 
-#include <algorithm>
+#include "host/windows/window_scroll.h"
 
 namespace korvel::windows {
 
@@ -80,7 +80,7 @@ int ListWindow::inside_width() const {
 
 void ListWindow::scroll_across_to(Cell cell) const {
   const Rect rect = cell_rect(cell);
-  const int by = std::min(std::max(rect.right() - inside_width(), 0), rect.left);
+  const int by = way_into_sight(rect.left, rect.right(), inside_width());
   if (by != 0) send(LVM_SCROLL, static_cast<WPARAM>(by));
 }
 

@@ -87,6 +87,7 @@ class LongGridView final : public ControlView, private EditedCells {
     if (key == VK_F2) return edit_from({*row, 0}), true;
     return false;
   }
+  void finish_typing() override { editor_.finish(); }
 
  private:
   // --- What is shown ---

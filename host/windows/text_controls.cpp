@@ -146,10 +146,9 @@ class ReadOnlyView final : public ControlView {
   ReadOnlyView(ReadOnlyText& text, ViewSite& site)
       : ControlView(site),
         text_(text),
-        is_block_(text.text.find(L'\n') != std::wstring::npos),
-        field_(make(WC_EDITW, is_block_
-                                  ? ChildStyle{common | WS_TABSTOP | WS_VSCROLL, WS_EX_CLIENTEDGE}
-                                  : ChildStyle{common, 0})) {}
+        is_block_(text.label.empty() || text.text.find(L'\n') != std::wstring::npos),
+        field_(make(WC_EDITW, is_block_ ? ChildStyle{block_style | WS_TABSTOP, WS_EX_CLIENTEDGE}
+                                        : ChildStyle{ES_READONLY | ES_AUTOHSCROLL, 0})) {}
 
   [[nodiscard]] std::vector<HWND> windows() const override { return {field_.get()}; }
   [[nodiscard]] LayoutItem layout() const override {
@@ -173,10 +172,10 @@ class ReadOnlyView final : public ControlView {
   }
 
  private:
-  static constexpr DWORD common = ES_READONLY | ES_MULTILINE | ES_AUTOVSCROLL;
+  static constexpr DWORD block_style = ES_READONLY | ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL;
 
   ReadOnlyText& text_;
-  bool is_block_;  // a text that has lines when the dialog opens
+  bool is_block_;  // a text that has lines when the dialog opens, or one that stands for itself
   OwnedWindow field_;
 };
 

@@ -4,6 +4,10 @@
 
 namespace korvel::windows {
 
+int way_into_sight(int begin, int end, int inside) {
+  return std::min(std::max(end - inside, 0), begin);
+}
+
 // A range that the page covers takes the bar off. A window that never had one is left alone.
 void WindowScroll::show(int height, int inside) {
   const bool had_bar = height_ > inside_;
@@ -48,6 +52,10 @@ bool WindowScroll::on_message(UINT message, WPARAM wparam) {
     default:
       return false;
   }
+}
+
+bool WindowScroll::bring(int top, int bottom) {
+  return height_ > inside_ && move_to(position_ + way_into_sight(top, bottom, inside_));
 }
 
 bool WindowScroll::move_to(int position) {

@@ -5,6 +5,9 @@
 
 namespace korvel::windows {
 
+// How far to scroll for as much of it in sight as there is room for, the beginning before the end.
+[[nodiscard]] int way_into_sight(int begin, int end, int inside);
+
 class WindowScroll {
  public:
   explicit WindowScroll(HWND window) : window_(window) {}
@@ -17,6 +20,9 @@ class WindowScroll {
 
   // WM_VSCROLL of the window itself or WM_MOUSEWHEEL. True: the position is another one.
   bool on_message(UINT message, WPARAM wparam);
+
+  // Brings what is shown there now into sight. True: the position is another one.
+  bool bring(int top, int bottom);
 
  private:
   bool move_to(int position);

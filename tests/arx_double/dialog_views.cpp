@@ -66,6 +66,8 @@ std::optional<std::intptr_t> DialogView::on_message(const WindowMessage& message
 
 bool DialogView::takes_key(void* /*message*/) { return false; }
 
+bool DialogView::types_key(void* /*message*/) { return false; }
+
 }  // namespace korvel::windows
 
 namespace korvel::arx_double {

@@ -99,6 +99,13 @@ class DialogViewTest : public testing::Test {
   HWND spin_ = window_.child(WC_EDITW, 1);
   HWND path_ = window_.child(WC_EDITW, 3);
 
+  void click_arrow(bool up) const {
+    const HWND arrows = window_.child(UPDOWN_CLASSW);
+    RECT inside{};
+    GetClientRect(arrows, &inside);
+    ViewWindow::click(arrows, {inside.right / 2, inside.bottom * (up ? 1 : 3) / 4});
+  }
+
   void SetUp() override { window_.resize(window_.view().preferred_size()); }
 };
 
@@ -119,6 +126,7 @@ TEST_F(DialogViewTest, ShowsTheModel) {
 }
 
 TEST_F(DialogViewTest, TellsTheModelWhatTheUserDid) {
+  const int turns = window_.turns;
   ListView_SetCheckState(check_list_, 0, TRUE);
   EXPECT_EQ(dialog_.checks.checked(), (Texts{L"ROADS", L"PARCELS & PIPES"}));
 
@@ -150,7 +158,7 @@ TEST_F(DialogViewTest, TellsTheModelWhatTheUserDid) {
   const Texts expected = {L"Tables:",     L"Table",  L"Rule",  L"Both & more",
                           L"Both & more", L"Prefix", L"Prefix"};
   EXPECT_EQ(dialog_.reports, expected);
-  EXPECT_GE(window_.turns, 7);
+  EXPECT_GE(window_.turns - turns, 7);
 }
 
 TEST_F(DialogViewTest, BindsTheArrowsOfANumberAlone) {
@@ -160,10 +168,7 @@ TEST_F(DialogViewTest, BindsTheArrowsOfANumberAlone) {
   EXPECT_EQ(text_in(spin_), L"10");
   SetWindowTextW(spin_, L"x500");
   EXPECT_EQ(dialog_.first.text, L"x500");
-  NMUPDOWN arrow{};
-  arrow.hdr = {window_.child(UPDOWN_CLASSW), 0, static_cast<UINT>(UDN_DELTAPOS)};
-  arrow.iDelta = -1;
-  SendMessageW(window_.window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&arrow));
+  click_arrow(false);
   EXPECT_EQ(dialog_.first.text, L"0");
   EXPECT_EQ(text_in(spin_), L"0");
 }
@@ -200,6 +205,20 @@ TEST_F(DialogViewTest, EditsCellsInTheirPlaces) {
   SetFocus(prefix_);
   EXPECT_EQ(cells_in(values_), (Texts{L"WIDTH", L"7", L"LANES", L"9"}));
   EXPECT_EQ(dialog_.reports, (Texts{L"Values", L"Values"}));
+}
+
+TEST_F(DialogViewTest, GivesATextBeforeWhatIsDoneElsewhere) {
+  dialog_.values.rows = {{L"WIDTH", L"1.0"}};
+  window_.view().refresh();
+  ViewWindow::click(values_, cell_center(values_, 0, 1));
+  window_.type(L"7");
+  SendMessageW(window_.child(WC_COMBOBOXW), WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
+  EXPECT_EQ(dialog_.rule.text(), L"Last") << "the wheel is for the list that has the focus";
+  EXPECT_EQ(text_in(GetFocus()), L"7");
+  click_arrow(true);
+  EXPECT_EQ(dialog_.values.rows[0][1], L"7");
+  EXPECT_EQ(dialog_.first.text, L"10");
+  EXPECT_EQ(dialog_.reports, (Texts{L"Values", L"First"}));
 }
 
 TEST_F(DialogViewTest, AddsAndRemovesRows) {
@@ -280,15 +299,74 @@ TEST(DialogViewClosing, FollowsTheRoleOfTheButton) {
   }
 }
 
+TEST_F(DialogViewTest, ClicksTheButtonThatHasTheFocusWithEnter) {
+  SetFocus(window_.button(L"..."));
+  EXPECT_TRUE(window_.key(VK_RETURN));
+  EXPECT_EQ(window_.filters.size(), 1u);
+  SetFocus(window_.button(L"More \u25BE"));
+  EXPECT_TRUE(window_.key(VK_RETURN));
+  EXPECT_EQ(window_.menus, 1);
+  SetFocus(window_.button(L"Add"));
+  EXPECT_TRUE(window_.key(VK_RETURN));
+  EXPECT_EQ(ListView_GetItemCount(criteria_), 2);
+  EXPECT_FALSE(window_.accepted);
+}
+
+TEST_F(DialogViewTest, TypesKeysThatAHostHasUsesFor) {
+  const auto types = [this](HWND focus, UINT id, WPARAM key) {
+    MSG message{focus, id, key, 1, 0, {}};
+    return window_.view().types_key(&message);
+  };
+  SetFocus(prefix_);
+  SendMessageW(prefix_, EM_SETSEL, 0, 1);
+  EXPECT_TRUE(types(prefix_, WM_KEYDOWN, VK_DELETE));
+  EXPECT_EQ(dialog_.prefix.text, L"&B");
+  EXPECT_FALSE(types(prefix_, WM_KEYDOWN, VK_ESCAPE));
+  EXPECT_FALSE(types(prefix_, WM_SYSKEYDOWN, VK_F4));
+  EXPECT_FALSE(types(check_list_, WM_KEYDOWN, VK_DELETE));
+}
+
 TEST_F(DialogViewTest, MovesTheFocusInTheOrderOfTheControls) {
   SendMessageW(window_.window(), WM_SETFOCUS, 0, 0);
   EXPECT_EQ(GetFocus(), check_list_);
   EXPECT_TRUE(window_.key(VK_TAB));
   EXPECT_EQ(GetFocus(), window_.child(WC_LISTBOXW));
+  SetFocus(window_.window());
+  EXPECT_EQ(GetFocus(), window_.child(WC_LISTBOXW)) << "where it was";
   EnableWindow(prefix_, FALSE);
   SetFocus(window_.button(L"Both && more"));
   window_.key(VK_TAB);
   EXPECT_EQ(GetFocus(), spin_) << "what is disabled is passed over";
+}
+
+TEST_F(DialogViewTest, ScrollsToTheControlThatGetsTheFocus) {
+  window_.resize({window_.view().preferred_size().width, 150});
+  SetFocus(check_list_);
+  for (const HWND last = window_.button(L"Cancel"); GetFocus() != last;) {
+    window_.key(VK_TAB);
+    RECT rect{};
+    GetWindowRect(GetFocus(), &rect);
+    MapWindowPoints(HWND_DESKTOP, window_.window(), reinterpret_cast<POINT*>(&rect), 2);
+    ASSERT_GE(rect.top, 0);
+    ASSERT_LE(rect.bottom, rect.top < 30 ? 500 : 150);  // what is high begins at the top
+  }
+}
+
+// Esc would close the window in which the text stands.
+TEST(DialogViewOfTexts, ShowsATextAlone) {
+  struct TextAlone : Dialog {
+    TextAlone() : Dialog(L"Text") {
+      text.text = L"all of it in one line";
+      add(&text);
+    }
+    ReadOnlyText text{L""};
+  } dialog;
+  ViewWindow window(dialog);
+  const HWND field = window.child(WC_EDITW);
+  EXPECT_TRUE(window.children(WC_STATICW).empty());
+  EXPECT_NE(GetWindowLongPtrW(field, GWL_STYLE) & ES_MULTILINE, 0);
+  SetFocus(field);
+  EXPECT_TRUE(window.key(VK_ESCAPE));
 }
 
 TEST(DialogViewMemory, LeavesNothingBehind) {

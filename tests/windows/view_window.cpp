@@ -41,6 +41,10 @@ LRESULT CALLBACK ViewWindow::procedure(HWND window, UINT message, WPARAM wparam,
     if (answer) return *answer;
     if (message == WM_DESTROY) self->delete_view();
   }
+  if (self != nullptr && message == WM_ENTERIDLE && wparam == MSGF_MENU) {
+    ++self->menus;
+    EndMenu();
+  }
   return DefWindowProcW(window, message, wparam, lparam);
 }
 

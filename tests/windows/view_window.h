@@ -26,6 +26,7 @@ class ViewWindow final : public ViewOwner {
   void closed(bool accepted) override;
 
   int turns = 0;
+  int menus = 0;  // that unfolded; they fold again at once
   std::vector<std::wstring> complaints;
   std::vector<std::wstring> filters;
   std::optional<std::filesystem::path> file;  // the answer of a file chooser
