@@ -60,8 +60,9 @@ class LongGridView final : public ControlView, private EditedCells {
     switch (header.code) {
       case LVN_ODCACHEHINT: {
         const auto& hint = reinterpret_cast<const NMLVCACHEHINT&>(header);
-        if (hint.iFrom >= 0 && hint.iTo < list_.row_count())
-          lines_.fetch(static_cast<std::size_t>(hint.iFrom), static_cast<std::size_t>(hint.iTo));
+        const int last = std::min(hint.iTo, list_.row_count() - 1);
+        if (hint.iFrom >= 0 && hint.iFrom <= last)
+          lines_.fetch(static_cast<std::size_t>(hint.iFrom), static_cast<std::size_t>(last));
         return 0;
       }
       case LVN_GETDISPINFOW:
@@ -110,11 +111,15 @@ class LongGridView final : public ControlView, private EditedCells {
   [[nodiscard]] std::size_t top() const {
     return static_cast<std::size_t>(list_.send(LVM_GETTOPINDEX));
   }
-  void show_position() const {
-    if (list_.row_count() == 0 || grid_.top == top()) return;
+  // A model that says what it said before knows nothing of what the user scrolled meanwhile.
+  void show_position() {
+    if (list_.row_count() == 0) return;
+    if (grid_.top == seen_top_) return note_position();
     const auto rows = static_cast<int>(grid_.top) - static_cast<int>(top());
     list_.send(LVM_SCROLL, 0, rows * list_.row_height());
+    seen_top_ = grid_.top;
   }
+  void note_position() { grid_.top = seen_top_ = top(); }
 
   void tell(LVITEMW& item) {
     if (item.iItem < 0 || item.iItem >= list_.row_count()) return;
@@ -136,7 +141,7 @@ class LongGridView final : public ControlView, private EditedCells {
   // they are painted there.
   LRESULT on_draw(const NMLVCUSTOMDRAW& draw) {
     if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
-      grid_.top = top();
+      note_position();
       return CDRF_NOTIFYITEMDRAW;
     }
     const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
@@ -243,6 +248,7 @@ class LongGridView final : public ControlView, private EditedCells {
   CellEditor editor_;
   ShownLines lines_;
   std::vector<GridLines::Column> columns_;
+  std::size_t seen_top_ = 0;  // what the model's top was when it was looked at last
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The lines of a long grid that were looked at last, so that painting asks for each of them once.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <functional>
@@ -23,8 +24,10 @@ class ShownLines {
     return slot_of(index).line;
   }
 
-  // The lines that will be asked for, the last included: all of them are read in one action.
+  // The lines that will be asked for, the last included: all of them are read in one action, as far
+  // as there is room for them.
   void fetch(std::size_t first, std::size_t last) {
+    last = std::min(last, first + slots_.size() - 1);
     std::size_t missing = first;
     while (missing <= last && has(missing))
       ++missing;

@@ -1,6 +1,7 @@
 // A grid of a million lines in a window: what it asks for, chooses, opens and edits.
 #include <array>
 #include <gtest/gtest.h>
+#include <new>
 #include <set>
 #include <utility>
 
@@ -54,12 +55,14 @@ class ManyLines : public Dialog, public GridLines {
   int changes = 0;
   int pressed_buttons = 0;
   bool is_in_turn = false;
+  bool fails = false;
 };
 
 class LongGridTest : public testing::Test {
  protected:
   ManyLines lines_;
   ViewWindow window_{lines_, [this](const std::function<void()>& action) {
+                       if (lines_.fails) throw std::bad_alloc();
                        const bool before = std::exchange(lines_.is_in_turn, true);
                        action();
                        lines_.is_in_turn = before;
@@ -123,6 +126,39 @@ TEST_F(LongGridTest, ShowsTheModelWhereItHasChanged) {
   EXPECT_EQ(std::wstring(text.data()), L"new");
   EXPECT_EQ(ListView_GetItemCount(list_), 3);
   EXPECT_EQ(lines_.changes, 0);
+}
+
+TEST_F(LongGridTest, StaysWhereTheUserScrolled) {
+  ListView_EnsureVisible(list_, 5000, FALSE);
+  const int top = ListView_GetTopIndex(list_);
+  window_.view().refresh();  // before anything is painted
+  EXPECT_EQ(ListView_GetTopIndex(list_), top);
+  EXPECT_EQ(lines_.grid.top, static_cast<std::size_t>(top));
+}
+
+TEST_F(LongGridTest, TakesAnyHint) {
+  NMLVCACHEHINT hint{};
+  hint.hdr = {list_, 0, static_cast<UINT>(LVN_ODCACHEHINT)};
+  const auto give = [&](int from, int to) {
+    lines_.asked.clear();
+    hint.iFrom = from;
+    hint.iTo = to;
+    SendMessageW(window_.window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&hint));
+    return lines_.asked.size();
+  };
+  EXPECT_EQ(give(7000, -1), 0u);
+  EXPECT_EQ(give(7003, 7001), 0u);
+  EXPECT_EQ(give(7000, 7009), 10u);
+  EXPECT_EQ(give(999'998, 1'000'005), 2u);
+  EXPECT_LE(give(10'000, 900'000), 1000u);
+}
+
+TEST_F(LongGridTest, GoesOnAfterAFailure) {
+  lines_.fails = true;
+  EXPECT_THROW(window_.view().refresh(), std::bad_alloc);
+  lines_.fails = false;
+  ViewWindow::click(list_, box_of(1));
+  EXPECT_EQ(lines_.chosen, std::set<std::size_t>{1});
 }
 
 TEST_F(LongGridTest, ChoosesByBoxesAndSpace) {
