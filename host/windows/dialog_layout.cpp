@@ -134,7 +134,15 @@ class Arrangement {
     int height = 0;
     for (std::size_t i = 0; i < row.count; ++i)
       height = std::max(height, item(row.first + i).*block_height);
-    return metrics_.label_height + height;
+    return label_height(row) + height;
+  }
+
+  // Above the blocks of the row, which begin below each other's labels.
+  [[nodiscard]] int label_height(const Row& row) const {
+    for (std::size_t i = 0; i < row.count; ++i) {
+      if (block_label_width(row.first + i) > 0) return metrics_.label_height;
+    }
+    return 0;
   }
 
   // --- Items ---
@@ -169,6 +177,7 @@ class Arrangement {
     int left = metrics_.margin;
     int spare = width_ - wanted_width(row);
     int wanted = wanted_width(row) - static_cast<int>(row.count - 1) * metrics_.gap;
+    const int label = label_height(row);
     for (std::size_t i = row.first; i < row.first + row.count; ++i) {
       const int own = std::max(item(i).width, block_label_width(i));
       const bool is_last = i + 1 == row.first + row.count;
@@ -176,9 +185,8 @@ class Arrangement {
       const int width = std::max(own + share, 0);
       spare -= share;
       wanted -= own;
-      layout.items[i].label = {left, top, width, metrics_.label_height};
-      layout.items[i].body = {left, top + metrics_.label_height, width,
-                              height - metrics_.label_height};
+      layout.items[i].label = {left, top, width, label};
+      layout.items[i].body = {left, top + label, width, height - label};
       left += width + metrics_.gap;
     }
   }

@@ -27,7 +27,7 @@ struct Rect {
 enum class Shape {
   Line,   // of one line, with its label at the left
   Check,  // of one line without a label; stands behind a line if there is room
-  Block   // of several lines, with its label above; blocks stand beside each other if they fit
+  Block   // of several lines, its label above if any; blocks stand beside each other if they fit
 };
 
 struct LayoutItem {

@@ -71,6 +71,13 @@ TEST(DialogLayout, SharesTheHeightThatIsLeftByWeight) {
   EXPECT_EQ(low.items[2].body.bottom(), 170);
 }
 
+TEST(DialogLayout, GivesNoRoomToALabelThatIsNone) {
+  LayoutRequest request{metrics, {block(100)}, {}};
+  request.items[0].label_width = 0;
+  EXPECT_EQ(lay_out(request, {200, 120}).items[0].body, (Rect{10, 10, 180, 100}));
+  EXPECT_EQ(preferred_size(request), (Size{120, 120}));
+}
+
 TEST(DialogLayout, BreaksButtonsWhereTheWindowIsNarrow) {
   const LayoutRequest request{metrics,
                               {line(20, 50)},
