@@ -54,6 +54,7 @@ class CellGridView final : public ControlView, private EditedCells {
   }
   void show() override {
     editor_.cancel();
+    drop_new_row();
     for (; shown_.size() > grid_.rows.size(); shown_.pop_back())
       ListView_DeleteItem(list_.get(), list_.row_count() - 1);
     for (std::size_t row = 0; row < grid_.rows.size(); ++row) {
@@ -69,11 +70,9 @@ class CellGridView final : public ControlView, private EditedCells {
     if (sender == remove_.get()) remove_row();
   }
   LRESULT on_notify(const NMHDR& header) override {
-    if (header.code != NM_CLICK && header.code != NM_DBLCLK) return 0;
-    const auto& click = reinterpret_cast<const NMITEMACTIVATE&>(header);
-    LVHITTESTINFO hit{};
-    hit.pt = click.ptAction;
-    if (ListView_SubItemHitTest(list_.get(), &hit) >= 0) edit({hit.iItem, hit.iSubItem});
+    if (header.code == NM_KILLFOCUS && !editor_.is_open()) drop_new_row();
+    if (header.code == NM_CLICK || header.code == NM_DBLCLK)
+      on_click(reinterpret_cast<const NMITEMACTIVATE&>(header).ptAction);
     return 0;
   }
   bool on_key(HWND focus, WPARAM key) override {
@@ -95,10 +94,10 @@ class CellGridView final : public ControlView, private EditedCells {
 
   // --- What is shown ---
 
-  void fit_columns() const {
-    RECT inside{};
-    GetClientRect(list_.get(), &inside);
-    int left = inside.right;
+  // Widths that the user gave the columns stay until there is another width to share.
+  void fit_columns() {
+    int left = list_.inside_width();
+    if (std::exchange(fitted_width_, left) == left) return;
     for (int column = 0; column < list_.column_count(); ++column) {
       const int width = left / (list_.column_count() - column);
       if (list_.send(LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column)) != width)
@@ -123,7 +122,18 @@ class CellGridView final : public ControlView, private EditedCells {
 
   // --- Editing ---
 
+  void on_click(POINT point) {
+    LVHITTESTINFO hit{};
+    hit.pt = point;
+    if (ListView_SubItemHitTest(list_.get(), &hit) >= 0) {
+      edit({hit.iItem, hit.iSubItem});
+    } else {
+      drop_new_row();
+    }
+  }
+
   void edit(Cell cell) {
+    if (static_cast<std::size_t>(cell.row) < shown_.size()) drop_new_row();
     const bool can = grid_.enabled && grid_.columns[static_cast<std::size_t>(cell.column)].editable;
     if (can) editor_.open(cell);
   }
@@ -167,7 +177,8 @@ class CellGridView final : public ControlView, private EditedCells {
   void left(Cell cell, CellLeft how) override {
     if (how == CellLeft::Tab && edit_from({cell.row, cell.column + 1})) return;
     if (how == CellLeft::ShiftTab && edit_back_from({cell.row, cell.column - 1})) return;
-    drop_new_row();
+    // Into the list: perhaps to another cell of the new row.
+    if (how != CellLeft::Elsewhere || GetFocus() != list_.get()) drop_new_row();
     if (how == CellLeft::Tab || how == CellLeft::ShiftTab)
       site().move_focus(list_.get(), how == CellLeft::ShiftTab);
   }
@@ -181,14 +192,16 @@ class CellGridView final : public ControlView, private EditedCells {
     if (!edit_from({list_.row_count() - 1, 0})) drop_new_row();
   }
 
-  void drop_new_row() {
-    if (!std::exchange(has_new_row_, false)) return;
+  bool drop_new_row() {
+    if (!std::exchange(has_new_row_, false)) return false;
     ListView_DeleteItem(list_.get(), list_.row_count() - 1);
+    return true;
   }
 
+  // The one that is highlighted: the focus falls on another one when a new row is dropped.
   void remove_row() {
-    drop_new_row();
-    const std::optional<int> row = list_.focused_row();
+    if (drop_new_row()) return;
+    const std::optional<int> row = list_.highlighted_row();
     if (!row) return;
     site().change(grid_, [this, row] {
       grid_.rows.erase(grid_.rows.begin() + *row);
@@ -204,6 +217,7 @@ class CellGridView final : public ControlView, private EditedCells {
   OwnedWindow remove_;
   std::vector<std::vector<std::wstring>> shown_;  // without a new row
   bool has_new_row_ = false;                      // the list's last, which the model has not
+  int fitted_width_ = -1;                         // that the columns share
 };
 
 }  // namespace

@@ -84,8 +84,12 @@ void ListWindow::scroll_across_to(Cell cell) const {
   if (by != 0) send(LVM_SCROLL, static_cast<WPARAM>(by));
 }
 
-std::optional<int> ListWindow::focused_row() const {
-  const auto row = static_cast<int>(send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
+std::optional<int> ListWindow::focused_row() const { return first_row(LVNI_FOCUSED); }
+
+std::optional<int> ListWindow::highlighted_row() const { return first_row(LVNI_SELECTED); }
+
+std::optional<int> ListWindow::first_row(LPARAM state) const {
+  const auto row = static_cast<int>(send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), state));
   return row < 0 ? std::nullopt : std::optional(row);
 }
 

@@ -39,6 +39,8 @@ class ListWindow {
 
   // The row that has the keyboard's focus; none: no row has it.
   [[nodiscard]] std::optional<int> focused_row() const;
+  // The first one that is; none: no row is.
+  [[nodiscard]] std::optional<int> highlighted_row() const;
   void focus_row(int row) const;
 
   LRESULT send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
@@ -46,6 +48,8 @@ class ListWindow {
   }
 
  private:
+  [[nodiscard]] std::optional<int> first_row(LPARAM state) const;
+
   OwnedWindow window_;
 };
 

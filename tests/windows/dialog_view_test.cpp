@@ -207,6 +207,16 @@ TEST_F(DialogViewTest, EditsCellsInTheirPlaces) {
   EXPECT_EQ(dialog_.reports, (Texts{L"Values", L"Values"}));
 }
 
+TEST_F(DialogViewTest, KeepsTheWidthsOfColumns) {
+  ListView_SetColumnWidth(values_, 0, 33);
+  dialog_.values.rows = {{L"WIDTH", L"1.0"}};
+  window_.view().refresh();
+  EXPECT_EQ(ListView_GetColumnWidth(values_, 0), 33);
+  const Size preferred = window_.view().preferred_size();
+  window_.resize({preferred.width + 100, preferred.height});
+  EXPECT_GT(ListView_GetColumnWidth(values_, 0), 33) << "another width to share";
+}
+
 TEST_F(DialogViewTest, GivesATextBeforeWhatIsDoneElsewhere) {
   dialog_.values.rows = {{L"WIDTH", L"1.0"}};
   window_.view().refresh();
@@ -226,6 +236,26 @@ TEST_F(DialogViewTest, AddsAndRemovesRows) {
   EXPECT_EQ(dialog_.criteria.rows.size(), 1u) << "the model gets a row with its first text";
   window_.key(VK_ESCAPE);
   EXPECT_EQ(ListView_GetItemCount(criteria_), 1);
+
+  SendMessageW(window_.button(L"Add"), BM_CLICK, 0, 0);
+  ViewWindow::click(window_.button(L"Remove"), {5, 5});
+  EXPECT_EQ(cells_in(criteria_), (Texts{L"NAME", L"x"})) << "the new row alone";
+
+  SendMessageW(window_.button(L"Add"), BM_CLICK, 0, 0);
+  ViewWindow::click(criteria_, cell_center(criteria_, 1, 1));
+  window_.type(L">3");
+  window_.key(VK_RETURN);
+  EXPECT_EQ(dialog_.criteria.rows, (std::vector<Texts>{{L"NAME", L"x"}, {L"", L">3"}}));
+  SendMessageW(window_.button(L"Remove"), BM_CLICK, 0, 0);
+  EXPECT_EQ(dialog_.criteria.rows.size(), 1u);
+  for (const bool on_row : {true, false}) {
+    SendMessageW(window_.button(L"Add"), BM_CLICK, 0, 0);
+    SetFocus(criteria_);
+    EXPECT_EQ(ListView_GetItemCount(criteria_), 2);
+    if (on_row) ViewWindow::click(criteria_, cell_center(criteria_, 0, 1));
+    SetFocus(prefix_);
+    EXPECT_EQ(cells_in(criteria_), (Texts{L"NAME", L"x"}));
+  }
 
   SendMessageW(window_.button(L"Add"), BM_CLICK, 0, 0);
   window_.type(L"SIZE");
