@@ -45,16 +45,10 @@ BOOL ModalDialog::OnInitDialog() {
   SetWindowText(dialog_.title().c_str());
   catching([this] {
     view_ = std::make_unique<windows::DialogView>(m_hWnd, dialog_, *this);
-    give_size(inside_.value_or(view_->preferred_size()));
+    windows::give_inside(m_hWnd, inside_.value_or(view_->preferred_size()));
   });
   CAcUiDialog::OnInitDialog();  // gives the window the place and the size that the user gave it
   return FALSE;                 // the focus is where the view put it
-}
-
-void ModalDialog::give_size(windows::Size inside) {
-  CRect frame(0, 0, inside.width, inside.height);
-  CalcWindowRect(&frame);
-  SetWindowPos(nullptr, 0, 0, frame.Width(), frame.Height(), SWP_NOMOVE | SWP_NOZORDER);
 }
 
 BOOL ModalDialog::PreTranslateMessage(MSG* message) {

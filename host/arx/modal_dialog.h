@@ -33,7 +33,6 @@ class ModalDialog final : public CAcUiDialog, public windows::ViewOwner {
   void closed(bool accepted) override;
 
   void forget_view();
-  void give_size(windows::Size inside);
   void catching(const std::function<void()>& action);
 
   Dialog& dialog_;

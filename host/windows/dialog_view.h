@@ -81,4 +81,8 @@ class DialogView {
   std::unique_ptr<Controls> controls_;
 };
 
+// Gives a window that is nobody's child this inside, as far as its owner's monitor has room for it,
+// and puts it in the middle of its owner.
+void give_inside(WindowHandle window, Size inside);
+
 }  // namespace korvel::windows

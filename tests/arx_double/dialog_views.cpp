@@ -68,6 +68,8 @@ bool DialogView::takes_key(void* /*message*/) { return false; }
 
 bool DialogView::types_key(void* /*message*/) { return false; }
 
+void give_inside(WindowHandle /*window*/, Size /*inside*/) {}
+
 }  // namespace korvel::windows
 
 namespace korvel::arx_double {

@@ -39,9 +39,6 @@ BOOL CWnd::DestroyWindow() {
   return TRUE;
 }
 
-void CWnd::SetWindowPos(const CWnd* /*after*/, int /*x*/, int /*y*/, int /*width*/, int /*height*/,
-                        UINT /*flags*/) {}
-
 int CWnd::MessageBox(const ACHAR* text, const ACHAR* caption, UINT type) {
   if ((type & 0x0FU) == MB_YESNO) {
     return host().ask_yes_no(caption, text, icon_of(type)) ? IDYES : IDNO;

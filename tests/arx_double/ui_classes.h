@@ -40,13 +40,7 @@ class CString {
 
 class CRect {
  public:
-  CRect(int left, int top, int right, int bottom) : width_(right - left), height_(bottom - top) {}
-  [[nodiscard]] int Width() const { return width_; }
-  [[nodiscard]] int Height() const { return height_; }
-
- private:
-  int width_;
-  int height_;
+  CRect(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) {}
 };
 
 // A window exists from its creation to DestroyWindow, or the end of its object.
@@ -59,9 +53,6 @@ class CWnd {
 
   BOOL DestroyWindow();
   void SetWindowText(const ACHAR* text) { title_ = text; }
-  void CalcWindowRect(CRect* /*rect*/) {}
-  void SetWindowPos(const CWnd* /*after*/, int /*x*/, int /*y*/, int width, int height,
-                    UINT /*flags*/);
   [[nodiscard]] BOOL IsWindowVisible() const { return visible_ ? TRUE : FALSE; }
   int MessageBox(const ACHAR* text, const ACHAR* caption, UINT type);
 

@@ -65,8 +65,6 @@ inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD WS_DLGFRAME = 0x00400000;
 inline constexpr DWORD WS_OVERLAPPED = 0;
-inline constexpr UINT SWP_NOMOVE = 0x0002;
-inline constexpr UINT SWP_NOZORDER = 0x0004;
 
 inline constexpr DWORD OFN_OVERWRITEPROMPT = 0x0002;
 inline constexpr DWORD OFN_HIDEREADONLY = 0x0004;

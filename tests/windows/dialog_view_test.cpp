@@ -399,6 +399,30 @@ TEST(DialogViewOfTexts, ShowsATextAlone) {
   EXPECT_TRUE(window.key(VK_ESCAPE));
 }
 
+TEST_F(DialogViewTest, GivesAWindowTheSizeForWhichThereIsRoom) {
+  const HWND owner = window_.window();
+  const HWND window = CreateWindowExW(0, WC_STATICW, L"", WS_POPUP | WS_CAPTION, 0, 0, 10, 10,
+                                      owner, nullptr, nullptr, nullptr);
+  RECT inside{};
+  RECT frame{};
+  RECT around{};
+  give_inside(window, {200, 100});
+  GetClientRect(window, &inside);
+  GetWindowRect(window, &frame);
+  GetWindowRect(owner, &around);
+  EXPECT_EQ(inside.right, 200);
+  EXPECT_EQ(inside.bottom, 100);
+  EXPECT_EQ((frame.left + frame.right) / 2, (around.left + around.right) / 2);
+  EXPECT_EQ((frame.top + frame.bottom) / 2, (around.top + around.bottom) / 2);
+
+  give_inside(window, {200, 30'000});
+  GetWindowRect(window, &frame);
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
+  EXPECT_EQ(frame.top, around.top);
+  EXPECT_EQ(frame.bottom, around.bottom);
+  DestroyWindow(window);
+}
+
 TEST(DialogViewMemory, LeavesNothingBehind) {
   const auto handles = [] {
     return GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +

@@ -43,7 +43,7 @@ void print_strings() {
 
 void print_dialog() {
   std::printf("%i DIALOGEX 0, 0, 280, 180\n", IDD_KORVEL_DIALOG);
-  std::puts("STYLE DS_SETFONT | DS_CENTER | WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME");
+  std::puts("STYLE DS_SETFONT | WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME");
   std::printf("CAPTION %s\n", literal(text(Message::ProductName)).c_str());
   std::puts("FONT 9, L\"Segoe UI\"\nBEGIN\nEND");
 }
