@@ -34,11 +34,15 @@ ModalDialog::ModalDialog(Dialog& dialog, std::optional<windows::Size> inside)
 }
 
 bool ModalDialog::run() {
-  const InFront in_front(*this);
-  const bool accepted = DoModal() == IDOK;
+  const bool accepted = is_accepted();
   if (thrown_) std::rethrow_exception(thrown_);
   if (!accepted) dialog_.cancel();
   return accepted;
+}
+
+bool ModalDialog::is_accepted() {
+  const InFront in_front(*this);
+  return DoModal() == IDOK;
 }
 
 BOOL ModalDialog::OnInitDialog() {

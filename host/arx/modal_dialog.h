@@ -32,6 +32,7 @@ class ModalDialog final : public CAcUiDialog, public windows::ViewOwner {
   void complain(std::wstring_view sentence) override;
   void closed(bool accepted) override;
 
+  [[nodiscard]] bool is_accepted();
   void forget_view();
   void catching(const std::function<void()>& action);
 

@@ -67,10 +67,8 @@ class CheckListView final : public ControlView {
   // The one column is as wide as the window and its longest text.
   void fit_column() const {
     window_.send(LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE);
-    RECT inside{};
-    GetClientRect(window_.get(), &inside);
-    if (window_.send(LVM_GETCOLUMNWIDTH, 0) < inside.right)
-      window_.send(LVM_SETCOLUMNWIDTH, 0, inside.right);
+    const int inside = window_.inside_width();
+    if (window_.send(LVM_GETCOLUMNWIDTH, 0) < inside) window_.send(LVM_SETCOLUMNWIDTH, 0, inside);
   }
 
   [[nodiscard]] bool is_checked(int row) const {

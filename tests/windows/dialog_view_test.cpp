@@ -99,13 +99,6 @@ class DialogViewTest : public testing::Test {
   HWND spin_ = window_.child(WC_EDITW, 1);
   HWND path_ = window_.child(WC_EDITW, 3);
 
-  void click_arrow(bool up) const {
-    const HWND arrows = window_.child(UPDOWN_CLASSW);
-    RECT inside{};
-    GetClientRect(arrows, &inside);
-    ViewWindow::click(arrows, {inside.right / 2, inside.bottom * (up ? 1 : 3) / 4});
-  }
-
   void SetUp() override { window_.resize(window_.view().preferred_size()); }
 };
 
@@ -168,7 +161,10 @@ TEST_F(DialogViewTest, BindsTheArrowsOfANumberAlone) {
   EXPECT_EQ(text_in(spin_), L"10");
   SetWindowTextW(spin_, L"x500");
   EXPECT_EQ(dialog_.first.text, L"x500");
-  click_arrow(false);
+  const HWND arrows = window_.child(UPDOWN_CLASSW);
+  RECT inside{};
+  GetClientRect(arrows, &inside);
+  ViewWindow::click(arrows, {inside.right / 2, inside.bottom * 3 / 4});
   EXPECT_EQ(dialog_.first.text, L"0");
   EXPECT_EQ(text_in(spin_), L"0");
 }
@@ -225,10 +221,13 @@ TEST_F(DialogViewTest, GivesATextBeforeWhatIsDoneElsewhere) {
   SendMessageW(window_.child(WC_COMBOBOXW), WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
   EXPECT_EQ(dialog_.rule.text(), L"Last") << "the wheel is for the list that has the focus";
   EXPECT_EQ(text_in(GetFocus()), L"7");
-  click_arrow(true);
+  const HWND rule = window_.child(WC_COMBOBOXW);  // as screen readers choose, without the focus
+  SendMessageW(rule, CB_SETCURSEL, 1, 0);
+  SendMessageW(window_.window(), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(rule));
   EXPECT_EQ(dialog_.values.rows[0][1], L"7");
-  EXPECT_EQ(dialog_.first.text, L"10");
-  EXPECT_EQ(dialog_.reports, (Texts{L"Values", L"First"}));
+  EXPECT_EQ(dialog_.rule.text(), L"First");
+  EXPECT_EQ(dialog_.reports, (Texts{L"Values", L"Rule"}));
 }
 
 TEST_F(DialogViewTest, AddsAndRemovesRows) {
@@ -252,8 +251,11 @@ TEST_F(DialogViewTest, AddsAndRemovesRows) {
     SendMessageW(window_.button(L"Add"), BM_CLICK, 0, 0);
     SetFocus(criteria_);
     EXPECT_EQ(ListView_GetItemCount(criteria_), 2);
-    if (on_row) ViewWindow::click(criteria_, cell_center(criteria_, 0, 1));
-    SetFocus(prefix_);
+    if (on_row) {
+      ViewWindow::click(criteria_, cell_center(criteria_, 0, 1));
+    } else {
+      SetFocus(prefix_);
+    }
     EXPECT_EQ(cells_in(criteria_), (Texts{L"NAME", L"x"}));
   }
 
@@ -380,6 +382,16 @@ TEST_F(DialogViewTest, ScrollsToTheControlThatGetsTheFocus) {
     ASSERT_GE(rect.top, 0);
     ASSERT_LE(rect.bottom, rect.top < 30 ? 500 : 150);  // what is high begins at the top
   }
+  const auto top = [this] {
+    RECT rect{};
+    GetWindowRect(check_list_, &rect);
+    return rect.top;
+  };
+  const LONG scrolled = top();
+  SendMessageW(window_.window(), WM_VSCROLL, SB_PAGEUP, reinterpret_cast<LPARAM>(spin_));
+  EXPECT_EQ(top(), scrolled) << "a control's own arrows";
+  SendMessageW(window_.window(), WM_VSCROLL, SB_PAGEUP, 0);
+  EXPECT_GT(top(), scrolled);
 }
 
 // Esc would close the window in which the text stands.
