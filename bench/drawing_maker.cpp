@@ -334,4 +334,10 @@ void make_drawing(const DrawingSize& size, const std::function<void(std::string_
   Maker(size, sink).make();
 }
 
+std::string drawing_text(const DrawingSize& size) {
+  std::string text;
+  make_drawing(size, [&text](std::string_view piece) { text += piece; });
+  return text;
+}
+
 }  // namespace korvel::bench

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace korvel::bench {
@@ -21,5 +22,8 @@ struct DrawingSize {
 // Surveys (YEAR Integer, NOTE Character). The references are of the block SIGN, which is not
 // defined, with the attributes NAME, LANES and WIDTH. The same size gives the same bytes.
 void make_drawing(const DrawingSize& size, const std::function<void(std::string_view)>& sink);
+
+// The same, in one piece.
+[[nodiscard]] std::string drawing_text(const DrawingSize& size);
 
 }  // namespace korvel::bench
