@@ -3,20 +3,15 @@
 // SQLite keeps a row for each record under its handle and number, so that ORDER BY needs no
 // sorting. Both sides read and write text with the same functions and save the same way; SQLite
 // imports into a temporary table and updates by a join, by the better of two statements.
-#include "bench/csv_beside_sqlite.h"
-
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
-#include <limits>
 #include <sqlite3.h>
 #include <string>
 #include <vector>
 
-#include "bench/drawing_maker.h"
+#include "bench/beside_sqlite/cases.h"
+#include "bench/beside_sqlite/lines.h"
+#include "bench/measuring.h"
 #include "bench/silent_host.h"
 #include "exchange/csv_export.h"
 #include "exchange/csv_plan.h"
@@ -29,52 +24,27 @@
 namespace korvel::bench {
 namespace {
 
-constexpr int rounds = 3;
-constexpr double no_time = std::numeric_limits<double>::infinity();
-
-[[noreturn]] void fail(const std::string& why) {
-  (void)std::fprintf(stderr, "csv_beside_sqlite: %s\n", why.c_str());
-  std::exit(1);
-}
-
-double seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-void print(const std::string& name, double ours, double theirs, double undoing, std::size_t count) {
-  std::printf("%-44s %10.2f %10.2f %8.1f %9.2f %12zu\n", name.c_str(), ours * 1e3, theirs * 1e3,
-              theirs / ours, undoing * 1e3, count);
-}
+constexpr int csv_rounds = 3;
 
 // The records of one table, one row each; columns a, b, ...
 class SqlTable {
  public:
   explicit SqlTable(const ODTableDef& table) : columns_(table.columns.size()) {
-    if (sqlite3_open(":memory:", &handle_) != SQLITE_OK) fail("no database");
     std::string columns = "handle TEXT, record INTEGER";
     for (std::size_t i = 0; i < columns_; ++i)
       columns += ", " + column(i) + type(table.columns[i].type);
     run("CREATE TABLE records(" + columns + ", PRIMARY KEY(handle, record)) WITHOUT ROWID");
     run("CREATE TEMP TABLE loaded(" + columns + ")");
   }
-  SqlTable(const SqlTable&) = delete;
-  SqlTable& operator=(const SqlTable&) = delete;
-  ~SqlTable() { sqlite3_close(handle_); }
 
-  void run(const std::string& sql) {
-    if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      fail(sql + ": " + sqlite3_errmsg(handle_));
-    }
-  }
+  std::int64_t run(const std::string& sql) { return database_.run(sql); }
 
   // Inserts the rows of the text, whose first line names the columns, into the table.
   void load(std::string& utf8, const std::string& table) {
     std::string sql = "INSERT INTO " + table + " VALUES(?,?";
     for (std::size_t i = 0; i < columns_; ++i)
       sql += ",?";
-    sqlite3_stmt* const row = prepare(sql + ")");
+    sqlite3_stmt* const row = database_.prepare(sql + ")");
     CsvReader reader(utf8, ',');
     std::vector<std::string_view> cells;
     (void)reader.next(cells);
@@ -93,16 +63,13 @@ class SqlTable {
     std::string sql = "SELECT handle, record";
     for (std::size_t i = 0; i < columns_; ++i)
       sql += ", " + column(i);
-    sqlite3_stmt* const rows = prepare(sql + " FROM records ORDER BY handle, record");
+    sqlite3_stmt* const rows = database_.prepare(sql + " FROM records ORDER BY handle, record");
     std::string text;
     CsvWriter writer(',', text);
     const int count = sqlite3_column_count(rows);
     while (sqlite3_step(rows) == SQLITE_ROW) {
-      for (int i = 0; i < count; ++i) {
-        const auto* const cell = reinterpret_cast<const char*>(sqlite3_column_text(rows, i));
-        writer.cell(
-            std::string_view(cell, static_cast<std::size_t>(sqlite3_column_bytes(rows, i))));
-      }
+      for (int i = 0; i < count; ++i)
+        writer.cell(text_of(rows, i));
       writer.end_row();
     }
     sqlite3_finalize(rows);
@@ -118,26 +85,16 @@ class SqlTable {
       differs += (i == 0 ? "" : " OR ") + ("records." + column(i)) + " IS NOT l." + column(i);
     }
     sql += " FROM loaded l WHERE records.handle = l.handle AND records.record = l.record";
-    run(sql + (only_different ? " AND (" + differs + ")" : ""));
-    return static_cast<std::size_t>(sqlite3_changes64(handle_));
+    return static_cast<std::size_t>(run(sql + (only_different ? " AND (" + differs + ")" : "")));
   }
 
  private:
-  static std::string column(std::size_t index) {
-    return std::string(1, static_cast<char>('a' + index));
-  }
+  static std::string column(std::size_t index) { return {static_cast<char>('a' + index)}; }
   static std::string type(ODType type) {
     return type == ODType::Integer ? " INTEGER" : type == ODType::Real ? " REAL" : " TEXT";
   }
-  sqlite3_stmt* prepare(const std::string& sql) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(handle_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
-      fail(sql + ": " + sqlite3_errmsg(handle_));
-    }
-    return statement;
-  }
 
-  sqlite3* handle_ = nullptr;
+  Database database_;
   std::size_t columns_;
 };
 
@@ -167,11 +124,11 @@ class TableComparison {
   void compare_export() {
     double ours = no_time;
     double theirs = no_time;
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = 0; round < csv_rounds; ++round) {
       ours = std::min(ours, seconds([&] { save(written()); }));
       theirs = std::min(theirs, seconds([&] { save(sql_.written()); }));
     }
-    print("export " + to_utf8(table_.name) + " as CSV", ours, theirs, 0, rows_.rows.size());
+    print_line("export " + to_utf8(table_.name) + " as CSV", ours, theirs, {}, rows_.rows.size());
   }
 
   // A text in which the first value of every record is another one.
@@ -194,7 +151,7 @@ class TableComparison {
     double undoing = no_time;
     double theirs = no_time;
     std::size_t count = 0;
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = 0; round < csv_rounds; ++round) {
       ours = std::min(ours, seconds([&] { count = import(); }));
       if (round == 0 && written() != changed) fail("the import gives other records");
       undoing = std::min(undoing, seconds([&] { (void)drawing_.undo(); }));
@@ -208,7 +165,7 @@ class TableComparison {
         sql_.run("ROLLBACK");
       }
     }
-    print("import " + to_utf8(table_.name) + " from CSV", ours, theirs, undoing, count);
+    print_line("import " + to_utf8(table_.name) + " from CSV", ours, theirs, undoing, count);
   }
 
  private:
@@ -216,7 +173,7 @@ class TableComparison {
   void save(std::string_view bytes) const {
     if (save_file(file_, bytes)) fail("the file is not written");
   }
-  std::string read() const {
+  [[nodiscard]] std::string read() const {
     std::string text;
     if (read_utf8_file(file_, std::size_t{1} << 31, TextEncoding::Ansi, text)) {
       fail("the file is not read");
@@ -246,11 +203,7 @@ class TableComparison {
 
 void compare_csv(std::uint64_t entities, std::string_view wanted) {
   if (std::string_view("CSV").find(wanted) == std::string_view::npos) return;
-  DrawingSize size;
-  size.entities = entities;
-  std::string bytes;
-  make_drawing(size, [&bytes](std::string_view piece) { bytes += piece; });
-  SilentHost host(std::move(*Drawing::read(std::move(bytes), "made")));
+  SilentHost host(drawing_of_size(entities));
   StandaloneStore store(host.drawing());
   for (const std::wstring& name : store.table_names()) {
     const ODTableDef table = store.table(name).value_or(ODTableDef{});
