@@ -17,11 +17,9 @@ using TraceSink = std::function<void(std::wstring_view line)>;
 // A line is the operation, its arguments and its result: `attach(#5, "ROADS"[3, "Main St"]) =
 // true`; # begins the identifier of an entity or a layer. Long texts and lists are cut and say how
 // long they are; control characters stand as \x0A. A call without a result is written when it
-// begins, one with a result when it ends. Calls of iterators and
-// attached drawings are indented.
+// begins, one with a result when it ends. Calls of iterators and attached drawings are indented.
 //
-// What is passed in must outlive the result, and a store its iterators and attached
-// drawings.
+// What is passed in must outlive the result, and a store its iterators and attached drawings.
 [[nodiscard]] std::unique_ptr<ODStore> tracing_store(ODStore& target, TraceSink sink);
 [[nodiscard]] std::unique_ptr<DrawingHost> tracing_host(DrawingHost& target, TraceSink sink);
 
