@@ -145,6 +145,9 @@ class TracingHost final : public ForwardingHost {
     TraceLine(L"end_progress").ends(sink_);
     Base::end_progress();
   }
+  [[nodiscard]] bool interrupted() override {
+    return TraceLine(L"interrupted").returns(sink_, Base::interrupted());
+  }
   bool run_command(std::wstring_view name, EntityId entity) override {
     return TraceLine(L"run_command", name, entity).returns(sink_, Base::run_command(name, entity));
   }
