@@ -14,11 +14,11 @@ DocumentWatch::DocumentWatch() { document_manager().addReactor(this); }
 
 DocumentWatch::~DocumentWatch() { document_manager().removeReactor(this); }
 
-// Unconfirmed: the name of this notice, and that the document's database is the working one by
-// then. Null: there is no document.
+// Unconfirmed: the name of this notice. Whether the document's object data and selection can be
+// asked for in it is not known, so that waits until the notice is over. Null: there is no document.
 void DocumentWatch::documentBecameCurrent(AcApDocument* document) {
   if (document == nullptr) return clear_palettes();
-  show_palettes_anew();
+  show_palettes_anew_later();
 }
 
 // The palettes show nothing of any other.

@@ -18,7 +18,7 @@ class ArxPaletteSet final : public PaletteSet {
   ~ArxPaletteSet() override;
 
   void show(Session& session) override;
-  void show_anew();
+  void show_anew_later();
   void clear() { palette_.clear(); }
 
  private:
@@ -63,8 +63,8 @@ void ArxPaletteSet::show(Session& /*session*/) {
   acedGetAcadFrame()->ShowControlBar(&set_, TRUE, FALSE);
 }
 
-void ArxPaletteSet::show_anew() {
-  if (made_ && set_.IsWindowVisible()) palette_.show_anew();
+void ArxPaletteSet::show_anew_later() {
+  if (made_ && set_.IsWindowVisible()) palette_.show_anew_later();
 }
 
 }  // namespace
@@ -73,9 +73,9 @@ std::unique_ptr<PaletteSet> make_palette_set(const PaletteSetTraits& traits, Pal
   return std::make_unique<ArxPaletteSet>(traits, content);
 }
 
-void show_palettes_anew() {
+void show_palettes_anew_later() {
   for (ArxPaletteSet* const set : palette_sets)
-    set->show_anew();
+    set->show_anew_later();
 }
 
 void clear_palettes() {

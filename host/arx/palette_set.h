@@ -17,7 +17,7 @@ namespace korvel::arx {
 
 // What the palettes show of the current drawing is of no use any more: another one is current, or
 // it closes.
-void show_palettes_anew();
+void show_palettes_anew_later();
 void clear_palettes();
 
 }  // namespace korvel::arx

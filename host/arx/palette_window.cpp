@@ -7,6 +7,8 @@
 namespace korvel::arx {
 namespace {
 
+constexpr UINT show_anew_message = WM_APP + 100;  // of our own, to the palette's window
+
 // Notices of the controls: of what the user did, and of lines of the drawing that have to be drawn.
 bool needs_session(UINT message) { return message == WM_COMMAND || message == WM_NOTIFY; }
 
@@ -24,6 +26,8 @@ void PaletteWindow::show_anew() {
     if (view_) view_->refresh();
   });
 }
+
+void PaletteWindow::show_anew_later() { PostMessage(show_anew_message, 0, 0); }
 
 void PaletteWindow::clear() {
   run_guarded(content_.title(), [this] {
@@ -45,6 +49,10 @@ LRESULT PaletteWindow::WindowProc(UINT id, WPARAM wparam, LPARAM lparam) {
   // away from those that do not answer it.
   if (id == WM_ACAD_KEEPFOCUS) return TRUE;
   if (id == WM_DESTROY) forget_view();
+  if (id == show_anew_message) {
+    show_anew();
+    return 0;
+  }
   if (const std::optional<LRESULT> answer = answer_of_view({id, wparam, lparam})) return *answer;
   const LRESULT result = CAdUiPalette::WindowProc(id, wparam, lparam);
   if (id == WM_CREATE) deliver([this] { make_view(); });

@@ -22,6 +22,8 @@ class PaletteWindow final : public CAdUiPalette, public windows::ViewOwner {
 
   // The palette comes before the user's eyes, or another drawing does.
   void show_anew();
+  // The same as soon as the host has nothing else to do.
+  void show_anew_later();
   // The drawing closes.
   void clear();
 

@@ -134,6 +134,8 @@ TEST_F(ArxModule, ShowsNothingOfADrawingThatIsClosed) {
   documents.close_document(documents.curDocument());
   EXPECT_EQ(lines_of(*editor), 0U);
   documents.make_current(documents.other_document());
+  EXPECT_EQ(lines_of(*editor), 0U) << "nothing is read within the notice";
+  arx_double::deliver_posted_messages();
   EXPECT_EQ(lines_of(*editor), 1U);
   EXPECT_TRUE(arx_double::unload_module());
   arx_double::set_palette_user({});

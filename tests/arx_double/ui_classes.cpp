@@ -1,5 +1,9 @@
 #include "tests/arx_double/ui_classes.h"
 
+#include <utility>
+
+#include "tests/arx_double/ed_classes.h"
+
 namespace {
 
 HINSTANCE current_resources = nullptr;
@@ -7,6 +11,12 @@ HINSTANCE module_resources = nullptr;
 std::vector<std::wstring> tools;
 std::vector<std::wstring> closed;
 std::intptr_t last_window = 0;
+
+struct Posted {
+  CWnd* window;
+  UINT message;
+};
+std::vector<Posted> posted;
 
 korvel::StandaloneHost& host() { return korvel::arx_double::working_drawing(); }
 
@@ -33,9 +43,15 @@ void CWnd::make_window() { m_hWnd = reinterpret_cast<HWND>(++last_window); }
 BOOL CWnd::DestroyWindow() {
   if (m_hWnd == nullptr) return FALSE;
   WindowProc(WM_DESTROY, 0, 0);
+  std::erase_if(posted, [this](const Posted& message) { return message.window == this; });
   closed.push_back(title_);
   m_hWnd = nullptr;
   visible_ = false;
+  return TRUE;
+}
+
+BOOL CWnd::PostMessage(UINT message, WPARAM /*wparam*/, LPARAM /*lparam*/) {
+  posted.push_back({this, message});
   return TRUE;
 }
 
@@ -129,6 +145,12 @@ HRESULT CLSIDFromString(const wchar_t* text, GUID* /*id*/) {
 #endif
 
 namespace korvel::arx_double {
+
+void deliver_posted_messages() {
+  const RunningIn between_commands(RunningIn::Application);
+  for (const Posted& message : std::exchange(posted, {}))
+    message.window->get(message.message);
+}
 
 const std::vector<std::wstring>& registered_tools() { return tools; }
 

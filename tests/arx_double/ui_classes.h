@@ -55,9 +55,11 @@ class CWnd {
   void SetWindowText(const ACHAR* text) { title_ = text; }
   [[nodiscard]] BOOL IsWindowVisible() const { return visible_ ? TRUE : FALSE; }
   int MessageBox(const ACHAR* text, const ACHAR* caption, UINT type);
+  BOOL PostMessage(UINT message, WPARAM wparam, LPARAM lparam);
 
   // The user turns to this window.
-  void turn_to() { WindowProc(WM_COMMAND, 0, 0); }
+  void turn_to() { get(WM_COMMAND); }
+  void get(UINT message) { WindowProc(message, 0, 0); }
 
   HWND m_hWnd = nullptr;
 
@@ -149,6 +151,9 @@ namespace korvel::arx_double {
 // In this session, in order: the tools registered, and the titles of the windows closed.
 [[nodiscard]] const std::vector<std::wstring>& registered_tools();
 [[nodiscard]] const std::vector<std::wstring>& closed_windows();
+
+// Lets the windows have the messages that were posted to them.
+void deliver_posted_messages();
 
 // What the user does in a palette when it is shown. While there is nobody, nothing is done.
 void set_palette_user(std::function<void(Palette&)> user);

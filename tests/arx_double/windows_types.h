@@ -61,6 +61,7 @@ inline constexpr UINT WM_NOTIFY = 0x004E;
 inline constexpr UINT WM_KEYFIRST = 0x0100;
 inline constexpr UINT WM_KEYLAST = 0x0109;
 inline constexpr UINT WM_COMMAND = 0x0111;
+inline constexpr UINT WM_APP = 0x8000;
 inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD WS_DLGFRAME = 0x00400000;

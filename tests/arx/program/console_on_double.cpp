@@ -51,6 +51,7 @@ class ModuleInDouble final : public LoadedPlugin {
       AcApDocManager& documents = *acDocManagerPtr();
       documents.close_document(documents.curDocument());
       documents.make_current(documents.other_document());
+      arx_double::deliver_posted_messages();
     }
     const Leaks before;
     const arx_double::RunningIn command_turn(arx_double::RunningIn::Command);
