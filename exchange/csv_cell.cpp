@@ -65,7 +65,9 @@ bool is_finite_value(const ODValue& value) {
   return true;
 }
 
-bool is_blank(std::string_view cell) { return cell.find_first_not_of(" \t") == cell.npos; }
+bool is_blank(std::string_view cell) {
+  return cell.find_first_not_of(" \t") == std::string_view::npos;
+}
 
 bool is_ascii(wchar_t unit) { return static_cast<char32_t>(unit) < 0x80; }
 

@@ -19,7 +19,7 @@ namespace {
 
 std::string_view without_blanks(std::string_view cell) {
   const std::size_t first = cell.find_first_not_of(" \t");
-  if (first == cell.npos) return {};
+  if (first == std::string_view::npos) return {};
   return cell.substr(first, cell.find_last_not_of(" \t") - first + 1);
 }
 

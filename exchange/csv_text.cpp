@@ -53,7 +53,8 @@ bool CsvWriter::append_unquoted(std::wstring_view text) {
   std::uint32_t all = 0;
   unsigned quoted = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto unit = static_cast<std::uint32_t>(text[i]);
+    const auto unit =
+        static_cast<std::uint32_t>(text[i]);  // NOLINT(*-signed-char-misuse,*-str34-c)
     all |= unit;
     quoted |= asks_for_quotes_[unit & 0x7F];
     narrow[i] = static_cast<char>(unit);

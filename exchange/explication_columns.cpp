@@ -27,6 +27,7 @@ std::vector<ValueColumn> value_columns(const Definitions& tables,
     }
   }
   std::vector<ValueColumn> columns;
+  columns.reserve(counted.size());
   for (const auto& [name, is_counted] : counted)
     columns.push_back({name, is_counted});
   return columns;

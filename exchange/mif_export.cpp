@@ -115,7 +115,7 @@ class MidWriter {
     const auto place = [&] {
       return format_text(L"%s %s '%s'", handle, table_.columns[column.column].name, excerpt(text));
     };
-    const bool broken = text.find_first_of(L"\r\n") != text.npos;
+    const bool broken = text.find_first_of(L"\r\n") != std::wstring_view::npos;
     if (broken) result_.broken_lines.add(place);
     std::string& out = result_.mid;
     out += '"';

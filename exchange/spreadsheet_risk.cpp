@@ -52,9 +52,10 @@ bool begins_like_month(std::wstring_view text) {
 }
 
 std::size_t digits_at(std::wstring_view text, std::size_t at) {
-  const auto end =
-      std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), is_digit);
-  return static_cast<std::size_t>(end - text.begin()) - at;
+  std::size_t end = at;
+  while (end < text.size() && is_digit(text[end]))
+    ++end;
+  return end - at;
 }
 
 // Takes what it asks for off the front of a text.
@@ -178,7 +179,7 @@ SpreadsheetRisk risk_of_text(std::wstring_view text) {
   if (is_grouped_number(inner)) return SpreadsheetRisk::Number;
   const SpreadsheetRisk risk = risk_of_number_in(inner, inner.size() != text.size());
   if (risk != SpreadsheetRisk::None || first != L'-') return risk;
-  const bool is_number = inner.find_first_not_of(L"0123456789.", 1) == inner.npos;
+  const bool is_number = inner.find_first_not_of(L"0123456789.", 1) == std::wstring_view::npos;
   return is_number ? SpreadsheetRisk::None : SpreadsheetRisk::Formula;
 }
 

@@ -21,6 +21,7 @@ class ValueAliases {
   ValueAliases(const ODStore& store, const AliasMaps& maps);
   ValueAliases(const ValueAliases&) = delete;
   ValueAliases& operator=(const ValueAliases&) = delete;
+  ~ValueAliases() = default;
 
   // Writes those values of the current record that become others. Whether there was one.
   bool translate(RecordIterator& record);

@@ -15,7 +15,7 @@ struct EntityId {
   std::uint64_t value = 0;
 
   [[nodiscard]] bool is_null() const { return value == 0; }
-  friend auto operator<=>(const EntityId&, const EntityId&) = default;
+  friend auto operator<=>(const EntityId&, const EntityId&) = default;  // NOLINT
 };
 
 using EntityList = std::vector<EntityId>;

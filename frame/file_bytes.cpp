@@ -77,6 +77,8 @@ class Replacement {
         exists_(other.exists_),
         in_place_(other.in_place_),
         permissions_(other.permissions_) {}
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
   Replacement& operator=(Replacement&&) = delete;
   ~Replacement() {
     std::error_code ignored;

@@ -52,8 +52,8 @@ void decode_utf16(std::string_view bytes, ByteOrder order, Text& out) {
   };
   const std::size_t units = bytes.size() / 2;
   for (std::size_t at = 0; at < units;) {
-    const char16_t pair[] = {unit(at), at + 1 < units ? unit(at + 1) : u'\0'};
-    const CodePoint read = code_point_at(std::u16string_view(pair, 2), 0);
+    const std::array<char16_t, 2> pair = {unit(at), at + 1 < units ? unit(at + 1) : u'\0'};
+    const CodePoint read = code_point_at(std::u16string_view(pair.data(), pair.size()), 0);
     append_code_point(read.value, out);
     at += read.units;
   }

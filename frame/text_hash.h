@@ -19,7 +19,7 @@ std::uint64_t word_at(const char* bytes) {
 template <class Unit>
 std::uint64_t hash_of_text(std::basic_string_view<Unit> text) {
   constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-  const auto* const begin = reinterpret_cast<const char*>(text.data());
+  const auto* const begin = reinterpret_cast<const char*>(text.data());  // NOLINT
   const std::size_t size = sizeof(Unit) * text.size();
   std::uint64_t hash = size * odd;
   const auto take = [&hash](std::uint64_t word) {

@@ -78,7 +78,7 @@ void Utf16Text::append(std::wstring_view text, Quotes quotes) {
 
 std::string_view little_endian_bytes(std::u16string_view units, std::string& room) {
   if constexpr (std::endian::native == std::endian::little) {
-    return {reinterpret_cast<const char*>(units.data()), 2 * units.size()};
+    return {reinterpret_cast<const char*>(units.data()), 2 * units.size()};  // NOLINT
   } else {
     room.clear();
     for (const char16_t unit : units) {

@@ -31,6 +31,8 @@ class command final : public EditorReactor {
 
   explicit command(DrawingHost& host) : host_(host) {}
   ~command() override { stop(); }
+  command(const command&) = delete;
+  command& operator=(const command&) = delete;
 
   // The callback is called once, after an end that is no cancel and no failure, and is given the
   // entities that are in model space now. Names are compared without case.

@@ -31,10 +31,10 @@ struct CutCurve {
 // leads from `first` to `second`, counter-clockwise about its normal, or in the direction of the
 // polyline, which at one point opens there. Arcs of polylines keep their curve, the widths at a cut
 // are those of the place. The pieces are of the same kind as the curve; a circle leaves an arc.
-[[nodiscard]] CutCurve cut_curve(const Shape& curve, Point3 first, Point3 second);
+[[nodiscard]] CutCurve cut_curve(const Shape& shape, Point3 first, Point3 second);
 
 // The place of the curve, or of the plane it lies in, that is seen at the point in plan view. The
 // point itself where nothing tells, as for vertical planes and lines.
-[[nodiscard]] Point3 seen_in_plan(const Shape& curve, Point3 point);
+[[nodiscard]] Point3 seen_in_plan(const Shape& shape, Point3 point);
 
 }  // namespace korvel

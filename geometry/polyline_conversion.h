@@ -32,7 +32,7 @@ class PolylineConversion {
  private:
   bool to_light(EntityGeometry& geometry);
   bool to_3d(EntityGeometry& geometry);
-  bool sampled_to_light(EntityGeometry& geometry, Vector3 normal);
+  bool sampled_to_light(EntityGeometry& geometry, Vector3 wanted);
 
   PolylineTarget target_;
   int precision_;
