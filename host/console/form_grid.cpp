@@ -78,6 +78,7 @@ std::optional<FormReply> pick_in_tree(Dialog& dialog, std::wstring_view typed) {
   if (tree == nullptr) return std::nullopt;
   const std::vector<TreeName> names = names_in(*tree);
   std::vector<std::wstring_view> labels;
+  labels.reserve(names.size());
   for (const TreeName& name : names)
     labels.push_back(name.name);
   const auto leaves = static_cast<std::size_t>(std::ranges::count_if(
@@ -100,7 +101,7 @@ std::optional<FormReply> pick_in_tree(Dialog& dialog, std::wstring_view typed) {
 }
 
 std::optional<FormReply> move_in_grid(Dialog& dialog, std::wstring_view typed) {
-  LongGrid* const grid = control_in<LongGrid>(dialog);
+  auto* const grid = control_in<LongGrid>(dialog);
   const std::vector<std::wstring_view> words = words_of(typed);
   if (grid == nullptr || words.empty() || words.size() > 2) return std::nullopt;
   const auto is = [&words](std::wstring_view word, std::size_t count) {
