@@ -11,6 +11,8 @@ class LinkedPlugin final : public LoadedPlugin {
   // With a sink, every call that the commands make of their host goes to it.
   explicit LinkedPlugin(TerminalHost& host, TraceSink trace = {});
   ~LinkedPlugin() override;
+  LinkedPlugin(const LinkedPlugin&) = delete;
+  LinkedPlugin& operator=(const LinkedPlugin&) = delete;
 
   [[nodiscard]] const ConsoleCommandStack& commands() const override { return commands_; }
   void run(const ConsoleCommandStack::Entry& command) override;

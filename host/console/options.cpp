@@ -48,6 +48,7 @@ std::variant<Options, int> read_options(const std::vector<std::string>& argument
       "be written; 5 the input ended in a prompt; 6 stopped by --strict; 130 interrupted.");
   try {
     std::vector<const char*> words;
+    words.reserve(arguments.size());
     for (const std::string& argument : arguments)
       words.push_back(argument.c_str());
     app.parse(static_cast<int>(words.size()), words.data());

@@ -143,7 +143,7 @@ int run_console(const Options& options, const PluginLoader& load_plugin) {
 int run(const std::vector<std::string>& arguments, const PluginLoader& load_plugin) {
   const std::variant<Options, int> read = read_options(arguments);
   if (const auto* const status = std::get_if<int>(&read)) return *status;
-  const Options& options = std::get<Options>(read);
+  const auto& options = std::get<Options>(read);
   if (!options.list_commands) return run_console(options, load_plugin);
   write_output(command_list());
   return exit_status::done;

@@ -36,7 +36,7 @@ PageLetters::~PageLetters() = default;
 
 char16_t PageLetters::letter(std::array<unsigned char, 2> bytes, std::size_t count) {
   if (!converter_->is_open()) return 0;
-  iconv_t const handle = converter_->handle;
+  iconv_t handle = converter_->handle;
   std::array<char, 2> source = {static_cast<char>(bytes[0]), static_cast<char>(bytes[1])};
   std::array<char, 16> target = {};
   char* from = source.data();
