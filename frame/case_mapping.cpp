@@ -38,8 +38,8 @@ constexpr bool contains(const LowerRange& range, char32_t code_point) {
 }
 
 constexpr char32_t search_lower(char32_t code_point) {
-  const auto* const range =
-      std::ranges::lower_bound(lower_ranges, code_point, {}, &LowerRange::last);
+  // NOLINTNEXTLINE(readability-qualified-auto): a pointer for some compilers only
+  const auto range = std::ranges::lower_bound(lower_ranges, code_point, {}, &LowerRange::last);
   if (range == lower_ranges.end() || !contains(*range, code_point)) return code_point;
   return code_point + static_cast<char32_t>(range->delta);
 }

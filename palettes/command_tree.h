@@ -16,6 +16,7 @@ struct CommandLeaf {
 
 // In the order shown; the leaves of a group stand together. "Covert" is spelled so on purpose: it
 // is the label that users and their macros know.
+// NOLINTNEXTLINE(*-avoid-c-arrays): its length is that of the list
 inline constexpr CommandLeaf command_tree[] = {
     {L"OD management", L"Copy definitions from file", command_named(L"KORVEL_LOAD_DEFINITION")},
     {L"OD management", L"Usage stats", command_named(L"KORVEL_STAT")},

@@ -247,6 +247,7 @@ std::vector<std::wstring> TableEditor::row_texts(const RecordKey& row,
                                                  const std::vector<std::size_t>& columns) const {
   const auto record = open_record(session().store, view_.table().name, row, OpenMode::Read);
   std::vector<std::wstring> texts;
+  texts.reserve(columns.size());
   for (const std::size_t column : columns)
     texts.push_back(cell_text(row, *record, column));
   return texts;

@@ -86,6 +86,7 @@ std::int64_t number_records(ODStore& store, const EntityList& entities,
   if (!column) return 0;
   Counter counter(numbering, *column);
   const std::unique_ptr<RecordIterator> records = store.records_of(numbering.table);
+  // NOLINTNEXTLINE(modernize-loop-convert): not every compiler takes a reversed view
   for (auto entity = entities.rbegin(); entity != entities.rend(); ++entity) {
     for (records->open(*entity, OpenMode::Write); !records->done(); records->next()) {
       if (!counter.number(*records)) return counter.stored();
