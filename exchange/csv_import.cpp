@@ -27,6 +27,12 @@ bool write_cells(const ODTableDef& table, const CsvPlan& plan, const CsvRow& row
   return true;
 }
 
+// What is not locked cannot be asked whether it opens for writing.
+CsvPlan plan_import(Session& session, const ODTableDef& table, std::string& utf8, char separator) {
+  const DocumentLock lock(session.host);
+  return plan_csv(session.store, session.host, table, utf8, separator);
+}
+
 // What the person says to the plan; nothing to change needs no answer.
 bool is_wanted(DrawingHost& host, const CsvPlan& plan) {
   host.show_text(L"CSV import", preview_text(plan), 700, 500);
@@ -70,16 +76,6 @@ std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table
   }
   return written;
 }
-
-namespace {
-
-// What is not locked cannot be asked whether it opens for writing.
-CsvPlan plan_import(Session& session, const ODTableDef& table, std::string& utf8, char separator) {
-  const DocumentLock lock(session.host);
-  return plan_csv(session.store, session.host, table, utf8, separator);
-}
-
-}  // namespace
 
 void import_csv(Session& session, std::wstring_view table_name) {
   DrawingHost& host = session.host;

@@ -53,39 +53,29 @@ void Comparison::search(const char* name, const Work& work,
 void Comparison::change(const char* name, const Work& work,
                         const std::vector<std::string>& statements) {
   if (!is_wanted(name)) return;
-  double ours = no_time;
-  double undoing = no_time;
   double theirs = no_time;
-  std::size_t changed = 0;
-  for (int round = 0; round < rounds; ++round) {
-    ours = std::min(ours, timed_change(work, changed));
-    undoing = std::min(undoing, seconds([&] { (void)drawing_.undo(); }));
+  const Change ours = timed_change(work, [&](std::size_t changed) {
     for (const std::string& sql : statements) {
       database_.run("BEGIN");
       theirs = std::min(theirs, seconds([&] { check(changed, database_.run(sql), sql); }));
       database_.run("ROLLBACK");
     }
-  }
-  print_line(name, ours, theirs, undoing, changed);
+  });
+  print_line(name, ours.seconds, theirs, ours.undoing, ours.changed);
 }
 
 void Comparison::beside_shapes(const char* name, const Work& work) {
   if (!is_wanted(name)) return;
-  double ours = no_time;
-  double undoing = no_time;
   double reading = no_time;
-  std::size_t changed = 0;
-  for (int round = 0; round < rounds; ++round) {
-    ours = std::min(ours, timed_change(work, changed));
-    undoing = std::min(undoing, seconds([&] { (void)drawing_.undo(); }));
+  const Change ours = timed_change(work, [&](std::size_t /*changed*/) {
     reading = std::min(reading, seconds([&] {
                          std::size_t shapes = 0;
                          for (const EntityId entity : entities_)
                            shapes += drawing_.geometry_of(entity).shape.index() != 0 ? 1 : 0;
                          if (shapes != entities_.size()) fail("an entity without a shape");
                        }));
-  }
-  print_line(name, ours, {}, undoing, changed);
+  });
+  print_line(name, ours.seconds, {}, ours.undoing, ours.changed);
   print_line("  reading the shapes alone", reading, {}, {}, {});
 }
 
@@ -100,12 +90,19 @@ std::size_t Comparison::records() {
   return all;
 }
 
-double Comparison::timed_change(const Work& work, std::size_t& changed) {
-  return seconds([&] {
-    drawing_.journal().open();
-    changed = work();
-    drawing_.journal().close();
-  });
+Comparison::Change Comparison::timed_change(const Work& work,
+                                            const std::function<void(std::size_t)>& beside) {
+  Change best{no_time, no_time, 0};
+  for (int round = 0; round < rounds; ++round) {
+    best.seconds = std::min(best.seconds, seconds([&] {
+                              drawing_.journal().open();
+                              best.changed = work();
+                              drawing_.journal().close();
+                            }));
+    best.undoing = std::min(best.undoing, seconds([&] { (void)drawing_.undo(); }));
+    beside(best.changed);
+  }
+  return best;
 }
 
 // The drawing as made has none.
