@@ -309,7 +309,8 @@ void TableEditor::lead_selection() {
 }
 
 RecordRows TableEditor::chosen_rows() const {
-  RecordRows chosen{view_.table().name, {}, view_.chosen_rows()};
+  RecordRows chosen{view_.table().name, {}, {}};
+  if (!synchronize.on || view_.any_chosen()) chosen.rows = view_.chosen_rows();
   for (const std::size_t column : shown_columns()) {
     if (column >= first_table_column) chosen.columns.push_back(column - first_table_column);
   }
@@ -318,14 +319,22 @@ RecordRows TableEditor::chosen_rows() const {
 
 // --- Menus --------------------------------------------------------------------------------------
 
-void TableEditor::write_csv() { export_csv(session(), chosen_rows()); }
+void TableEditor::write_csv() { export_rows(export_csv); }
 
 void TableEditor::read_csv() {
   import_csv(session(), table.text());
   refresh();
 }
 
-void TableEditor::write_mif() { export_mif(session(), chosen_rows()); }
+void TableEditor::write_mif() { export_rows(export_mif); }
+
+void TableEditor::export_rows(void (*write)(Session&, const RecordRows&)) {
+  const RecordRows rows = chosen_rows();
+  // Synchronized with a selection that has no records here, there is nothing to write.
+  const bool none_selected = rows.rows.empty() && !view_.rows().empty();
+  if (none_selected) return report<Message::NoObjectsSelected>(session().host);
+  write(session(), rows);
+}
 
 void TableEditor::disable_grouping() {
   group_by.selected = 0;

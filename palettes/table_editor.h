@@ -20,7 +20,8 @@ namespace korvel {
 // With "Synchronize" the rows of the pick-first set's entities are the chosen ones whenever the
 // palette is shown, and choosing rows makes their entities the pick-first set.
 //
-// What the menus do, they do to the chosen rows, or to all that are shown when none is chosen.
+// What the menus do, they do to the chosen rows, or to all that are shown when none is chosen; with
+// "Synchronize", where no choice means that nothing is selected, to none.
 class TableEditor final : public Palette, private GridLines {
  public:
   TableEditor();
@@ -29,7 +30,8 @@ class TableEditor final : public Palette, private GridLines {
   void drawing_closes() override;
   void changed(const Control& control) override;
 
-  // The chosen rows, or all that are shown, with the columns that are.
+  // The chosen rows, or all that are shown when none is chosen and nothing synchronizes, with the
+  // columns that are shown.
   [[nodiscard]] RecordRows chosen_rows() const;
 
   DropDown table{L"Table"};
@@ -62,6 +64,7 @@ class TableEditor final : public Palette, private GridLines {
   void write_csv();
   void read_csv();
   void write_mif();
+  void export_rows(void (*write)(Session&, const RecordRows&));
   void disable_grouping();
   void fold_groups();
   void unfold_groups();

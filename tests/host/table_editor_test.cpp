@@ -2,6 +2,8 @@
 #include "palettes/table_editor.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 
 #include "frame/command_handlers.h"
@@ -161,7 +163,27 @@ TEST_F(TableEditing, RowsFollowTheSelectionAndLeadIt) {
     EXPECT_EQ(editor.records.top, 4u);
     EXPECT_EQ(editor.count.text, L"5 (1 chosen)");
   });
+  host_.set_pick_first({});
+  in_palette([this](TableEditor& editor, GridLines& /*lines*/) {
+    press(editor, L"Export to CSV");
+    press(editor, L"Export to MIF/MID");
+    EXPECT_EQ(host_.printed, L"Error: no objects selected.\nError: no objects selected.\n");
+  });
   EXPECT_EQ(host_.palette_sets.size(), 1u);
+}
+
+TEST_F(TableEditing, WhatAnImportAddsIsShown) {
+  const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "korvel_added.csv";
+  std::ofstream(file) << "Handle,Record,NAME\n2B,2,new\n";
+  host_.dialogs = {[](Dialog& dialog) { return dialog.press(0); }};
+  host_.files = {file};
+  host_.boxes = {true};
+  in_palette([](TableEditor& editor, GridLines& lines) {
+    press(editor, L"Import from CSV");
+    EXPECT_EQ(lines_of(lines)[3], L"2B 2 new 0");
+    EXPECT_EQ(editor.count.text, L"6");
+  });
+  std::filesystem::remove(file);
 }
 
 TEST_F(TableEditing, CommandsOfTheMenuReachTheChosenRowsAlone) {
@@ -266,6 +288,19 @@ TEST_F(TableEditing, RowsOutsideAreNotThereForACommand) {
   EXPECT_EQ(record->value(1), ODValueView(1));
   record->open(ids_[1], OpenMode::Read);
   EXPECT_TRUE(record->done());
+}
+
+TEST_F(TableEditing, EveryChosenRowIsWrittenWhereItLies) {
+  attach(0, L"T", L"c", 5);
+  ChosenRowsStore rows(store_, L"T", {{ids_[0], 1}, {ids_[0], 3}});
+  const std::unique_ptr<RecordIterator> record = rows.records_of(L"T");
+  for (record->open(ids_[0], OpenMode::Write); !record->done(); record->next())
+    EXPECT_TRUE(record->set_value(1, 50));
+  in_palette([](TableEditor& /*editor*/, GridLines& lines) {
+    Texts of_first = lines_of(lines);
+    of_first.resize(3);
+    EXPECT_EQ(of_first, (Texts{L"2A 1 b 50", L"2A 2 a 1", L"2A 3 c 50"}));
+  });
 }
 
 TEST(SortKeys, OrderTextsWithoutCaseThenByCodeUnitAndPointsByTheirCoordinates) {
