@@ -1,14 +1,14 @@
 // Writing of records as text, and the menu's export.
 #include "exchange/csv_export.h"
 
-#include <charconv>
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
 #include "exchange/csv_options.h"
 #include "exchange/csv_text.h"
 #include "exchange/exact_text.h"
-#include "exchange/record_walk.h"
+#include "exchange/record_reader.h"
 #include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/command_frame.h"
@@ -21,9 +21,13 @@ namespace {
 
 class TableWriter {
  public:
-  TableWriter(const ODTableDef& table, const std::vector<std::size_t>& columns, char separator,
-              CsvExport& result)
-      : table_(table), columns_(columns), result_(result), csv_(separator, result.bytes) {}
+  TableWriter(const ODTableDef& table, const std::vector<std::size_t>& columns,
+              const CsvFormat& format, CsvExport& result)
+      : table_(table),
+        columns_(columns),
+        decimal_sign_(format.decimal_sign),
+        result_(result),
+        csv_(format.separator, result.bytes) {}
 
   void header() {
     csv_.cell(std::string_view("Handle"));
@@ -38,15 +42,15 @@ class TableWriter {
     handle_ = std::move(handle);
     handle_cell_.clear();
     append_utf8(handle_, handle_cell_);
-    handle_risk_ = risk_of_text(handle_);
+    handle_risk_ = risk_of_text(handle_, decimal_sign_);
   }
 
-  void row(std::int32_t number, const RecordIterator& record) {
+  void row(std::int32_t number, const RecordValues& record) {
     if (handle_risk_ != SpreadsheetRisk::None) result_.handles.add([&] { return handle_; });
     csv_.plain_cell(handle_cell_);
     csv_.plain_cell(ExactNumber(number).text());
     for (const std::size_t column : columns_)
-      value_cell(record.value(static_cast<int>(column)), column);
+      value_cell(record[column], column);
     csv_.end_row();
     ++result_.rows;
   }
@@ -67,15 +71,19 @@ class TableWriter {
   }
   void text_cell(std::wstring_view text, std::size_t column) {
     csv_.cell(text);
-    const SpreadsheetRisk risk = risk_of_text(text);
+    const SpreadsheetRisk risk = risk_of_text(text, decimal_sign_);
     if (risk == SpreadsheetRisk::None) return;
     result_.texts[static_cast<std::size_t>(risk)].add([&] { return place(column, text); });
   }
   void real_cell(double real, std::size_t column) {
     const ExactNumber number(real);
-    csv_.plain_cell(number.text());
-    if (risk_of_number(number.text()) == SpreadsheetRisk::None) return;
-    result_.reals.add([&] { return place(column, from_utf8(number.text())); });
+    cell_.assign(number.text());
+    if (decimal_sign_ != '.') std::ranges::replace(cell_, '.', decimal_sign_);
+    csv_.plain_cell(cell_);
+    const SpreadsheetRisk risk = risk_of_real(real, cell_);
+    if (risk == SpreadsheetRisk::None) return;
+    result_.reals[static_cast<std::size_t>(risk)].add(
+        [&] { return place(column, from_utf8(cell_)); });
   }
   [[nodiscard]] std::wstring place(std::size_t column, std::wstring_view text) const {
     return format_text(L"%s %s '%s'", handle_, table_.columns[column].name, excerpt(text));
@@ -83,6 +91,7 @@ class TableWriter {
 
   const ODTableDef& table_;
   const std::vector<std::size_t>& columns_;
+  char decimal_sign_;
   CsvExport& result_;
   CsvWriter csv_;
   std::wstring handle_;
@@ -99,29 +108,40 @@ void warn(DrawingHost& host, std::wstring_view what, const Findings& findings) {
 
 void warn_of_spreadsheets(DrawingHost& host, const CsvExport& written) {
   using enum SpreadsheetRisk;
-  constexpr auto words = std::to_array<std::pair<SpreadsheetRisk, std::wstring_view>>({
+  struct Words {
+    SpreadsheetRisk risk;
+    std::wstring_view what;
+  };
+  constexpr auto of_texts = std::to_array<Words>({
       {Number, L"take texts for numbers"},
       {LongNumber, L"round texts of more than 15 digits"},
-      {Date, L"take texts for dates"},
+      {Logical, L"take texts for logical values"},
+      {Date, L"take texts for dates or times"},
       {Formula, L"compute texts as formulas"},
+      {LineBreak, L"alter line breaks with CR in texts"},
       {LongText, L"cut off texts after 32767 characters"},
   });
+  constexpr auto of_reals = std::to_array<Words>({
+      {LongNumber, L"round reals of more than 15 digits"},
+      {SmallNumber, L"take reals below 2.2e-308 for zero"},
+  });
   warn(host, L"take handles for numbers or dates", written.handles);
-  for (const auto& [risk, what] : words)
-    warn(host, what, written.texts[static_cast<std::size_t>(risk)]);
-  warn(host, L"round reals of more than 15 digits", written.reals);
+  for (const Words& words : of_texts)
+    warn(host, words.what, written.texts[static_cast<std::size_t>(words.risk)]);
+  for (const Words& words : of_reals)
+    warn(host, words.what, written.reals[static_cast<std::size_t>(words.risk)]);
 }
 
 }  // namespace
 
 CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
-                    const RecordRows& rows, char separator) {
+                    const RecordRows& rows, const CsvFormat& format) {
   constexpr std::size_t rows_between_looks = 4096;
   CsvExport result;
   result.bytes = "\xEF\xBB\xBF";
-  TableWriter writer(table, rows.columns, separator, result);
+  TableWriter writer(table, rows.columns, format, result);
   writer.header();
-  RecordWalk walk(store, table.name, OpenMode::Read);
+  RecordReader reader(store.records_of(table.name));
   Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
   EntityId owner;
   for (std::size_t i = 0; i < rows.rows.size(); ++i) {
@@ -134,11 +154,11 @@ CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
       result.bytes.reserve(result.bytes.size() / i * rows.rows.size() * 5 / 4);
     const RecordKey& key = rows.rows[i];
     progress.step();
-    const RecordIterator* const record = walk.at(key);
-    if (record == nullptr) continue;
+    const RecordValues record = reader.at(key);
+    if (!record) continue;
     if (key.entity != owner) writer.begin_entity(host.handle_of(key.entity));
     owner = key.entity;
-    writer.row(key.number, *record);
+    writer.row(key.number, record);
   }
   return result;
 }
@@ -147,14 +167,14 @@ void export_csv(Session& session, const RecordRows& rows) {
   DrawingHost& host = session.host;
   const std::optional<ODTableDef> table = shown_table(session, rows);
   if (!table) return;
-  const std::optional<char> separator = ask_csv_separator(host, L"CSV export", session.choices.csv);
-  if (!separator) return;
-  FileQuestion question = csv_file_question(*separator);
+  const std::optional<CsvFormat> format = ask_csv_format(host, L"CSV export", session.choices.csv);
+  if (!format) return;
+  FileQuestion question = csv_file_question(format->separator);
   question.confirm_overwrite = true;
   const auto file = host.choose_file_to_save(question);
   if (!file) return;
 
-  const CsvExport written = write_csv(session.store, host, *table, rows, *separator);
+  const CsvExport written = write_csv(session.store, host, *table, rows, *format);
   if (written.interrupted) return;
   if (const auto error = save_file(*file, written.bytes)) {
     return host.print(format_text(L"Error: %s\n", error->message));

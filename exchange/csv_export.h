@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 
+#include "exchange/csv_text.h"
 #include "exchange/findings.h"
 #include "exchange/record_rows.h"
 #include "exchange/spreadsheet_risk.h"
@@ -17,15 +18,15 @@ struct CsvExport {
   std::string bytes;     // with a byte-order mark
   std::size_t rows = 0;  // written; a record that is gone is left out
   bool interrupted = false;
-  // Cells that a spreadsheet program would alter, texts by their risk.
+  // Cells that a spreadsheet program would alter, texts and reals by their risk.
   Findings handles;
   std::array<Findings, spreadsheet_risks> texts;
-  Findings reals;
+  std::array<Findings, spreadsheet_risks> reals;
 };
 
 // One line for the names of the columns and one for each row: the entity's handle, the record's
 // number, the values of the columns. The table must be there, and the columns its own.
 [[nodiscard]] CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
-                                  const RecordRows& rows, char separator);
+                                  const RecordRows& rows, const CsvFormat& format);
 
 }  // namespace korvel

@@ -2,7 +2,6 @@
 #include "exchange/csv_cell.h"
 #include "exchange/csv_options.h"
 #include "exchange/csv_plan.h"
-#include "exchange/record_walk.h"
 #include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/command_frame.h"
@@ -28,9 +27,10 @@ bool write_cells(const ODTableDef& table, const CsvPlan& plan, const CsvRow& row
 }
 
 // What is not locked cannot be asked whether it opens for writing.
-CsvPlan plan_import(Session& session, const ODTableDef& table, std::string& utf8, char separator) {
+CsvPlan plan_import(Session& session, const ODTableDef& table, std::string& utf8,
+                    const CsvFormat& format) {
   const DocumentLock lock(session.host);
-  return plan_csv(session.store, session.host, table, utf8, separator);
+  return plan_csv(session.store, session.host, table, utf8, format);
 }
 
 // What the person says to the plan; nothing to change needs no answer.
@@ -43,25 +43,36 @@ bool is_wanted(DrawingHost& host, const CsvPlan& plan) {
       BoxIcon::Question);
 }
 
-}  // namespace
-
-std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
-                      const CsvPlan& plan) {
-  Progress progress(host, static_cast<std::int64_t>(plan.changes.size() + plan.additions.size()));
-  RecordWalk walk(store, table.name, OpenMode::Write);
-  CellReader reader;
+// The number of records that were written.
+std::size_t change_records(ODStore& store, const ODTableDef& table, const CsvPlan& plan,
+                           Progress& progress) {
+  const std::unique_ptr<RecordIterator> record = store.records_of(table.name);
+  CellReader reader(plan.decimal_sign);
   std::size_t written = 0;
+  RecordKey here;
   for (const CsvRow& row : plan.changes) {
     progress.step();
-    RecordIterator* const record = walk.at(row.key);
-    if (record == nullptr) continue;
+    if (row.key.entity != here.entity) {
+      record->open(row.key.entity, OpenMode::Write);
+      here = {row.key.entity, 1};
+    }
+    for (; here.number < row.key.number && !record->done(); ++here.number)
+      record->next();
+    if (record->done()) continue;
     const bool all = write_cells(table, plan, row, reader,
-                                 [record](std::uint32_t column, const ODValueView& value) {
+                                 [&record](std::uint32_t column, const ODValueView& value) {
                                    return record->set_value(static_cast<int>(column), value);
                                  });
     if (all) ++written;
   }
-  walk.leave();
+  return written;
+}
+
+// The number of records that were attached.
+std::size_t add_records(ODStore& store, const ODTableDef& table, const CsvPlan& plan,
+                        Progress& progress) {
+  CellReader reader(plan.decimal_sign);
+  std::size_t written = 0;
   const ODRecord defaults = default_record(table);
   ODRecord added;
   for (const CsvRow& row : plan.additions) {
@@ -77,20 +88,29 @@ std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table
   return written;
 }
 
+}  // namespace
+
+std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
+                      const CsvPlan& plan) {
+  Progress progress(host, static_cast<std::int64_t>(plan.changes.size() + plan.additions.size()));
+  const std::size_t changed = change_records(store, table, plan, progress);
+  return changed + add_records(store, table, plan, progress);
+}
+
 void import_csv(Session& session, std::wstring_view table_name) {
   DrawingHost& host = session.host;
   const std::optional<ODTableDef> table = session.store.table(table_name);
   if (!table) return report_missing_table(host, table_name);
-  const std::optional<char> separator = ask_csv_separator(host, L"CSV import", session.choices.csv);
-  if (!separator) return;
-  const auto file = host.choose_file_to_open(csv_file_question(*separator));
+  const std::optional<CsvFormat> format = ask_csv_format(host, L"CSV import", session.choices.csv);
+  if (!format) return;
+  const auto file = host.choose_file_to_open(csv_file_question(format->separator));
   if (!file) return;
   std::string utf8;
   if (const auto error = read_utf8_file(*file, most_csv_bytes, TextEncoding::Ansi, utf8)) {
     return host.print(format_text(L"Error: %s\n", error->message));
   }
 
-  const CsvPlan plan = plan_import(session, *table, utf8, *separator);
+  const CsvPlan plan = plan_import(session, *table, utf8, *format);
   if (plan.interrupted) return;
   if (plan.damage) {
     return host.print(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));

@@ -1,9 +1,8 @@
-// Asking for the separator.
+// Asking for the separator and the decimal sign.
 #include "exchange/csv_options.h"
 
 #include <utility>
 
-#include "exchange/csv_text.h"
 #include "frame/command_frame.h"
 
 namespace korvel {
@@ -12,8 +11,11 @@ CsvOptions::CsvOptions(std::wstring title, const CsvChoices& last) : Dialog(std:
   separator_.text = last.separator;
   tabs_.on = last.tabs;
   separator_.enabled = !tabs_.on;
+  decimal_sign_.items = {L".", L","};
+  decimal_sign_.selected = last.decimal_comma ? 1 : 0;
   add(&separator_);
   add(&tabs_);
+  add(&decimal_sign_);
   add(Button{L"OK", ButtonRole::Accept});
   add(Button{L"Cancel", ButtonRole::Cancel});
 }
@@ -22,7 +24,9 @@ void CsvOptions::changed(const Control& control) {
   if (&control == &tabs_) separator_.enabled = !tabs_.on;
 }
 
-CsvChoices CsvOptions::choices() const { return {separator_.text, tabs_.on}; }
+CsvChoices CsvOptions::choices() const {
+  return {separator_.text, tabs_.on, decimal_sign_.selected == 1};
+}
 
 std::optional<char> CsvOptions::separator() const {
   if (tabs_.on) return '\t';
@@ -30,16 +34,24 @@ std::optional<char> CsvOptions::separator() const {
   return static_cast<char>(separator_.text[0]);
 }
 
-std::optional<char> ask_csv_separator(DrawingHost& host, std::wstring title, CsvChoices& choices) {
+std::optional<CsvFormat> CsvOptions::format() const {
+  const char decimal_sign = choices().decimal_comma ? ',' : '.';
+  const std::optional<char> parting = separator();
+  if (!parting || *parting == decimal_sign) return std::nullopt;
+  return CsvFormat{*parting, decimal_sign};
+}
+
+std::optional<CsvFormat> ask_csv_format(DrawingHost& host, std::wstring title,
+                                        CsvChoices& choices) {
   CsvOptions dialog(std::move(title), choices);
   if (!host.show(dialog)) return std::nullopt;
-  const std::optional<char> separator = dialog.separator();
-  if (separator) {
+  const std::optional<CsvFormat> format = dialog.format();
+  if (format) {
     choices = dialog.choices();
   } else {
     report<Message::InvalidParameters>(host);
   }
-  return separator;
+  return format;
 }
 
 FileQuestion csv_file_question(char separator) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "exchange/csv_text.h"
 #include "frame/dialog.h"
 #include "frame/drawing_host.h"
 #include "frame/remembered_choices.h"
@@ -18,18 +19,21 @@ class CsvOptions final : public Dialog {
 
   [[nodiscard]] CsvChoices choices() const;
 
-  // None when what is typed is not one character that can part cells.
-  [[nodiscard]] std::optional<char> separator() const;
+  // None when what is typed is not one character that can part cells, or is the decimal sign.
+  [[nodiscard]] std::optional<CsvFormat> format() const;
 
  private:
+  [[nodiscard]] std::optional<char> separator() const;
+
   Edit separator_{L"Separator"};
   CheckBox tabs_{L"Tab separated"};
+  DropDown decimal_sign_{L"Decimal sign"};
 };
 
 // Shows the dialog and remembers what was chosen. None: cancelled, or, after the message of the
 // catalogue, a separator that cannot be.
-[[nodiscard]] std::optional<char> ask_csv_separator(DrawingHost& host, std::wstring title,
-                                                    CsvChoices& choices);
+[[nodiscard]] std::optional<CsvFormat> ask_csv_format(DrawingHost& host, std::wstring title,
+                                                      CsvChoices& choices);
 
 // What a chooser shows for files of this separator.
 [[nodiscard]] FileQuestion csv_file_question(char separator);

@@ -7,21 +7,17 @@
 #include <unordered_map>
 
 #include "exchange/csv_cell.h"
+#include "exchange/csv_header.h"
 #include "exchange/csv_text.h"
-#include "exchange/record_walk.h"
+#include "exchange/record_reader.h"
 #include "exchange/seen_records.h"
+#include "exchange/value_difference.h"
+#include "frame/command_frame.h"
 #include "frame/format.h"
 #include "frame/utf.h"
-#include "frame/value_text.h"
 
 namespace korvel {
 namespace {
-
-std::string_view without_blanks(std::string_view cell) {
-  const std::size_t first = cell.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return cell.substr(first, cell.find_last_not_of(" \t") - first + 1);
-}
 
 // The number of a record; 0, which none has, if it is no number.
 std::int32_t record_number(std::string_view cell) {
@@ -31,33 +27,29 @@ std::int32_t record_number(std::string_view cell) {
   return result.ec == std::errc() && result.ptr == end ? std::max(number, 0) : 0;
 }
 
-std::wstring damage_text(const CsvError& error) {
-  switch (error.damage) {
-    case CsvDamage::QuoteNotClosed:
-      return format_text(L"line %i: the quote is not closed", error.line);
-    case CsvDamage::TextBehindQuote:
-      return format_text(L"line %i: there is text behind the closing quote", error.line);
-  }
-  return {};
-}
-
 class Planner {
  public:
   Planner(ODStore& store, DrawingHost& host, const ODTableDef& table, std::string& utf8,
-          char separator)
+          const CsvFormat& format)
       : host_(host),
         table_(table),
-        reader_(utf8, separator),
-        walk_(store, table.name, OpenMode::Read) {}
+        reader_(utf8, format.separator),
+        records_(store.records_of(table.name)),
+        verdicts_(format.decimal_sign),
+        model_space_(model_space_entities(host)) {
+    plan_.decimal_sign = format.decimal_sign;
+    std::ranges::sort(model_space_);
+  }
 
   CsvPlan plan() {
     constexpr std::size_t rows_between_looks = 4096;
-    if (!read_header()) return std::move(plan_);
+    plan_.damage = header_.read(reader_, table_, plan_.ignored_columns);
+    if (plan_.damage) return std::move(plan_);
     while (reader_.next(cells_)) {
       if (cells_.size() == 1 && cells_[0].empty()) continue;  // an empty line
-      if (cells_.size() != field_of_.size()) {
+      if (cells_.size() != header_.columns().size()) {
         plan_.damage = format_text(L"line %i: %i fields instead of %i", reader_.line(),
-                                   cells_.size(), field_of_.size());
+                                   cells_.size(), header_.columns().size());
         return std::move(plan_);
       }
       if (plan_.rows++ % rows_between_looks == 0 && host_.interrupted()) {
@@ -66,161 +58,134 @@ class Planner {
       }
       plan_row();
     }
-    if (reader_.error()) plan_.damage = damage_text(*reader_.error());
+    if (reader_.error()) plan_.damage = words_for(*reader_.error());
+    if (!std::ranges::is_sorted(plan_.changes, {}, &CsvRow::key)) {
+      std::ranges::sort(plan_.changes, {}, &CsvRow::key);
+    }
     return std::move(plan_);
   }
 
  private:
-  static constexpr int ignored = -1;
-
-  bool read_header() {
-    if (!reader_.next(cells_)) {
-      plan_.damage = reader_.error() ? damage_text(*reader_.error()) : L"the file is empty";
-      return false;
-    }
-    for (std::size_t i = 0; i < cells_.size(); ++i) {
-      field_of_.push_back(ignored);
-      const std::wstring name = from_utf8(cells_[i]);
-      // The table may have columns of these names, too: the first ones are those of the record.
-      if (name == L"Handle" && !handle_) {
-        handle_ = i;
-      } else if (name == L"Record" && !record_) {
-        record_ = i;
-      } else if (const auto column = table_.column(name)) {
-        const auto field = static_cast<int>(*column);
-        if (std::ranges::find(field_of_, field) != field_of_.end()) {
-          plan_.damage = format_text(L"line 1: the column '%s' is there twice", name);
-          return false;
-        }
-        field_of_.back() = field;
-      } else {
-        plan_.ignored_columns.add([&] { return excerpt(name); });
-      }
-    }
-    if (handle_ && record_) return true;
-    plan_.damage =
-        L"line 1: the columns 'Handle' and 'Record' are missing, or the separator is "
-        L"another one";
-    return false;
-  }
-
   void plan_row() {
-    const EntityId entity = entity_of(cells_[*handle_]);
+    const EntityId entity = entity_of(cells_[header_.handle()]);
     if (entity.is_null()) {
-      plan_.unknown_handles.add([&] { return at_line(excerpt(from_utf8(cells_[*handle_]))); });
+      plan_.unknown_handles.add(
+          [&] { return at_line(excerpt(from_utf8(cells_[header_.handle()]))); });
       return;
     }
-    const std::string_view record_cell = without_blanks(cells_[*record_]);
+    const std::string_view record_cell = without_blanks(cells_[header_.record()]);
     if (record_cell.empty()) return plan_addition(entity);
 
     const RecordKey key{entity, record_number(record_cell)};
-    if (const RecordIterator* const record = walk_.at(key)) {
+    if (const RecordValues record = records_.at(key)) {
       if (!seen_.insert(key)) return report_duplicate();
-      return plan_change(key, *record);
+      return plan_change(key, record);
     }
-    const std::int32_t present = walk_.count(entity);
-    const auto found = added_.find(entity);
-    const std::int32_t planned = found == added_.end() ? 0 : found->second;
-    if (key.number > present && key.number <= present + planned) return report_duplicate();
-    if (key.number == present + planned + 1) return plan_addition(entity);
+    const RecordCounts& counts = counts_of(entity);
+    const std::int32_t last = counts.present + counts.added;
+    if (key.number > counts.present && key.number <= last) return report_duplicate();
+    if (key.number == last + 1) return plan_addition(entity);
     plan_.missing_records.add([&] { return at_line(place(excerpt(from_utf8(record_cell)))); });
   }
 
-  // Rows of one entity mostly follow each other.
+  // Of model space, whose entities alone are rows. Rows of one entity mostly follow each other.
   EntityId entity_of(std::string_view handle) {
     if (handle == last_handle_ && !last_entity_.is_null()) return last_entity_;
     wide_.clear();
     append_from_utf8(without_blanks(handle), wide_);
     last_handle_ = handle;
-    last_entity_ = host_.entity_with_handle(wide_);
+    const EntityId found = host_.entity_with_handle(wide_);
+    last_entity_ = std::ranges::binary_search(model_space_, found) ? found : EntityId{};
     return last_entity_;
   }
 
-  void plan_change(const RecordKey& key, const RecordIterator& record) {
-    const std::size_t first = plan_.cells.size();
-    for (std::size_t i = 0; i < cells_.size(); ++i) {
-      if (field_of_[i] == ignored) continue;
-      const ODValueView present = record.value(field_of_[i]);
-      if (take(i, verdicts_.compare(cells_[i], present), type_of(present))) {
-        plan_.cells.push_back({static_cast<std::uint32_t>(field_of_[i]), cells_[i]});
-      }
+  struct RecordCounts {
+    std::int32_t present = 0;
+    std::int32_t added = 0;  // by earlier rows
+    bool readable = false;
+  };
+  RecordCounts& counts_of(EntityId entity) {
+    const auto [place, is_new] = counts_.try_emplace(entity);
+    if (is_new) {
+      const std::optional<std::int32_t> present = records_.count(entity);
+      place->second = {present.value_or(0), 0, present.has_value()};
     }
+    return place->second;
+  }
+
+  void plan_change(const RecordKey& key, const RecordValues& record) {
+    const std::size_t first = plan_.cells.size();
+    const std::size_t refused_before = plan_.refused.count();
+    take_cells([&record](std::size_t column) { return record[column]; });
     const std::size_t count = plan_.cells.size() - first;
-    if (count == 0) {
-      ++plan_.unchanged;
-    } else if (is_writable(key.entity, first)) {
+    if (count > 0 && !host_.opens(key.entity, OpenMode::Write)) {
+      report_locked(first);
+    } else if (count > 0) {
       plan_.changes.push_back({key, first, static_cast<std::uint32_t>(count)});
       plan_.changed.add([&] { return at_line(changes_text(first, record)); });
+    } else if (plan_.refused.count() == refused_before) {
+      ++plan_.unchanged;
     }
   }
 
   void plan_addition(EntityId entity) {
     const std::size_t first = plan_.cells.size();
-    for (std::size_t i = 0; i < cells_.size(); ++i) {
-      if (field_of_[i] == ignored) continue;
-      const ODColumnDef& column = table_.columns[static_cast<std::size_t>(field_of_[i])];
-      const CellVerdict verdict = verdicts_.compare(cells_[i], view_of(column.default_value));
-      if (take(i, verdict, column.type)) {
-        plan_.cells.push_back({static_cast<std::uint32_t>(field_of_[i]), cells_[i]});
-      }
-    }
-    if (!is_writable(entity, first)) return;
-    const std::int32_t number = walk_.count(entity) + ++added_[entity];
+    take_cells(
+        [this](std::size_t column) { return view_of(table_.columns[column].default_value); });
+    RecordCounts& counts = counts_of(entity);
+    if (!counts.readable || !host_.opens(entity, OpenMode::Write)) return report_locked(first);
+    const std::int32_t number = counts.present + ++counts.added;
     plan_.additions.push_back(
         {{entity, number}, first, static_cast<std::uint32_t>(plan_.cells.size() - first)});
     plan_.added.add([&] { return at_line(place(std::to_wstring(number))); });
   }
 
-  // Whether the cell is to be written. Notes what it loses.
-  bool take(std::size_t cell, CellVerdict verdict, ODType type) {
-    const auto column = [&]() -> const std::wstring& {
-      return table_.columns[static_cast<std::size_t>(field_of_[cell])].name;
-    };
-    switch (verdict) {
-      case CellVerdict::Same:
-        return false;
-      case CellVerdict::Changes:
-        return true;
-      case CellVerdict::Loses:
-        plan_.losing.add([&] {
-          return at_line(format_text(L"%s '%s' -> %s", column(), excerpt(from_utf8(cells_[cell])),
-                                     value_text(*verdicts_.value(cells_[cell], type))));
-        });
-        return true;
-      case CellVerdict::Unreadable:
-        plan_.unreadable.add([&] {
-          return at_line(format_text(L"%s '%s'", column(), excerpt(from_utf8(cells_[cell]))));
-        });
-        return false;
+  // Adds the row's cells that say another value than there is: present(column).
+  template <class Present>
+  void take_cells(const Present& present) {
+    for (std::size_t i = 0; i < cells_.size(); ++i) {
+      const std::optional<std::size_t> column = header_.columns()[i];
+      if (!column) continue;
+      switch (verdicts_.compare(cells_[i], present(*column))) {
+        case CellVerdict::Same:
+          break;
+        case CellVerdict::Changes:
+          plan_.cells.push_back({static_cast<std::uint32_t>(*column), cells_[i]});
+          break;
+        case CellVerdict::Refused:
+          plan_.refused.add([&] {
+            return at_line(format_text(L"%s '%s'", table_.columns[*column].name,
+                                       excerpt(from_utf8(cells_[i]))));
+          });
+          break;
+      }
     }
-    return false;
   }
 
-  // If not, the cells from `first` on are dropped.
-  bool is_writable(EntityId entity, std::size_t first) {
-    if (host_.opens(entity, OpenMode::Write)) return true;
+  // Drops the cells from `first` on.
+  void report_locked(std::size_t first) {
     plan_.cells.resize(first);
-    plan_.locked.add([&] { return at_line(place(excerpt(from_utf8(cells_[*record_])))); });
-    return false;
+    plan_.locked.add([&] { return at_line(place(excerpt(from_utf8(cells_[header_.record()])))); });
   }
-
   void report_duplicate() {
-    plan_.duplicates.add([&] { return at_line(place(excerpt(from_utf8(cells_[*record_])))); });
+    plan_.duplicates.add(
+        [&] { return at_line(place(excerpt(from_utf8(cells_[header_.record()])))); });
   }
 
-  [[nodiscard]] std::wstring changes_text(std::size_t first, const RecordIterator& record) {
-    std::wstring text = place(excerpt(from_utf8(cells_[*record_]))) + L":";
+  [[nodiscard]] std::wstring changes_text(std::size_t first, const RecordValues& record) {
+    std::wstring text = place(excerpt(from_utf8(cells_[header_.record()]))) + L":";
     for (std::size_t i = first; i < plan_.cells.size(); ++i) {
       const CsvCell& cell = plan_.cells[i];
       const ODColumnDef& column = table_.columns[cell.column];
-      text += format_text(L"%s %s %s -> %s", i == first ? L"" : L",", column.name,
-                          excerpt(value_text(record.value(static_cast<int>(cell.column)))),
-                          excerpt(value_text(*verdicts_.value(cell.text, column.type))));
+      text += format_text(
+          L"%s %s %s", i == first ? L"" : L",", column.name,
+          difference_text(record[cell.column], *verdicts_.value(cell.text, column.type)));
     }
     return text;
   }
   [[nodiscard]] std::wstring place(const std::wstring& record) const {
-    return format_text(L"handle %s record %s", excerpt(from_utf8(cells_[*handle_])), record);
+    return format_text(L"handle %s record %s", excerpt(from_utf8(cells_[header_.handle()])),
+                       record);
   }
   [[nodiscard]] std::wstring at_line(const std::wstring& text) const {
     return format_text(L"line %i: %s", reader_.line(), text);
@@ -229,15 +194,14 @@ class Planner {
   DrawingHost& host_;
   const ODTableDef& table_;
   CsvReader reader_;
-  RecordWalk walk_;
+  CsvHeader header_;
+  RecordReader records_;
   CellReader verdicts_;
+  EntityList model_space_;  // sorted
   CsvPlan plan_;
   std::vector<std::string_view> cells_;
-  std::vector<int> field_of_;  // by cell: the table's column, or ignored
-  std::optional<std::size_t> handle_;
-  std::optional<std::size_t> record_;
   SeenRecords seen_;
-  std::unordered_map<EntityId, std::int32_t> added_;
+  std::unordered_map<EntityId, RecordCounts> counts_;
   std::string_view last_handle_;
   EntityId last_entity_;
   std::wstring wide_;
@@ -246,8 +210,8 @@ class Planner {
 }  // namespace
 
 CsvPlan plan_csv(ODStore& store, DrawingHost& host, const ODTableDef& table, std::string& utf8,
-                 char separator) {
-  return Planner(store, host, table, utf8, separator).plan();
+                 const CsvFormat& format) {
+  return Planner(store, host, table, utf8, format).plan();
 }
 
 }  // namespace korvel

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "exchange/csv_text.h"
 #include "exchange/findings.h"
 #include "exchange/record_rows.h"
 #include "frame/drawing_host.h"
@@ -32,7 +33,8 @@ struct CsvPlan {
   std::optional<std::wstring> damage;
   bool interrupted = false;
 
-  std::vector<CsvRow> changes;
+  char decimal_sign = '.';        // of the cells
+  std::vector<CsvRow> changes;    // in the order of their keys
   std::vector<CsvRow> additions;  // of new records, numbers of which follow those there are
   std::vector<CsvCell> cells;
 
@@ -46,15 +48,15 @@ struct CsvPlan {
   Findings missing_records{most_examples};
   Findings duplicates{most_examples};
   Findings locked{most_examples};
-  Findings losing{most_examples};
-  Findings unreadable{most_examples};
+  Findings refused{most_examples};  // cells that do not say one value of the column's type
 };
 
 // Compares the text with the table, which must be there. The first row names the columns: "Handle"
 // and "Record", and any of the table's. A record number one above those the entity has, or none,
-// is a new record. The text is altered and must outlive the plan.
+// is a new record. Entities that are not of model space are unknown. The text is altered and must
+// outlive the plan.
 [[nodiscard]] CsvPlan plan_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
-                               std::string& utf8, char separator);
+                               std::string& utf8, const CsvFormat& format);
 
 // Carries the plan out. The number of rows written; a row of which a value is refused is none. The
 // document is to be locked.

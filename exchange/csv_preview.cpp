@@ -26,8 +26,7 @@ std::wstring preview_text(const CsvPlan& plan) {
   append_problem(L"Records that the object does not have", plan.missing_records);
   append_problem(L"Records of an earlier row", plan.duplicates);
   append_problem(L"Objects that cannot be changed", plan.locked);
-  append_problem(L"Values that lose something", plan.losing);
-  append_problem(L"Values that cannot be read and stay as they are", plan.unreadable);
+  append_problem(L"Values that the column does not take", plan.refused);
   for (const std::wstring& column : plan.ignored_columns.examples())
     out += format_text(L"Column not in the table: %s\n", column);
   const std::size_t unnamed = plan.ignored_columns.count() - plan.ignored_columns.examples().size();

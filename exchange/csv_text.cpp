@@ -12,6 +12,8 @@ namespace {
 
 bool is_blank(char c) { return c == ' ' || c == '\t'; }
 
+bool is_line_end(char c) { return c == '\r' || c == '\n'; }
+
 }  // namespace
 
 bool is_csv_separator(wchar_t c) {
@@ -131,7 +133,7 @@ std::optional<std::string_view> CsvReader::quoted_cell() {
         return std::string_view(text_).substr(begin, kept - begin);
       }
       ++at_;
-    } else if (c == '\n') {
+    } else if (is_line_end(c) && !(c == '\n' && text_[at_ - 1] == '\r')) {
       ++line_;
     }
     text_[kept++] = c;
@@ -141,15 +143,13 @@ std::optional<std::string_view> CsvReader::quoted_cell() {
 }
 
 bool CsvReader::at_cell_end() const {
-  if (at_ >= text_.size()) return true;
-  const char c = text_[at_];
-  if (c == separator_ || c == '\n') return true;
-  return c == '\r' && at_ + 1 < text_.size() && text_[at_ + 1] == '\n';
+  return at_ >= text_.size() || text_[at_] == separator_ || is_line_end(text_[at_]);
 }
 
 bool CsvReader::take_line_end() {
   if (text_[at_] == separator_) return false;
-  at_ += text_[at_] == '\r' ? 2 : 1;
+  const bool is_pair = text_[at_] == '\r' && at_ + 1 < text_.size() && text_[at_ + 1] == '\n';
+  at_ += is_pair ? 2 : 1;
   ++line_;
   return true;
 }

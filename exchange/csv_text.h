@@ -13,6 +13,12 @@
 
 namespace korvel {
 
+// How cells are parted and numbers are written.
+struct CsvFormat {
+  char separator = ',';
+  char decimal_sign = '.';  // of integers and reals: a full stop or a comma
+};
+
 // Whether cells can be parted by it: a tab or a printable ASCII character that occurs in no number
 // and is no quote, letter or blank.
 [[nodiscard]] bool is_csv_separator(wchar_t c);
@@ -52,9 +58,9 @@ struct CsvError {
   std::size_t line;  // where the damaged cell begins, counted from 1
 };
 
-// Hands out the rows of a text in order, their cells in place. Lines end in LF or CR LF, the last
-// one need not; quoted cells may hold either. An empty line is a row of one empty cell. A quote
-// inside a cell that does not begin with one is a character like any other.
+// Hands out the rows of a text in order, their cells in place. Lines end in LF, CR LF or CR, the
+// last one need not; quoted cells may hold any of them. An empty line is a row of one empty cell. A
+// quote inside a cell that does not begin with one is a character like any other.
 class CsvReader {
  public:
   // The text must outlive the cells. Its doubled quotes are made single ones as reading goes on.

@@ -1,12 +1,12 @@
 #include "exchange/explication.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "exchange/explication_columns.h"
 #include "exchange/explication_dialog.h"
 #include "exchange/explication_groups.h"
 #include "exchange/explication_text.h"
+#include "exchange/record_reader.h"
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
 #include "frame/file_bytes.h"
@@ -21,7 +21,10 @@ class Explication {
   Explication(ODStore& store, DrawingHost& host, const EntityList& entities,
               const ExplicationColumns& columns, const ExplicationRequest& request,
               const ByteSink& sink)
-      : host_(host), entities_(entities), walk_(store.records()), text_(columns, request, sink) {}
+      : host_(host),
+        entities_(entities),
+        records_(store.records()),
+        text_(columns, request, sink) {}
 
   void write(const ExplicationGroups& groups) {
     Progress progress(host_, static_cast<std::int64_t>(groups.record_count()));
@@ -30,12 +33,14 @@ class Explication {
       std::size_t entity_count = 0;
       std::optional<std::uint32_t> entity;
       for (const ExplainedRecord& record : group.records) {
+        const EntityId id = entities_[record.entity];
         if (record.entity != entity) {
           entity = record.entity;
           ++entity_count;
-          open(entities_[record.entity]);
+          handle_.clear();
+          host_.append_handle(id, handle_);
         }
-        write(record);
+        text_.add_record(handle_, record.table, records_.at({id, record.number}));
         progress.step();
       }
       text_.end_group(entity_count);
@@ -44,23 +49,10 @@ class Explication {
   }
 
  private:
-  void open(EntityId entity) {
-    handle_.clear();
-    host_.append_handle(entity, handle_);
-    walk_->open(entity, OpenMode::Read);
-    position_ = 0;
-  }
-  void write(const ExplainedRecord& record) {
-    for (; position_ < record.position; ++position_)
-      walk_->next();
-    text_.add_record(handle_, record.table, *walk_);
-  }
-
   DrawingHost& host_;
   const EntityList& entities_;
-  std::unique_ptr<RecordIterator> walk_;
-  std::uint32_t position_ = 0;  // of the record on which the walk stands, among its entity's
-  std::wstring handle_;         // of that entity
+  RecordReader records_;
+  std::wstring handle_;  // of the entity whose records are written
   ExplicationText text_;
 };
 

@@ -21,12 +21,12 @@ ExplicationGroups::ExplicationGroups(ODStore& store, const EntityList& entities,
   const std::unique_ptr<RecordIterator> walk = store.records();
   for (std::uint32_t entity = 0; entity < entities.size(); ++entity) {
     walk->open(entities[entity], OpenMode::Read);
-    for (std::uint32_t position = 0; !walk->done(); walk->next(), ++position) {
+    for (std::int32_t number = 1; !walk->done(); walk->next(), ++number) {
       const std::optional<std::size_t> found = finder.find(walk->table_name());
       if (!found) continue;
       const auto table = static_cast<std::uint32_t>(*found);
       const Number group = by_type_field ? group_of(table, *walk) : table;
-      records_.push_back({entity, position, table});
+      records_.push_back({entity, number, table});
       groups.push_back(group);
       ++counts_[group];
     }

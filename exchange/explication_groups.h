@@ -17,9 +17,9 @@ namespace korvel {
 
 // Where a record is found again.
 struct ExplainedRecord {
-  std::uint32_t entity;    // index in the list of entities
-  std::uint32_t position;  // among all records of the entity
-  std::uint32_t table;     // index in ExplicationColumns::tables
+  std::uint32_t entity;  // index in the list of entities
+  std::int32_t number;   // among all records of the entity, from 1
+  std::uint32_t table;   // index in ExplicationColumns::tables
 };
 
 struct ExplicationGroup {

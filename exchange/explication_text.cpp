@@ -77,7 +77,7 @@ void ExplicationText::begin_group(std::wstring_view key) {
 }
 
 void ExplicationText::add_record(std::wstring_view handle, std::size_t table,
-                                 const RecordIterator& record) {
+                                 const RecordValues& record) {
   text_.append(handle);
   text_.append_units(table_cells_[table].view());
   if (has_type_field_) {
@@ -88,7 +88,7 @@ void ExplicationText::add_record(std::wstring_view handle, std::size_t table,
   for (std::size_t i = 0; i < places.size(); ++i) {
     append_separator();
     if (places[i] == no_column) continue;
-    const ODValueView value = record.value(places[i]);
+    const ODValueView value = record[static_cast<std::size_t>(places[i])];
     append_cell(i, value);
     columns_[i].add(number_of(value));
   }

@@ -10,7 +10,7 @@
 
 #include "exchange/distinct_texts.h"
 #include "exchange/explication_columns.h"
-#include "frame/od_store.h"
+#include "exchange/record_reader.h"
 #include "frame/utf16_text.h"
 #include "frame/value_text.h"
 
@@ -26,7 +26,7 @@ class ExplicationText {
 
   void begin_group(std::wstring_view key);
   // A line for the record, which is of the table of this index.
-  void add_record(std::wstring_view handle, std::size_t table, const RecordIterator& record);
+  void add_record(std::wstring_view handle, std::size_t table, const RecordValues& record);
   void end_group(std::size_t entities);
 
   void finish();

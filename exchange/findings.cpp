@@ -1,7 +1,37 @@
 // Words for what was found.
 #include "exchange/findings.h"
 
+#include "frame/format.h"
+
 namespace korvel {
+namespace {
+
+void append_visible(wchar_t unit, std::wstring& out) {
+  switch (unit) {
+    case L'\\':
+      out += L"\\\\";
+      break;
+    case L'\n':
+      out += L"\\n";
+      break;
+    case L'\r':
+      out += L"\\r";
+      break;
+    case L'\t':
+      out += L"\\t";
+      break;
+    default:
+      if (static_cast<char32_t>(unit) < U' ') {
+        constexpr std::wstring_view digits = L"0123456789ABCDEF";
+        out += {L'\\', L'x', digits[static_cast<std::size_t>(unit) / 16],
+                digits[static_cast<std::size_t>(unit) % 16]};
+      } else {
+        out += unit;
+      }
+  }
+}
+
+}  // namespace
 
 std::wstring Findings::list() const {
   std::wstring out;
@@ -13,14 +43,16 @@ std::wstring Findings::list() const {
 
 std::wstring excerpt(std::wstring_view text) {
   constexpr std::size_t most = 40;
-  std::wstring out(text.substr(0, most));
-  for (wchar_t& c : out) {
-    if (static_cast<char32_t>(c) < U' ') c = L' ';
+  std::wstring out;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (out.size() >= most) {
+      const auto last = static_cast<char32_t>(out.back());
+      if (last >= 0xD800 && last <= 0xDBFF) out.pop_back();
+      return out + L"...";
+    }
+    append_visible(text[at], out);
   }
-  if (text.size() <= most) return out;
-  const auto last = static_cast<char32_t>(out.back());
-  if (last >= 0xD800 && last <= 0xDBFF) out.pop_back();
-  return out + L"...";
+  return out;
 }
 
 }  // namespace korvel

@@ -31,7 +31,7 @@ class Findings {
   std::vector<std::wstring> examples_;
 };
 
-// The text in one line, or its beginning if it is long.
+// The text in one line, or its beginning if it is long: CR is \r, LF \n, a backslash \\.
 [[nodiscard]] std::wstring excerpt(std::wstring_view text);
 
 }  // namespace korvel

@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <set>
 #include <string_view>
+#include <utility>
 
-#include "exchange/record_walk.h"
+#include "exchange/record_reader.h"
 #include "frame/case_mapping.h"
 #include "frame/format.h"
 #include "frame/utf.h"
@@ -88,13 +89,68 @@ struct Longest {
   }
 };
 
+// What the texts of a column ask for.
+struct Seen {
+  MifCharsetChoice& charset;
+  std::vector<Longest>& longest;  // by column of the file
+
+  void text(std::size_t column, std::wstring_view text) const {
+    charset.see(text);
+    longest[column].see(text);
+  }
+};
+
+std::vector<MifColumn> columns_of(const ODTableDef& table, const RecordRows& rows) {
+  std::vector<MifColumn> columns = {{MifSource::Handle, 0, ODType::Character},
+                                    {MifSource::Record, 0, ODType::Integer}};
+  for (const std::size_t column : rows.columns)
+    columns.push_back({MifSource::Table, column, table.columns[column].type});
+  columns.push_back({MifSource::Layer, 0, ODType::Character});
+  return columns;
+}
+
+std::wstring_view heading_of(const MifColumn& column, const ODTableDef& table) {
+  switch (column.source) {
+    case MifSource::Handle:
+      return L"Handle";
+    case MifSource::Record:
+      return L"Record";
+    case MifSource::Layer:
+      return L"Layer";
+    case MifSource::Table:
+      break;
+  }
+  return table.columns[column.column].name;
+}
+
+void see_texts(ODStore& store, const DrawingHost& host, const RecordRows& rows,
+               const std::vector<MifColumn>& columns, const Seen& seen) {
+  const LayerNames layers(host);
+  RecordReader records(store.records_of(rows.table));
+  EntityId owner;
+  for (const RecordKey& key : rows.rows) {
+    const RecordValues record = records.at(key);
+    if (!record) continue;
+    if (key.entity != owner) {
+      owner = key.entity;
+      seen.text(0, host.handle_of(owner));
+      seen.text(columns.size() - 1, layers.of(owner));
+    }
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (columns[i].source != MifSource::Table) continue;
+      const ODValueView value = record[columns[i].column];
+      if (const auto* const text = std::get_if<std::wstring_view>(&value)) seen.text(i, *text);
+    }
+  }
+}
+
 void give_names(const ODTableDef& table, MifLayout& layout) {
   Names names(layout.charset);
   for (MifColumn& column : layout.columns) {
-    const std::wstring& old_name = table.columns[column.column].name;
+    const std::wstring_view heading = heading_of(column, table);
     const auto give = [&](std::wstring_view suffix) {
-      column.names.push_back(names.make(old_name, suffix));
-      const std::wstring wanted = old_name + std::wstring(suffix);
+      column.names.push_back(names.make(heading, suffix));
+      const std::wstring wanted = std::wstring(heading).append(suffix);
       if (column.names.back() != wanted) {
         layout.changed_names.push_back(wanted + L" -> " + column.names.back());
       }
@@ -110,33 +166,33 @@ void give_names(const ODTableDef& table, MifLayout& layout) {
 
 }  // namespace
 
-MifLayout mif_layout(ODStore& store, const ODTableDef& table, const RecordRows& rows) {
+MifLayout mif_layout(ODStore& store, const DrawingHost& host, const ODTableDef& table,
+                     const RecordRows& rows) {
   MifCharsetChoice charset;
-  std::vector<Longest> longest(rows.columns.size());
   for (const std::size_t column : rows.columns)
     charset.see(table.columns[column].name);
-  RecordWalk walk(store, table.name, OpenMode::Read);
-  for (const RecordKey& key : rows.rows) {
-    const RecordIterator* const record = walk.at(key);
-    if (record == nullptr) continue;
-    for (std::size_t i = 0; i < rows.columns.size(); ++i) {
-      const ODValueView value = record->value(static_cast<int>(rows.columns[i]));
-      if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
-        charset.see(*text);
-        longest[i].see(*text);
-      }
-    }
-  }
+  std::vector<MifColumn> columns = columns_of(table, rows);
+  std::vector<Longest> longest(columns.size());
+  see_texts(store, host, rows, columns, {charset, longest});
 
-  MifLayout layout{charset.best(), {}, {}};
-  for (std::size_t i = 0; i < rows.columns.size(); ++i) {
+  MifLayout layout{charset.best(), std::move(columns), {}};
+  for (std::size_t i = 0; i < layout.columns.size(); ++i) {
     const std::size_t bytes = layout.charset.is_utf8() ? longest[i].utf8_bytes : longest[i].letters;
-    const std::size_t column = rows.columns[i];
-    layout.columns.push_back(
-        {column, table.columns[column].type, std::clamp<std::size_t>(bytes, 1, most_mif_text)});
+    layout.columns[i].width = std::clamp<std::size_t>(bytes, 1, most_mif_text);
   }
   give_names(table, layout);
   return layout;
+}
+
+LayerNames::LayerNames(const DrawingHost& host) : host_(host) {
+  for (Layer& layer : host.layers())
+    names_.emplace(layer.id, std::move(layer.name));
+}
+
+const std::wstring& LayerNames::of(EntityId entity) const {
+  static const std::wstring none;
+  const auto found = names_.find(host_.layer_of(entity));
+  return found == names_.end() ? none : found->second;
 }
 
 }  // namespace korvel

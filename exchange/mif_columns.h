@@ -3,10 +3,12 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "exchange/mif_charset.h"
 #include "exchange/record_rows.h"
+#include "frame/drawing_host.h"
 #include "frame/od_store.h"
 
 namespace korvel {
@@ -14,7 +16,10 @@ namespace korvel {
 inline constexpr std::size_t most_mif_text = 254;  // bytes of a text
 inline constexpr std::size_t most_mif_name = 31;   // bytes of a column's name
 
+enum class MifSource { Handle, Record, Table, Layer };
+
 struct MifColumn {
+  MifSource source;
   std::size_t column;  // of the table
   ODType type;
   std::size_t width = 1;  // of a text, in bytes
@@ -29,7 +34,23 @@ struct MifLayout {
   std::vector<std::wstring> changed_names;
 };
 
-// What the rows ask for: a character set for all their texts and columns wide enough for them.
-[[nodiscard]] MifLayout mif_layout(ODStore& store, const ODTableDef& table, const RecordRows& rows);
+// What the rows ask for: a character set for all their texts and columns wide enough for them. The
+// entity's handle and the record's number come before the columns of the rows, the entity's layer
+// behind them.
+[[nodiscard]] MifLayout mif_layout(ODStore& store, const DrawingHost& host, const ODTableDef& table,
+                                   const RecordRows& rows);
+
+// Finds the names of the layers that entities lie on.
+class LayerNames {
+ public:
+  explicit LayerNames(const DrawingHost& host);
+
+  // Empty for an entity that cannot be opened.
+  [[nodiscard]] const std::wstring& of(EntityId entity) const;
+
+ private:
+  const DrawingHost& host_;
+  std::unordered_map<EntityId, std::wstring> names_;
+};
 
 }  // namespace korvel

@@ -4,10 +4,11 @@
 #include <array>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include "exchange/exact_text.h"
 #include "exchange/mif_geometry.h"
-#include "exchange/record_walk.h"
+#include "exchange/record_reader.h"
 #include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/case_mapping.h"
@@ -79,24 +80,42 @@ std::string head(const MifLayout& layout, const MifObjects& objects) {
 // Writes the values of records as lines.
 class MidWriter {
  public:
-  MidWriter(const ODTableDef& table, const MifLayout& layout, MifExport& result)
-      : table_(table), layout_(layout), result_(result) {}
+  MidWriter(const MifLayout& layout, MifExport& result) : layout_(layout), result_(result) {}
 
-  void row(std::wstring_view handle, const RecordIterator& record) {
+  // The rows that follow are of this entity.
+  void begin_entity(std::wstring handle, std::wstring_view layer) {
+    handle_ = std::move(handle);
+    layer_ = layer;
+  }
+
+  void row(std::int32_t number, const RecordValues& record) {
     std::string& out = result_.mid;
-    for (std::size_t i = 0; i < layout_.columns.size(); ++i) {
-      if (i > 0) out += ',';
-      append_value(record.value(static_cast<int>(layout_.columns[i].column)), handle,
-                   layout_.columns[i]);
+    for (const MifColumn& column : layout_.columns) {
+      if (&column != &layout_.columns.front()) out += ',';
+      append_value(value_of(column, number, record), column);
     }
     out += line_end;
   }
 
  private:
-  void append_value(const ODValueView& value, std::wstring_view handle, const MifColumn& column) {
+  [[nodiscard]] ODValueView value_of(const MifColumn& column, std::int32_t number,
+                                     const RecordValues& record) const {
+    switch (column.source) {
+      case MifSource::Handle:
+        return std::wstring_view(handle_);
+      case MifSource::Record:
+        return number;
+      case MifSource::Layer:
+        return layer_;
+      case MifSource::Table:
+        break;
+    }
+    return record[column.column];
+  }
+  void append_value(const ODValueView& value, const MifColumn& column) {
     std::string& out = result_.mid;
     if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
-      append_text(*text, handle, column);
+      append_text(*text, column);
     } else if (const auto* const real = std::get_if<double>(&value)) {
       append_plain(*real, out);
     } else if (const auto* const point = std::get_if<Point3>(&value)) {
@@ -111,9 +130,9 @@ class MidWriter {
       out += "\"\"";
     }
   }
-  void append_text(std::wstring_view text, std::wstring_view handle, const MifColumn& column) {
+  void append_text(std::wstring_view text, const MifColumn& column) {
     const auto place = [&] {
-      return format_text(L"%s %s '%s'", handle, table_.columns[column.column].name, excerpt(text));
+      return format_text(L"%s %s '%s'", handle_, column.names.front(), excerpt(text));
     };
     const bool broken = text.find_first_of(L"\r\n") != std::wstring_view::npos;
     if (broken) result_.broken_lines.add(place);
@@ -151,9 +170,10 @@ class MidWriter {
     }
   }
 
-  const ODTableDef& table_;
   const MifLayout& layout_;
   MifExport& result_;
+  std::wstring handle_;
+  std::wstring_view layer_;
 };
 
 bool are_names_accepted(DrawingHost& host, const MifLayout& layout) {
@@ -203,17 +223,17 @@ void warn(DrawingHost& host, std::wstring_view what, const Findings& findings) {
 
 }  // namespace
 
-MifExport write_mif(ODStore& store, DrawingHost& host, const ODTableDef& table,
-                    const RecordRows& rows, const MifLayout& layout) {
+MifExport write_mif(ODStore& store, DrawingHost& host, const RecordRows& rows,
+                    const MifLayout& layout) {
   constexpr std::size_t rows_between_looks = 4096;
   MifExport result;
   MifObjects objects;
-  MidWriter values(table, layout, result);
-  RecordWalk walk(store, table.name, OpenMode::Read);
+  MidWriter values(layout, result);
+  const LayerNames layers(host);
+  RecordReader records(store.records_of(rows.table));
   Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
   std::string data;
   std::string object;
-  std::wstring handle;
   EntityId owner;
   for (std::size_t i = 0; i < rows.rows.size(); ++i) {
     if (i % rows_between_looks == 0 && host.interrupted()) {
@@ -222,16 +242,16 @@ MifExport write_mif(ODStore& store, DrawingHost& host, const ODTableDef& table,
     }
     const RecordKey& key = rows.rows[i];
     progress.step();
-    const RecordIterator* const record = walk.at(key);
-    if (record == nullptr) continue;
+    const RecordValues record = records.at(key);
+    if (!record) continue;
     if (key.entity != owner) {
       owner = key.entity;
-      handle = host.handle_of(owner);
+      values.begin_entity(host.handle_of(owner), layers.of(owner));
       object.clear();
       objects.append(host.geometry_of(owner), object);
     }
     data += object;
-    values.row(handle, *record);
+    values.row(key.number, record);
     ++result.rows;
   }
   result.mif = head(layout, objects) + data;
@@ -242,13 +262,12 @@ void export_mif(Session& session, const RecordRows& rows) {
   DrawingHost& host = session.host;
   const std::optional<ODTableDef> table = shown_table(session, rows);
   if (!table) return;
-  if (rows.columns.empty()) return report<Message::ColumnNotFound>(host);
-  const MifLayout layout = mif_layout(session.store, *table, rows);
+  const MifLayout layout = mif_layout(session.store, host, *table, rows);
   if (!are_names_accepted(host, layout)) return;
   const std::optional<FilePair> files = choose_files(host);
   if (!files) return;
 
-  const MifExport written = write_mif(session.store, host, *table, rows, layout);
+  const MifExport written = write_mif(session.store, host, rows, layout);
   if (written.interrupted) return;
   const std::array<FileContent, 2> contents{
       {{files->mif, {written.mif}}, {files->mid, {written.mid}}}};

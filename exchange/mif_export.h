@@ -22,7 +22,7 @@ struct MifExport {
 };
 
 // One object and one line of values for each row. The layout must be that of these rows.
-[[nodiscard]] MifExport write_mif(ODStore& store, DrawingHost& host, const ODTableDef& table,
-                                  const RecordRows& rows, const MifLayout& layout);
+[[nodiscard]] MifExport write_mif(ODStore& store, DrawingHost& host, const RecordRows& rows,
+                                  const MifLayout& layout);
 
 }  // namespace korvel

@@ -15,7 +15,8 @@ struct RecordKey {
   EntityId entity;
   std::int32_t number = 1;
 
-  friend bool operator==(const RecordKey&, const RecordKey&) = default;
+  // By entity, then number.
+  friend auto operator<=>(const RecordKey&, const RecordKey&) = default;  // NOLINT
 };
 
 struct RecordRows {

@@ -18,20 +18,17 @@ class SeenRecords {
  public:
   // False when the record was met before.
   bool insert(const RecordKey& key) {
-    if (rising_.empty() || less(rising_.back(), key)) {
+    if (rising_.empty() || rising_.back() < key) {
       if (!others_.empty() && others_.contains(key)) return false;
       rising_.push_back(key);
       return true;
     }
-    const auto found = std::lower_bound(rising_.begin(), rising_.end(), key, less);
+    const auto found = std::ranges::lower_bound(rising_, key);
     if (found != rising_.end() && *found == key) return false;
     return others_.insert(key).second;
   }
 
  private:
-  static bool less(const RecordKey& left, const RecordKey& right) {
-    return left.entity != right.entity ? left.entity < right.entity : left.number < right.number;
-  }
   struct Hash {
     std::size_t operator()(const RecordKey& key) const noexcept {
       return std::hash<std::uint64_t>{}(key.entity.value * 0x9E3779B97F4A7C15U +

@@ -21,6 +21,7 @@ struct CoordinateChoices {
 struct CsvChoices {
   std::wstring separator = L",";
   bool tabs = false;  // instead of the separator
+  bool decimal_comma = false;
 };
 
 // Kept while the module is loaded and never saved.

@@ -27,7 +27,8 @@ struct Reading {
 };
 
 Reading read_all(std::string text, char separator) {
-  const auto lines = 1 + static_cast<std::size_t>(std::ranges::count(text, '\n'));
+  const auto is_line_end = [](char c) { return c == '\n' || c == '\r'; };
+  const auto lines = 1 + static_cast<std::size_t>(std::ranges::count_if(text, is_line_end));
   Reading reading;
   CsvReader reader(text, separator);
   std::vector<std::string_view> cells;

@@ -64,8 +64,7 @@ class ChosenRowsIterator final : public ForwardingRecordIterator {
 ChosenRowsStore::ChosenRowsStore(ODStore& target, std::wstring_view table,
                                  std::vector<RecordKey> rows)
     : IteratingStore(target), table_(table), rows_(std::move(rows)) {
-  std::ranges::sort(rows_, {},
-                    [](const RecordKey& row) { return std::pair(row.entity, row.number); });
+  std::ranges::sort(rows_);
 }
 
 std::unique_ptr<RecordIterator> ChosenRowsStore::records() { return records_of(table_); }

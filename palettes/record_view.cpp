@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <tuple>
 #include <utility>
 
 #include "frame/command_frame.h"
@@ -59,17 +58,13 @@ class KeyCollector {
   SortKeys keys_;
 };
 
-bool comes_before(const RecordKey& a, const RecordKey& b) {
-  return std::tie(a.entity, a.number) < std::tie(b.entity, b.number);
-}
-
 }  // namespace
 
 void RecordView::read(ODStore& store, const DrawingHost& host, const EntityList& entities,
                       std::wstring_view table, const RecordArrangement& arrangement) {
   std::vector<RecordKey> chosen_before;
   if (any_chosen()) chosen_before = chosen_rows();
-  std::ranges::sort(chosen_before, comes_before);
+  std::ranges::sort(chosen_before);
 
   table_ = store.table(table).value_or(ODTableDef{});
   rows_.clear();
@@ -96,7 +91,7 @@ void RecordView::read(ODStore& store, const DrawingHost& host, const EntityList&
   chosen_.assign(rows_.size(), 0);
   if (!chosen_before.empty()) {
     for (std::size_t row = 0; row < rows_.size(); ++row)
-      choose(row, std::ranges::binary_search(chosen_before, rows_[row], comes_before));
+      choose(row, std::ranges::binary_search(chosen_before, rows_[row]));
   }
 }
 

@@ -169,7 +169,7 @@ class TableComparison {
   }
 
  private:
-  std::string written() { return write_csv(store_, host_, table_, rows_, ',').bytes; }
+  std::string written() { return write_csv(store_, host_, table_, rows_, {}).bytes; }
   void save(std::string_view bytes) const {
     if (save_file(file_, bytes)) fail("the file is not written");
   }
@@ -182,7 +182,7 @@ class TableComparison {
   }
   std::size_t import() {
     std::string text = read();
-    const CsvPlan plan = plan_csv(store_, host_, table_, text, ',');
+    const CsvPlan plan = plan_csv(store_, host_, table_, text, {});
     drawing_.journal().open();
     const std::size_t count = apply_csv(store_, host_, table_, plan);
     drawing_.journal().close();

@@ -54,7 +54,9 @@ void StandaloneHost::append_handle(EntityId entity, std::wstring& out) const {
 EntityId StandaloneHost::entity_with_handle(std::wstring_view handle) const {
   std::uint64_t number = 0;
   if (!dxf::read_handle(to_utf8(handle), number)) return {};
-  return drawing_->by_handle(number).value_or(EntityId{});
+  // The drawing finds a block reference by the handles of its attributes, too.
+  const EntityId entity = drawing_->by_handle(number).value_or(EntityId{});
+  return drawing_->handle_of(entity) == number ? entity : EntityId{};
 }
 
 std::optional<EntityGeometry> StandaloneHost::geometry_of(EntityId entity) const {

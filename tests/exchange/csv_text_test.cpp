@@ -45,7 +45,7 @@ TEST(CsvText, ReadsRows) {
       {"\"a\"\"b\",\"\",\"c,\"", {{"a\"b", "", "c,"}}, {1}},
       {"\"1\n2\r\n3\",x\r\ny,z", {{"1\n2\r\n3", "x"}, {"y", "z"}}, {1, 4}},
       {"5\" pipe, \"x\"", {{"5\" pipe", " \"x\""}}, {1}},
-      {"a\rb,c\r", {{"a\rb", "c\r"}}, {1}},
+      {"a\rb,c\r\r\"1\r2\",\r", {{"a"}, {"b", "c"}, {""}, {"1\r2", ""}}, {1, 2, 3, 4}},
       {"\"\"\"\"\n\"\"\"\"\"\"", {{"\""}, {"\"\""}}, {1, 2}},
   };
   for (const auto& c : cases) {
@@ -68,7 +68,7 @@ TEST(CsvText, TellsWhereATextIsDamaged) {
       {"a,\"b\nc\"\"\nd,e\n", CsvDamage::QuoteNotClosed, 1, 0},
       {"\"\n\n\",\"x\"y", CsvDamage::TextBehindQuote, 3, 0},
       {"\"a\" ,b", CsvDamage::TextBehindQuote, 1, 0},
-      {"a\r\n\"b\"\rc", CsvDamage::TextBehindQuote, 2, 1},
+      {"a\r\"b\r\nc\"\r\"d\"e", CsvDamage::TextBehindQuote, 4, 2},
   };
   for (const auto& c : cases) {
     const Outcome outcome = read_all(c.text);
@@ -162,7 +162,6 @@ TEST(SpreadsheetRisk, OfTexts) {
       {L"0.5", None},
       {L"2A", None},
       {L"123456789012345", None},
-      {L"12-", None},
       {L"A-1", None},
       {L"12 m", None},
       {L"1.5.", None},
@@ -174,6 +173,22 @@ TEST(SpreadsheetRisk, OfTexts) {
       {L"5.", Number},
       {L"1,234,567", Number},
       {L" 5", Number},
+      {L"-0", Number},
+      {L"5-", Number},
+      {L"12-", Number},
+      {L"$5", Number},
+      {L"-$5.50", Number},
+      {L"5 \u20AC", Number},
+      {L"(5)", Number},
+      {L"(5", None},
+      {L"5%", Number},
+      {L"1 1/2", Number},
+      {L"1 1", None},
+      {L"true", Logical},
+      {L"FALSE", Logical},
+      {L"truely", None},
+      {L"a\rb", LineBreak},
+      {L"a\nb", None},
       {L"1234567890123456", LongNumber},
       {L"1.2.2024", Date},
       {L"1/2", Date},
@@ -181,6 +196,12 @@ TEST(SpreadsheetRisk, OfTexts) {
       {L"2024-01-02", Date},
       {L"2024-01-02 10:00", Date},
       {L"12:30", Date},
+      {L"12:", Date},
+      {L"5 pm", Date},
+      {L"1/2 10:00", Date},
+      {L"5 May 2024 10:00:30", Date},
+      {L"May 5, 2024", Date},
+      {L"1/2 inch", None},
       {L"5 May", Date},
       {L"MARCH1", Date},
       {L"DEC1", Date},
@@ -196,15 +217,25 @@ TEST(SpreadsheetRisk, OfTexts) {
       {L"--", Formula},
   };
   for (const auto& c : cases)
-    EXPECT_EQ(risk_of_text(c.text), c.risk) << testing::PrintToString(c.text);
-  EXPECT_EQ(risk_of_text(std::wstring(32'767, L'x')), None);
-  EXPECT_EQ(risk_of_text(std::wstring(32'768, L'x')), LongText);
+    EXPECT_EQ(risk_of_text(c.text, '.'), c.risk) << testing::PrintToString(c.text);
+  EXPECT_EQ(risk_of_text(std::wstring(32'767, L'x'), '.'), None);
+  EXPECT_EQ(risk_of_text(std::wstring(32'768, L'x'), '.'), LongText);
+  const struct {
+    const wchar_t* text;
+    SpreadsheetRisk risk;
+  } with_decimal_comma[] = {
+      {L"1,5", None}, {L"3,10", Number}, {L"1.234", Number},
+      {L"1.5", Date}, {L",5", Number},   {L"1,234,567", None},
+  };
+  for (const auto& c : with_decimal_comma)
+    EXPECT_EQ(risk_of_text(c.text, ','), c.risk) << testing::PrintToString(c.text);
 }
 
 TEST(SpreadsheetRisk, OfReals) {
-  EXPECT_EQ(risk_of_number("-0.00000123456789012345"), SpreadsheetRisk::None);
-  EXPECT_EQ(risk_of_number("0.30000000000000004"), SpreadsheetRisk::LongNumber);
-  EXPECT_EQ(risk_of_number("1.23456789012345e-300"), SpreadsheetRisk::None);
+  EXPECT_EQ(risk_of_real(-1.23456789012345e-6, "-0.00000123456789012345"), SpreadsheetRisk::None);
+  EXPECT_EQ(risk_of_real(0.1 + 0.2, "0,30000000000000004"), SpreadsheetRisk::LongNumber);
+  EXPECT_EQ(risk_of_real(1.23456789012345e-300, "1.23456789012345e-300"), SpreadsheetRisk::None);
+  EXPECT_EQ(risk_of_real(1e-310, "1e-310"), SpreadsheetRisk::SmallNumber);
 }
 
 }  // namespace

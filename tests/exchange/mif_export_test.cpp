@@ -87,7 +87,7 @@ class Mif : public testing::Test {
     rows_.rows.push_back({ids_[entity], records->count()});
   }
   MifExport written() {
-    return write_mif(store_, host_, table_, rows_, mif_layout(store_, table_, rows_));
+    return write_mif(store_, host_, rows_, mif_layout(store_, host_, table_, rows_));
   }
   // Says yes to the changed names, and to overwriting as far as it is asked.
   void run(bool accepted, std::initializer_list<bool> overwrite = {}) {
@@ -125,16 +125,18 @@ TEST_F(Mif, HeadAndLines) {
   add(0, L"a\r\nb\nc", -5);
   rows_.rows.push_back({ids_[4], 1});  // has no record
   const MifExport result = written();
-  EXPECT_EQ(result.mif,
-            "Version 300\r\nCharset \"WindowsLatin1\"\r\nDelimiter \",\"\r\n"
-            "CoordSys NonEarth Units \"m\" Bounds (0.0, 1.0) (2.0, 3.0)\r\nColumns 6\r\n"
-            "  _2_names Char(9)\r\n  N Integer\r\n  n_2 Float\r\n"
-            "  AT_X Float\r\n  AT_Y Float\r\n  AT_Z Float\r\nData\r\n\r\n"
-            "Point 1.0 2.0\r\nPoint 1.0 2.0\r\n");
+  EXPECT_EQ(
+      result.mif,
+      "Version 300\r\nCharset \"WindowsLatin1\"\r\nDelimiter \",\"\r\n"
+      "CoordSys NonEarth Units \"m\" Bounds (0.0, 1.0) (2.0, 3.0)\r\nColumns 9\r\n"
+      "  Handle Char(2)\r\n  Record Integer\r\n  _2_names Char(9)\r\n  N Integer\r\n  n_2 Float\r\n"
+      "  AT_X Float\r\n  AT_Y Float\r\n  AT_Z Float\r\n  Layer Char(1)\r\nData\r\n\r\n"
+      "Point 1.0 2.0\r\nPoint 1.0 2.0\r\n");
   EXPECT_EQ(result.mid,
-            "\"caf\xE9, \"\"x\"\"\",1,0.1,1.0,2.0,3.0\r\n\"a b c\",-5,0.1,1.0,2.0,3.0\r\n");
+            "\"2A\",1,\"caf\xE9, \"\"x\"\"\",1,0.1,1.0,2.0,3.0,\"0\"\r\n"
+            "\"2A\",2,\"a b c\",-5,0.1,1.0,2.0,3.0,\"0\"\r\n");
   EXPECT_EQ(result.rows, 2U);
-  EXPECT_THAT(result.broken_lines.examples(), ElementsAre(L"2A 2 names 'a  b c'"));
+  EXPECT_THAT(result.broken_lines.examples(), ElementsAre(L"2A _2_names 'a\\r\\nb\\nc'"));
 }
 
 TEST_F(Mif, CharsetsByWhatTheTextsNeed) {
@@ -169,7 +171,7 @@ TEST_F(Mif, NamesAndWidths) {
   ODTableDef wide{L"W", {}};
   for (const std::wstring& name :
        {forty + L"1", forty + L"2", std::wstring(L"A"), std::wstring(L"a"), std::wstring(L"a_2"),
-        std::wstring(L"\x0416-\x0443")})
+        std::wstring(L"\x0416-\x0443"), std::wstring(L"handle"), std::wstring(L"Layer")})
     wide.columns.push_back({name, ODType::Character, std::wstring()});
   wide.columns.push_back({forty, ODType::Point, Point3{}});
   ASSERT_EQ(store_.define_table(wide), TableChange::Done);
@@ -177,21 +179,22 @@ TEST_F(Mif, NamesAndWidths) {
   record.values[0] = std::wstring(300, L'\x0416');
   record.values[1] = std::wstring(20, L'x');
   ASSERT_TRUE(store_.attach(ids_[0], record));
-  const RecordRows rows{L"W", {0, 1, 2, 3, 4, 5, 6}, {{ids_[0], 1}}};
-  const MifLayout layout = mif_layout(store_, wide, rows);
+  const RecordRows rows{L"W", {0, 1, 2, 3, 4, 5, 6, 7, 8}, {{ids_[0], 1}}};
+  const MifLayout layout = mif_layout(store_, host_, wide, rows);
   std::vector<std::wstring> names;
   for (const MifColumn& column : layout.columns)
     names.insert(names.end(), column.names.begin(), column.names.end());
   const std::wstring most = forty.substr(0, 31);
-  EXPECT_THAT(names,
-              ElementsAre(most, most.substr(2) + L"_2", L"A", L"a_2", L"a_2_2", L"\x0416_\x0443",
-                          most.substr(2) + L"_X", most.substr(2) + L"_Y", most.substr(2) + L"_Z"));
-  EXPECT_EQ(layout.changed_names.size(), 8U) << "all but A";
-  EXPECT_EQ(layout.columns[0].width, 254U);
-  EXPECT_EQ(layout.columns[1].width, 20U);
-  EXPECT_EQ(layout.columns[2].width, 1U);
-  const MifExport result = write_mif(store_, host_, wide, rows, layout);
-  EXPECT_THAT(result.mid, StartsWith("\"" + std::string(254, '\xC6') + "\",\""));
+  EXPECT_THAT(
+      names, ElementsAre(L"Handle", L"Record", most, most.substr(2) + L"_2", L"A", L"a_2", L"a_2_2",
+                         L"\x0416_\x0443", L"handle_2", L"Layer", most.substr(2) + L"_X",
+                         most.substr(2) + L"_Y", most.substr(2) + L"_Z", L"Layer_2"));
+  EXPECT_EQ(layout.changed_names.size(), 10U) << "all but Handle, Record, A and the first Layer";
+  EXPECT_EQ(layout.columns[2].width, 254U);
+  EXPECT_EQ(layout.columns[3].width, 20U);
+  EXPECT_EQ(layout.columns[4].width, 1U);
+  const MifExport result = write_mif(store_, host_, rows, layout);
+  EXPECT_THAT(result.mid, StartsWith("\"2A\",1,\"" + std::string(254, '\xC6') + "\",\""));
   EXPECT_EQ(result.cut_texts.count(), 1U);
 }
 

@@ -31,9 +31,10 @@ struct EntitySpec {
 };
 
 inline constexpr std::uint64_t first_entity_handle = 0x2A;
+inline constexpr std::uint64_t first_attribute_handle = 0x1000;
 
 // An R2018 drawing; the entities are points, or else block references, with handles from
-// first_entity_handle upwards.
+// first_entity_handle upwards, their attributes from first_attribute_handle.
 inline std::unique_ptr<Drawing> make_drawing(const std::vector<LayerSpec>& layers,
                                              const std::vector<EntitySpec>& entities) {
   std::string dxf;
@@ -59,6 +60,7 @@ inline std::unique_ptr<Drawing> make_drawing(const std::vector<LayerSpec>& layer
   }
   dxf += "0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n";
   handle = first_entity_handle;
+  std::uint64_t attribute_handle = first_attribute_handle;
   for (const EntitySpec& entity : entities) {
     const bool is_reference = !entity.block.empty();
     add(0, is_reference ? "INSERT" : "POINT");
@@ -69,6 +71,7 @@ inline std::unique_ptr<Drawing> make_drawing(const std::vector<LayerSpec>& layer
     dxf += "10\n1.0\n20\n2.0\n30\n3.0\n";
     for (const AttributeSpec& attribute : entity.attributes) {
       add(0, "ATTRIB");
+      add(5, hex(attribute_handle++));
       add(8, to_utf8(attribute.layer));
       dxf += "40\n2.5\n";
       add(1, to_utf8(attribute.text));
