@@ -75,9 +75,10 @@ CoordinateCount set_coordinates(DrawingHost& host, ODStore& store, const EntityL
 
 void set_xyz(Session& session) {
   DrawingHost& host = session.host;
+  const int precision_of_drawing = unit_precision_of(host);
   const UnitPrecision precision(host, decimals_during_run);
   ODSelectXYZ dialog(session.store, tables_in_use(session.store, host, {}),
-                     session.choices.coordinates, precision.of_drawing());
+                     session.choices.coordinates, precision_of_drawing);
   const bool accepted = host.show(dialog);
   dialog.remember(session.choices.coordinates, accepted);
   if (!accepted || !dialog.is_complete()) return;

@@ -13,6 +13,7 @@
 #include "geometry/measures.h"
 #include "values/column_value.h"
 #include "values/measure_dialog.h"
+#include "values/unit_precision.h"
 
 namespace korvel {
 namespace {
@@ -87,7 +88,7 @@ MeasureCounts set_measures(ODStore& store, const DrawingHost& host, const Entity
 void set_prop(Session& session) {
   DrawingHost& host = session.host;
   ODSelectProp dialog(session.store, tables_in_use(session.store, host, {}),
-                      session.choices.table_of_measures, host.variable(L"LUPREC").value_or(0));
+                      session.choices.table_of_measures, unit_precision_of(host));
   if (!host.show(dialog)) return;
   const std::optional<MeasureColumns> columns = dialog.columns();
   if (!columns) return;

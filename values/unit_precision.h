@@ -7,6 +7,12 @@
 
 namespace korvel {
 
+// The drawing's own; what CAD programs take for a drawing without it.
+[[nodiscard]] inline int unit_precision_of(const DrawingHost& host) {
+  constexpr int usual = 4;
+  return host.variable(L"LUPREC").value_or(usual);
+}
+
 // Sets LUPREC and puts it back on every way out. A drawing without it stays without.
 class UnitPrecision {
  public:
@@ -19,12 +25,8 @@ class UnitPrecision {
   UnitPrecision(const UnitPrecision&) = delete;
   UnitPrecision& operator=(const UnitPrecision&) = delete;
 
-  // What the drawing has outside the run.
-  [[nodiscard]] int of_drawing() const { return kept_.value_or(usual); }
-
  private:
   static constexpr const wchar_t* name = L"LUPREC";
-  static constexpr int usual = 4;
 
   DrawingHost& host_;
   std::optional<int> kept_;

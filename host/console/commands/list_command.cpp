@@ -12,6 +12,7 @@
 #include "host/console/commands/questions.h"
 #include "host/standalone/drawing_dump.h"
 #include "host/standalone/dxf/number_text.h"
+#include "values/unit_precision.h"
 
 namespace korvel::host_command {
 namespace {
@@ -188,9 +189,8 @@ class EntityText {
 };
 
 int shown_decimals(const ConsoleHost& host) {
-  constexpr int usual = 4;
   constexpr int most = 8;
-  return std::clamp(host.variable(L"LUPREC").value_or(usual), 0, most);
+  return std::clamp(unit_precision_of(host), 0, most);
 }
 
 }  // namespace
