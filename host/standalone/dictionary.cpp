@@ -54,6 +54,18 @@ std::optional<DictionaryEntry> find_entry(const dxf::Document& document,
   return found;
 }
 
+KeyedEntries entries_with_key(const dxf::Document& document, std::string_view dictionary,
+                              std::string_view key) {
+  KeyedEntries entries;
+  for_each_entry(document, dictionary, [&](const dxf::Group& entry, const dxf::Group& value) {
+    if (equal_ignoring_case(entry.value, key) && entries.count++ == 0) {
+      entries.first = value.handle();
+    }
+    return true;
+  });
+  return entries;
+}
+
 std::string with_entry(const dxf::Document& document, std::string_view dictionary,
                        const DictionaryEntry& entry) {
   constexpr int hard_owner_flag = 280;
@@ -120,25 +132,29 @@ std::string without_entries(const dxf::Document& document, std::string_view dict
 std::string with_extension_dictionary(const dxf::Document& document, std::string_view entity,
                                       std::uint64_t handle) {
   constexpr int handle_code = 5;
+  constexpr std::string_view opening = "{ACAD_XDICTIONARY";
   dxf::GroupReader reader(entity, document.manner().framing);
   dxf::Group group;
   std::size_t place = 0;
   std::size_t end = 0;
+  bool is_opened = false;
   (void)reader.next(group);
   while (reader.next(group) && group.code != 100 && group.code != 0) {
-    if (group.code == handle_code && place == 0) place = end = group.end;
-    if (group.code != 102 || group.value != "{ACAD_XDICTIONARY") continue;
-    place = group.begin;  // a reference to no dictionary makes way
-    while (reader.next(group) && group.code != 102) {
+    if (group.code == handle_code && !is_opened) place = end = group.end;
+    if (group.code == 102 && is_opened) break;
+    if (group.code == 102 && group.value == opening) {
+      is_opened = true;
+      place = end = group.end;
+    } else if (is_opened && (group.code == 350 || group.code == 360)) {
+      place = group.begin;  // a reference to no dictionary makes way
+      end = group.end;
     }
-    end = group.end;
-    break;
   }
   std::string reference;
   dxf::GroupWriter writer(document.manner(), document.codec(), reference);
-  writer.raw(102, "{ACAD_XDICTIONARY");
+  if (!is_opened) writer.raw(102, opening);
   writer.handle(360, handle);
-  writer.raw(102, "}");
+  if (!is_opened) writer.raw(102, "}");
   return std::string(entity).replace(place, end - place, reference);
 }
 
@@ -148,10 +164,10 @@ void begin_dictionary(dxf::GroupWriter& writer, const dxf::Document& document, s
   writer.handle(5, handle);
   if (reactor != 0) {
     writer.raw(102, "{ACAD_REACTORS");
-    writer.handle(330, reactor);
+    writer.raw(330, document.spelling_of(reactor));
     writer.raw(102, "}");
   }
-  writer.handle(330, owner);
+  writer.raw(330, document.spelling_of(owner));
   writer.raw(100, "AcDbDictionary");
   if (document.at_least(first_version_with_owner_flag)) writer.integer(280, 1);
   if (document.at_least(first_version_with_merge_style)) writer.integer(281, 1);
@@ -163,9 +179,10 @@ void begin_xrecord(dxf::GroupWriter& writer, const dxf::Document& document, std:
   writer.raw(0, "XRECORD");
   writer.handle(5, handle);
   writer.raw(102, "{ACAD_REACTORS");
-  writer.handle(330, dictionary);
+  const std::string owner = document.spelling_of(dictionary);
+  writer.raw(330, owner);
   writer.raw(102, "}");
-  writer.handle(330, dictionary);
+  writer.raw(330, owner);
   writer.raw(100, "AcDbXrecord");
   if (document.at_least(first_version_with_cloning_flag)) writer.integer(280, 1);
 }

@@ -26,6 +26,14 @@ struct DictionaryEntry {
                                                         std::string_view dictionary,
                                                         std::string_view key);
 
+struct KeyedEntries {
+  std::size_t count = 0;
+  std::uint64_t first = 0;  // what the first of them leads to
+};
+
+[[nodiscard]] KeyedEntries entries_with_key(const dxf::Document& document,
+                                            std::string_view dictionary, std::string_view key);
+
 // The bytes of a dictionary with an entry more, behind those it has; one of the same key is
 // replaced.
 [[nodiscard]] std::string with_entry(const dxf::Document& document, std::string_view dictionary,

@@ -17,8 +17,6 @@ namespace {
 // Layers and entities share the identifiers of the host interface.
 constexpr std::uint64_t layer_mark = std::uint64_t{1} << 63;
 
-constexpr std::string_view first_version_with_objects = "AC1012";
-
 }  // namespace
 
 std::unique_ptr<Drawing> Drawing::blank() {
@@ -33,12 +31,6 @@ Result<std::unique_ptr<Drawing>> Drawing::open(const std::filesystem::path& path
 
 Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::string& name) {
   return DrawingReader().read(std::move(bytes), name);
-}
-
-void Drawing::start_recording() {
-  od_.set_journal(&journal_);
-  holds_object_data_ =
-      document_.at_least(first_version_with_objects) && definition_items_.root != dxf::no_index;
 }
 
 // --- Saving ---
@@ -80,7 +72,8 @@ std::optional<std::string> Drawing::why_no_object_data() const {
 }
 
 bool Drawing::takes_records(EntityId id) const {
-  return holds_object_data_ && has_readable_records(id) && entities_[index_of(id)].has_handle;
+  const Entity* const known = entity(id);
+  return holds_object_data_ && known != nullptr && known->records == RecordsPlace::Sound;
 }
 
 // --- Entities ---

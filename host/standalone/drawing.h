@@ -36,10 +36,16 @@ struct OdDefinitionItems {
   std::vector<std::uint64_t> new_handles;     // by table
 };
 
-// Properties that every entity has; an absent group means the default given here.
 struct AttributeRecord;
 struct NewEntityPlace;
 struct ObjectTree;
+
+// Whether records of an entity are certain to be found again after saving (od_reader.h).
+enum class RecordsPlace : std::uint8_t {
+  Sound,
+  None,        // it takes none
+  Unreadable,  // nor does it: the file's own, if there are any, are kept as they stand
+};
 
 // Where an entity stands.
 enum class Space : std::uint8_t { Model, Paper, Block };
@@ -186,10 +192,9 @@ class Drawing {
   // False when the file's own object data of the entity could not be read.
   [[nodiscard]] bool has_readable_records(EntityId id) const {
     const Entity* const known = entity(id);
-    return known != nullptr && !known->od_unreadable;
+    return known != nullptr && known->records != RecordsPlace::Unreadable;
   }
-  // Whether records can be attached: false when the file's own object data of the entity could not
-  // be read (they are kept as they stand), or the entity has no handle.
+  // Whether records can be attached.
   [[nodiscard]] bool takes_records(EntityId id) const;
 
  private:
@@ -203,9 +208,8 @@ class Drawing {
     std::uint32_t block = 0;  // index into blocks_
     dxf::ItemIndex extension_dictionary = dxf::no_index;
     dxf::ItemIndex od_record = dxf::no_index;  // its XRECORD of object data, as in the file
-    bool has_handle = false;
+    RecordsPlace records = RecordsPlace::None;
     bool erased = false;
-    bool od_unreadable = false;
   };
   struct BlockDefinition {
     std::wstring name;
@@ -225,6 +229,9 @@ class Drawing {
   };
 
   Drawing() = default;
+
+  // The slot of the named object dictionary, of that of the tables, and of their definitions.
+  static constexpr std::uint32_t own_object = dxf::no_index - 1;
 
   [[nodiscard]] const Entity* entity(EntityId id) const {
     if (id.is_null() || id.value > entities_.size()) return nullptr;
@@ -257,7 +264,6 @@ class Drawing {
   void link_extension_dictionary(std::uint32_t index, std::uint64_t handle);
   void refresh(dxf::ItemIndex item);
   void forget_extents(std::uint32_t entity);
-  void start_recording();
   void place_block(const BlockReferenceShape& reference, int depth,
                    const std::function<void(const Point3&)>& visit) const;
   [[nodiscard]] std::optional<Extents> work_out_extents(EntityId id) const;

@@ -78,13 +78,20 @@ void Drawing::refresh(dxf::ItemIndex item) {
 }
 
 NewEntityPlace Drawing::place_for_new() {
+  const auto new_handle = [this] {
+    std::string digits;
+    if (const std::uint64_t handle = document_.new_handle(); handle != 0) {
+      dxf::append_handle(digits, handle);
+    }
+    return digits;
+  };
   return {
       .manner = document_.manner(),
       .codec = document_.codec(),
       .subclass_markers = document_.at_least(first_version_with_markers),
       .lightweight_polylines = document_.at_least(first_version_with_light_polylines),
-      .owner = model_space_owner_,
-      .new_handle = [this] { return document_.new_handle(); },
+      .owner = model_space_owner_ != 0 ? document_.spelling_of(model_space_owner_) : std::string{},
+      .new_handle = new_handle,
   };
 }
 
@@ -95,12 +102,14 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   const std::optional<NewEntity> written = write_entity(geometry, properties, place_for_new());
   if (!written) return std::nullopt;
 
-  const dxf::ItemIndex item = add_item(*end, written->bytes, written->handle);
+  std::uint64_t handle = 0;
+  (void)dxf::read_handle(written->handle, handle);
+  const dxf::ItemIndex item = add_item(*end, written->bytes, handle);
   const auto index = static_cast<std::uint32_t>(entities_.size());
   document_.item(item).slot = index;
   Entity added;
   added.item = item;
-  added.has_handle = written->handle != 0;
+  added.records = handle != 0 ? RecordsPlace::Sound : RecordsPlace::None;
   added.layer = layer_index(properties.layer);
   ++entities_on_[added.layer];
   entities_.push_back(added);
@@ -158,14 +167,13 @@ bool Drawing::erase(EntityId id) {
   return true;
 }
 
-// The drawing's own dictionaries are nobody's, and what holds the object data of one entity is no
-// other's, whatever a damaged file says.
+// What is linked to the drawing itself, or to another entity, is not the entity's, whatever a
+// damaged file says.
 std::vector<dxf::ItemIndex> Drawing::objects_owned_by(
     std::uint64_t handle, std::uint32_t entity, std::unordered_set<std::uint64_t>& visited) const {
   const auto is_kept = [this, entity](dxf::ItemIndex item) {
     const std::uint32_t slot = document_.item(item).slot;
-    return item == definition_items_.root || item == definition_items_.dictionary ||
-           (slot != dxf::no_index && slot != entity);
+    return slot != dxf::no_index && slot != entity;
   };
   return owned_objects(document_, handle, is_kept, visited);
 }
@@ -275,10 +283,14 @@ bool Drawing::set_variable(std::string_view name, std::string_view value) {
 bool Drawing::set_variable_for_now(std::string_view name, std::string_view value) {
   const std::string header = header_name(name);
   const std::optional<dxf::Group> group = document_.variable(header);
-  if (!group || header == "$HANDSEED" || header == "$ACADVER" || header == "$DWGCODEPAGE") {
+  const std::optional<dxf::Group> in_file = document_.variable_in_file(header);
+  if (!group || !in_file || header == "$HANDSEED" || header == "$ACADVER" ||
+      header == "$DWGCODEPAGE") {
     return false;
   }
-  // Written as a group of its own, so that the value is framed as the file wants it.
+  // Written as a group of its own, so that the value is framed as the file wants it. The value of
+  // the file is put back as the file spells it.
+  bool is_of_file = false;
   std::string bytes;
   dxf::GroupWriter writer(document_.manner(), document_.codec(), bytes);
   const dxf::ValueKind kind = dxf::value_kind(group->code);
@@ -286,11 +298,13 @@ bool Drawing::set_variable_for_now(std::string_view name, std::string_view value
     std::int64_t number = 0;
     if (!dxf::read_integer(value, number) || !fits(number, kind)) return false;
     if (number == group->integer()) return true;
+    is_of_file = number == in_file->integer();
     writer.integer(group->code, number);
   } else if (kind == dxf::ValueKind::Real) {
     double number = 0;
     if (!dxf::read_real(value, number)) return false;
     if (number == group->real()) return true;
+    is_of_file = number == in_file->real();
     writer.real(group->code, number);
   } else {
     const std::string raw = document_.codec().encode(from_utf8(value));
@@ -299,7 +313,8 @@ bool Drawing::set_variable_for_now(std::string_view name, std::string_view value
   }
   dxf::GroupReader reader(bytes, document_.manner().framing);
   dxf::Group framed;
-  return reader.next(framed) && document_.set_variable(header, framed.value);
+  return reader.next(framed) &&
+         document_.set_variable(header, is_of_file ? in_file->value : framed.value);
 }
 
 }  // namespace korvel

@@ -47,12 +47,12 @@ Result<std::unique_ptr<Drawing>> DrawingReader::read(std::string bytes, const st
         take_in_blocks(document, item, facts);
         break;
       case dxf::Section::Entities:
-        if (document.type_of(item) != "SECTION" && document.type_of(item) != "ENDSEC") {
+        if (!dxf::is_section_mark(document.type_of(item))) {
           take_entity(document, item, facts, facts.paper_space ? paper_block : model_block);
         }
         break;
       case dxf::Section::Objects:
-        take_object(document, item, facts);
+        take_object(document, item);
         break;
       default:
         break;
@@ -63,10 +63,10 @@ Result<std::unique_ptr<Drawing>> DrawingReader::read(std::string bytes, const st
   drawing_->document_ = std::move(*document);
   if (drawing_->model_space_owner_ == 0) drawing_->model_space_owner_ = first_model_owner_;
   set_slots();
-  OdReader(*drawing_, links_).read();
+  OdReader(*drawing_, heads_).read();
   add_notices();
   drawing_->saved_header_ = drawing_->document_.header_span();
-  drawing_->start_recording();
+  drawing_->od_.set_journal(&drawing_->journal_);
   return std::move(drawing_);
 }
 
@@ -101,7 +101,7 @@ void DrawingReader::take_in_blocks(const dxf::Document& document, dxf::ItemIndex
   const std::string_view type = document.type_of(item);
   if (type == "BLOCK") {
     begin_block(document, item, facts);
-  } else if (type == "ENDBLK" || type == "ENDSEC" || type == "SECTION") {
+  } else if (type == "ENDBLK" || dxf::is_section_mark(type)) {
     in_block_ = false;
   } else if (in_block_) {
     take_entity(document, item, facts, block_);
@@ -137,27 +137,22 @@ void DrawingReader::take_entity(const dxf::Document& document, dxf::ItemIndex it
   const auto index = static_cast<std::uint32_t>(drawing_->entities_.size());
   Drawing::Entity entity;
   entity.item = item;
-  entity.has_handle = document.item(item).handle != 0;
   entity.layer = layer_index(document, facts.layer);
   entity.block = block;
   ++drawing_->entities_on_[entity.layer];
   drawing_->entities_.push_back(entity);
-  if (facts.extension_dictionary != 0) {
-    links_.extensions.emplace_back(index, facts.extension_dictionary);
-  }
+  heads_.push_back({facts.sound_head, facts.extension_dictionary});
   Drawing::BlockDefinition& owner = drawing_->blocks_[block];
   if (owner.space == Space::Block) owner.entities.push_back(index);
   if (block == model_block && first_model_owner_ == 0) first_model_owner_ = facts.owner;
 }
 
-void DrawingReader::take_object(const dxf::Document& document, dxf::ItemIndex item,
-                                const dxf::ItemFacts& facts) {
+void DrawingReader::take_object(const dxf::Document& document, dxf::ItemIndex item) {
   const std::string_view type = document.type_of(item);
   if (type == "DICTIONARY") {
     if (drawing_->definition_items_.root == dxf::no_index) {
       drawing_->definition_items_.root = item;  // the first one is the root
     }
-    if (facts.object_data != 0) links_.dictionaries.emplace_back(item, facts.object_data);
   } else if (type == "IRD_OBJ_RECORD") {
     ++foreign_records_;
   }

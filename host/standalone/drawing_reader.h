@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "host/standalone/drawing.h"
 #include "host/standalone/od_reader.h"
@@ -22,14 +22,14 @@ class DrawingReader {
                       const dxf::ItemFacts& facts);
   void take_entity(const dxf::Document& document, dxf::ItemIndex item, const dxf::ItemFacts& facts,
                    std::uint32_t block);
-  void take_object(const dxf::Document& document, dxf::ItemIndex item, const dxf::ItemFacts& facts);
+  void take_object(const dxf::Document& document, dxf::ItemIndex item);
   void begin_block(const dxf::Document& document, dxf::ItemIndex item, const dxf::ItemFacts& facts);
   [[nodiscard]] std::uint32_t layer_index(const dxf::Document& document, std::string_view raw);
   void set_slots();
   void add_notices();
 
   std::unique_ptr<Drawing> drawing_;
-  OdLinks links_;
+  std::vector<OdHead> heads_;  // by entity
   std::uint32_t block_ = 0;
   bool in_block_ = false;
   std::string last_layer_raw_;

@@ -1,4 +1,5 @@
 // Gives existing entities another shape.
+#include "host/standalone/dxf/number_text.h"
 #include "host/standalone/entity_reader.h"
 #include "host/standalone/entity_writer.h"
 
@@ -22,7 +23,9 @@ void split_by_codes(dxf::GroupReader groups, std::string_view head, Pieces& piec
   for (dxf::Group group; groups.next(group) && group.end <= head.size();) {
     const std::string_view bytes = head.substr(group.begin, group.end - group.begin);
     const bool is_owner = group.code == 330 && pieces.shape.empty();
-    if (in_application_groups || group.code == 102 || group.code == 5 || is_owner) {
+    const bool is_identity =
+        in_application_groups || group.code == 102 || group.code == 5 || is_owner;
+    if (is_identity && !pieces.has_marker) {
       pieces.identity += bytes;
     } else if (group.code == 100 || is_common_property(group.code)) {
       pieces.has_marker |= group.code == 100;
@@ -74,9 +77,9 @@ std::optional<std::string> with_geometry(std::string_view entity_bytes,
   const dxf::Framing framing = place.manner.framing;
   dxf::GroupReader groups(entity_bytes, framing);
   const EntityProperties properties = read_properties(groups, place.codec);
-  std::uint64_t handle = 0;
-  for (dxf::Group group; handle == 0 && groups.next(group) && group.code != 100;) {
-    if (group.code == 5) handle = group.handle();
+  std::string handle;
+  for (dxf::Group group; handle.empty() && groups.next(group) && group.code != 100;) {
+    if (group.code == 5) handle = dxf::trimmed(group.value);
   }
   // The vertices of a polyline are owned by the entity, whose handle is not a new one.
   bool given = false;

@@ -176,7 +176,7 @@ class EntityWriter {
   void write_2d_polyline(const PolylineShape& line) {
     const PlaneFrame frame = plane_frame(line.normal);
     const double elevation = to_plane(frame, line.vertices.front().point).z;
-    const std::uint64_t owner =
+    const std::string owner =
         begin_polyline("AcDb2dPolyline", elevation, flags_of(line), frame.normal);
     for (const Vertex& vertex : line.vertices) {
       const Point3 ocs = to_plane(frame, vertex.point);
@@ -199,8 +199,7 @@ class EntityWriter {
   }
 
   void write_3d_polyline(const PolylineShape& line) {
-    const std::uint64_t owner =
-        begin_polyline("AcDb3dPolyline", 0, line.closed ? 9 : 8, plan_normal);
+    const std::string owner = begin_polyline("AcDb3dPolyline", 0, line.closed ? 9 : 8, plan_normal);
     for (const Vertex& vertex : line.vertices) {
       begin_vertex(owner, "AcDb3dPolylineVertex");
       groups_.point(10, vertex.point);
@@ -210,8 +209,8 @@ class EntityWriter {
   }
 
   // The answer is what the vertices and the SEQEND name as their owner.
-  std::uint64_t begin_polyline(std::string_view subclass, double elevation, int flags,
-                               Vector3 normal) {
+  std::string begin_polyline(std::string_view subclass, double elevation, int flags,
+                             Vector3 normal) {
     begin_entity("POLYLINE");
     marker(subclass);
     groups_.integer(66, 1);
@@ -219,10 +218,10 @@ class EntityWriter {
     write_thickness();
     if (flags != 0) groups_.integer(70, flags);
     write_normal(normal);
-    return place_.owner != 0 ? handle_ : 0;
+    return place_.owner.empty() ? std::string{} : handle_;
   }
 
-  void begin_vertex(std::uint64_t owner, std::string_view subclass) {
+  void begin_vertex(std::string_view owner, std::string_view subclass) {
     begin_record("VERTEX", owner);
     marker("AcDbVertex");
     marker(subclass);
@@ -230,13 +229,13 @@ class EntityWriter {
 
   void begin_entity(std::string_view type) { handle_ = begin_record(type, place_.owner); }
 
-  std::uint64_t begin_record(std::string_view type, std::uint64_t owner) {
+  std::string begin_record(std::string_view type, std::string_view owner) {
     constexpr std::array<int, 3> properties_of_all_versions{8, 6, 62};
     constexpr std::array<int, 6> properties_since_r13{8, 6, 62, 48, 420, 370};
-    const std::uint64_t handle = place_.new_handle();
+    std::string handle = place_.new_handle();
     groups_.raw(0, type);
-    if (handle != 0) groups_.handle(5, handle);
-    if (owner != 0) groups_.handle(330, owner);
+    if (!handle.empty()) groups_.raw(5, handle);
+    if (!owner.empty()) groups_.raw(330, owner);
     marker("AcDbEntity");
     const auto write_all = [this](const auto& codes) {
       for (const int code : codes)
@@ -271,7 +270,7 @@ class EntityWriter {
   const NewEntityPlace& place_;
   std::string out_;
   dxf::GroupWriter groups_;
-  std::uint64_t handle_ = 0;
+  std::string handle_;
   double thickness_ = 0;
 };
 

@@ -14,19 +14,20 @@
 
 namespace korvel {
 
-// What a new entity needs to know of the drawing it goes into.
+// What a new entity needs to know of the drawing it goes into. Handles are digits as the file
+// spells them.
 struct NewEntityPlace {
   const dxf::Manner& manner;
   const dxf::TextCodec& codec;
   bool subclass_markers = true;       // R13 and later
   bool lightweight_polylines = true;  // R14 and later; else plane polylines are old-style ones
-  std::uint64_t owner = 0;            // BLOCK_RECORD of the space; 0: none is written
-  std::function<std::uint64_t()> new_handle;  // answers 0 where the file's objects have none
+  std::string owner = {};             // BLOCK_RECORD of the space; empty: none is written
+  std::function<std::string()> new_handle;  // answers none where the file's objects have none
 };
 
 struct NewEntity {
   std::string bytes;  // the entity with its parts
-  std::uint64_t handle = 0;
+  std::string handle;
 };
 
 // The entity whose type suits the shape: POINT, LINE, CIRCLE or ARC, ELLIPSE (but in R12),

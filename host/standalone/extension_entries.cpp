@@ -6,6 +6,7 @@
 #include "host/standalone/dictionary.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/object_tree.h"
+#include "host/standalone/od_format.h"
 
 namespace korvel {
 namespace {
@@ -36,7 +37,7 @@ std::vector<ExtensionEntry> Drawing::extension_entries(EntityId id) const {
   const auto add_data = [&] {
     std::shared_ptr<const ObjectCopy> data = copied_records(index_of(id));
     if (data && !std::exchange(has_data, true)) {
-      entries.push_back({document_.codec().decode(dxf::object_data_key), std::move(data)});
+      entries.push_back({document_.codec().decode(od_format::records_key), std::move(data)});
     }
   };
   if (known->extension_dictionary != dxf::no_index) {
@@ -55,7 +56,7 @@ std::vector<ExtensionEntry> Drawing::extension_entries(EntityId id) const {
 }
 
 bool Drawing::is_object_data_key(std::wstring_view name) const {
-  return equal_ignoring_case(name, document_.codec().decode(dxf::object_data_key));
+  return equal_ignoring_case(name, document_.codec().decode(od_format::records_key));
 }
 
 std::shared_ptr<const ObjectCopy> Drawing::copied_records(std::uint32_t entity) const {

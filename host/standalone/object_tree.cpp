@@ -55,6 +55,7 @@ std::vector<dxf::ItemIndex> owned_objects(const dxf::Document& document, std::ui
     const std::optional<dxf::ItemIndex> item = document.by_handle(next);
     if (!item || document.item(*item).section != dxf::Section::Objects) continue;
     if (document.item(*item).span.erased || is_kept(*item)) continue;
+    if (dxf::is_section_mark(document.type_of(*item))) continue;
     const std::uint64_t said_owner = document.facts_of(*item).owner;
     if (owner != 0 && said_owner != 0 && said_owner != owner) continue;
     if (!visited.insert(next).second) continue;
@@ -88,7 +89,7 @@ std::string replanted(const ObjectTree& tree, std::size_t object,
     if (target == 0 || target == group.handle()) {
       out += bytes.substr(group.begin, group.end - group.begin);
     } else {
-      writer.handle(group.code, target);
+      writer.raw(group.code, document.spelling_of(target));
     }
   }
   return out;

@@ -25,7 +25,7 @@
 namespace korvel::od_format {
 
 inline constexpr std::string_view definitions_key = "KORVEL_OBJECT_DATA";
-inline constexpr std::string_view records_key = dxf::object_data_key;
+inline constexpr std::string_view records_key = "KORVEL_OD";
 
 inline constexpr int table_code = 2;
 inline constexpr int column_code = 300;

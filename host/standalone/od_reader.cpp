@@ -6,90 +6,136 @@
 #include "host/standalone/od_format.h"
 
 namespace korvel {
+namespace {
+
+constexpr std::string_view first_version_with_objects = "AC1012";
+
+std::string counted(std::size_t entities) {
+  return entities == 1 ? "one entity" : std::to_string(entities) + " entities";
+}
+
+}  // namespace
 
 void OdReader::read() {
   drawing_.od_.set_entity_count(drawing_.entities_.size());
-  read_definitions();
-  for (const auto& [entity, handle] : links_.extensions)
-    link_dictionary(entity, handle);
-  if (unreadable_ > 0) {
-    const std::string entities =
-        unreadable_ == 1 ? "one entity" : std::to_string(unreadable_) + " entities";
-    drawing_.notices_.push_back("the object data of " + entities +
+  drawing_.holds_object_data_ = read_definitions();
+  std::size_t without_place = 0;
+  std::size_t unreadable = 0;
+  for (std::uint32_t entity = 0; entity < drawing_.entities_.size(); ++entity) {
+    const RecordsPlace place = place_of_records(entity);
+    drawing_.entities_[entity].records = place;
+    without_place += place == RecordsPlace::None ? 1 : 0;
+    unreadable += place == RecordsPlace::Unreadable ? 1 : 0;
+  }
+  add_notices(without_place, unreadable);
+}
+
+void OdReader::add_notices(std::size_t without_place, std::size_t unreadable) {
+  if (unreadable > 0) {
+    drawing_.notices_.push_back("the object data of " + counted(unreadable) +
                                 " cannot be read; they are kept as they stand");
   }
+  if (without_place > 0 && drawing_.holds_object_data_) {
+    drawing_.notices_.push_back(
+        counted(without_place) + " cannot take object data: " +
+        (without_place == 1 ? "its handle or extension dictionary is damaged in the file"
+                            : "their handles or extension dictionaries are damaged in the file"));
+  }
 }
 
-void OdReader::read_definitions() {
+// False when the drawing has no sound place for definitions.
+bool OdReader::read_definitions() {
   OdDefinitionItems& items = drawing_.definition_items_;
-  if (items.root == dxf::no_index) return;
-  const dxf::Document& document = drawing_.document_;
-  const auto entry = find_entry(document, document.bytes(items.root), od_format::definitions_key);
-  const auto dictionary = entry ? document.by_handle(entry->handle) : std::nullopt;
-  const bool usable = dictionary && document.type_of(*dictionary) == "DICTIONARY" &&
-                      document.item(*dictionary).section == dxf::Section::Objects;
-  if (!usable) return;
-  items.dictionary = *dictionary;
-
-  for (const DictionaryEntry& table : entries_of(document, document.bytes(*dictionary))) {
-    const auto record = document.by_handle(table.handle);
-    const std::wstring key = document.codec().decode(table.key);
-    const auto definition = record && document.type_of(*record) == "XRECORD"
-                                ? od_format::read_definition(document, *record, key)
-                                : std::nullopt;
-    if (definition && !drawing_.od_.find(definition->name)) {
-      (void)drawing_.od_.add_table(*definition);
-      items.records.push_back(*record);
-    } else {
-      drawing_.notices_.push_back("the definition of the object-data table '" + table.key +
-                                  "' cannot be read; it is kept as it stands");
-    }
-  }
-}
-
-void OdReader::link_dictionary(std::uint32_t entity, std::uint64_t handle) {
+  if (items.root == dxf::no_index) return false;
   dxf::Document& document = drawing_.document_;
-  Drawing::Entity& owner = drawing_.entities_[entity];
-  const std::optional<dxf::ItemIndex> dictionary = document.by_handle(handle);
-  if (!dictionary) return;  // a reference to nothing makes way when records are attached
-  const bool usable = document.type_of(*dictionary) == "DICTIONARY" &&
-                      document.item(*dictionary).section == dxf::Section::Objects &&
-                      document.item(*dictionary).slot == dxf::no_index &&
-                      *dictionary != drawing_.definition_items_.root &&
-                      *dictionary != drawing_.definition_items_.dictionary;
-  if (!usable) {  // no dictionary at all, another entity's, or the drawing's own
-    owner.od_unreadable = true;
-    ++unreadable_;
-    return;
+  document.item(items.root).slot = Drawing::own_object;
+  const bool has_objects = document.at_least(first_version_with_objects);
+  const auto entry = find_entry(document, document.bytes(items.root), od_format::definitions_key);
+  const auto dictionary = entry ? object_with(entry->handle) : std::nullopt;
+  if (!dictionary) return has_objects;
+  if (!link(*dictionary, "DICTIONARY", items.root, Drawing::own_object)) {
+    drawing_.notices_.push_back(
+        "the drawing cannot take object data: the dictionary of the tables is damaged; it is kept "
+        "as it stands");
+    return false;
   }
-  owner.extension_dictionary = *dictionary;
-  document.item(*dictionary).slot = entity;
+  items.dictionary = *dictionary;
+  for (const DictionaryEntry& table : entries_of(document, document.bytes(*dictionary)))
+    read_definition(table);
+  return has_objects;
+}
 
-  const std::uint64_t record_handle = records_in(*dictionary);
-  if (record_handle == 0) return;
-  const std::optional<dxf::ItemIndex> record = document.by_handle(record_handle);
-  if (record && document.type_of(*record) == "XRECORD" &&
-      document.item(*record).section == dxf::Section::Objects &&
-      document.item(*record).slot == dxf::no_index && read_records(entity, *record)) {
-    owner.od_record = *record;
-    document.item(*record).slot = entity;
+void OdReader::read_definition(const DictionaryEntry& entry) {
+  OdDefinitionItems& items = drawing_.definition_items_;
+  const dxf::Document& document = drawing_.document_;
+  const std::wstring key = document.codec().decode(entry.key);
+  const auto record = object_with(entry.handle);
+  const bool is_linked = record && link(*record, "XRECORD", items.dictionary, Drawing::own_object);
+  const auto definition =
+      is_linked ? od_format::read_definition(document, *record, key) : std::nullopt;
+  if (definition && !drawing_.od_.find(definition->name)) {
+    (void)drawing_.od_.add_table(*definition);
+    items.records.push_back(*record);
   } else {
-    drawing_.od_.forget_records(entity);
-    owner.od_unreadable = true;
-    ++unreadable_;
+    drawing_.notices_.push_back("the definition of the object-data table '" + entry.key +
+                                "' cannot be read; it is kept as it stands");
   }
 }
 
-std::uint64_t OdReader::records_in(dxf::ItemIndex dictionary) {
-  const auto& dictionaries = links_.dictionaries;
-  if (next_dictionary_ >= dictionaries.size() ||
-      dictionaries[next_dictionary_].first != dictionary) {
-    const auto found = std::ranges::lower_bound(dictionaries, dictionary, {},
-                                                [](const auto& pair) { return pair.first; });
-    if (found == dictionaries.end() || found->first != dictionary) return 0;
-    next_dictionary_ = static_cast<std::size_t>(found - dictionaries.begin());
+RecordsPlace OdReader::place_of_records(std::uint32_t entity) {
+  const dxf::Document& document = drawing_.document_;
+  const dxf::ItemIndex item = drawing_.entities_[entity].item;
+  const OdHead& head = heads_[entity];
+  const bool is_sound = head.is_sound && document.item(item).handle != 0 &&
+                        !document.is_shared(document.item(item).handle) &&
+                        !dxf::is_part(document.type_of(item));
+  if (head.extension_dictionary == 0) return is_sound ? RecordsPlace::Sound : RecordsPlace::None;
+  const std::optional<dxf::ItemIndex> dictionary = object_with(head.extension_dictionary);
+  // A reference to nothing makes way when records are attached.
+  if (is_sound && (!dictionary || follow_chain(entity, *dictionary))) return RecordsPlace::Sound;
+  drawing_.od_.forget_records(entity);
+  const bool has_records =
+      dictionary &&
+      entries_with_key(document, document.bytes(*dictionary), od_format::records_key).count > 0;
+  return has_records ? RecordsPlace::Unreadable : RecordsPlace::None;
+}
+
+// False when the chain is not sound or goes on to what are no records.
+bool OdReader::follow_chain(std::uint32_t entity, dxf::ItemIndex dictionary) {
+  Drawing::Entity& owner = drawing_.entities_[entity];
+  const dxf::Document& document = drawing_.document_;
+  if (!link(dictionary, "DICTIONARY", owner.item, entity)) return false;
+  owner.extension_dictionary = dictionary;
+  const KeyedEntries entries =
+      entries_with_key(document, document.bytes(dictionary), od_format::records_key);
+  if (entries.count == 0) return true;
+  const std::optional<dxf::ItemIndex> record = object_with(entries.first);
+  if (!record || entries.count > 1 || !link(*record, "XRECORD", dictionary, entity) ||
+      !read_records(entity, *record)) {
+    return false;
   }
-  return dictionaries[next_dictionary_++].second;
+  owner.od_record = *record;
+  return true;
+}
+
+std::optional<dxf::ItemIndex> OdReader::object_with(std::uint64_t handle) {
+  const std::optional<dxf::ItemIndex> item = drawing_.document_.by_handle(handle);
+  if (!item) drawing_.document_.keep_free(handle);
+  return item;
+}
+
+bool OdReader::link(dxf::ItemIndex item, std::string_view type, dxf::ItemIndex owner,
+                    std::uint32_t slot) {
+  dxf::Document& document = drawing_.document_;
+  dxf::Item& linked = document.item(item);
+  if (linked.section != dxf::Section::Objects || linked.slot != dxf::no_index ||
+      document.type_of(item) != type || document.is_shared(linked.handle)) {
+    return false;
+  }
+  const std::uint64_t named = document.owner_of(item);
+  if (named != 0 && named != document.item(owner).handle) return false;
+  linked.slot = slot;
+  return true;
 }
 
 std::optional<std::uint32_t> OdReader::table_named(std::string_view raw) {

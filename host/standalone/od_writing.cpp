@@ -36,15 +36,22 @@ OdWriting::OdWriting(Drawing& drawing) : drawing_(drawing), document_(drawing.do
 }
 
 bool OdWriting::is_live(std::uint32_t entity) const {
-  return !drawing_.entities_[entity].erased && !drawing_.entities_[entity].od_unreadable;
+  const Drawing::Entity& known = drawing_.entities_[entity];
+  return !known.erased && known.records == RecordsPlace::Sound;
+}
+
+// Whether the entity leads to an XRECORD for its records already.
+bool OdWriting::has_chain(std::uint32_t entity) const {
+  const Drawing::Entity& known = drawing_.entities_[entity];
+  return known.extension_dictionary != dxf::no_index && known.od_record != dxf::no_index;
 }
 
 void OdWriting::plan_entities() {
   if (!drawing_.od_.any_touched()) return;
   for (std::uint32_t entity = 0; entity < drawing_.entities_.size(); ++entity) {
     if (!drawing_.od_.touched(entity) || !is_live(entity)) continue;
+    if (drawing_.od_.records_of(entity).count == 0 || has_chain(entity)) continue;
     const Drawing::Entity& known = drawing_.entities_[entity];
-    if (known.od_record != dxf::no_index || drawing_.od_.records_of(entity).count == 0) continue;
     Drawing::OdHandles& handles = drawing_.od_handles_[entity];
     if (handles.record == 0) handles.record = drawing_.document_.new_handle();
     if (handles.dictionary == 0 && known.extension_dictionary == dxf::no_index) {
@@ -152,14 +159,11 @@ std::uint64_t OdWriting::dictionary_of(std::uint32_t entity) const {
 }
 
 bool OdWriting::concerns(dxf::ItemIndex item) const {
-  if (!anything_) return false;
   const std::uint32_t slot = document_.item(item).slot;
-  const dxf::Section section = document_.item(item).section;
-  // In TABLES a slot is a layer's.
-  if (slot != dxf::no_index && section != dxf::Section::Tables) {
-    return drawing_.od_.touched(slot) && is_live(slot);
-  }
-  return section == dxf::Section::Objects && definitions_.contains(item);
+  if (!anything_ || slot == dxf::no_index) return false;
+  if (slot == Drawing::own_object) return definitions_.contains(item);
+  const bool is_layer = document_.item(item).section == dxf::Section::Tables;
+  return !is_layer && drawing_.od_.touched(slot) && is_live(slot);
 }
 
 void OdWriting::substitute(dxf::ItemIndex item, std::string& out) const {

@@ -28,6 +28,7 @@ class OdWriting final : public dxf::Document::Substitutions {
   void plan_entities();
   void plan_definitions();
   [[nodiscard]] bool is_live(std::uint32_t entity) const;
+  [[nodiscard]] bool has_chain(std::uint32_t entity) const;
   [[nodiscard]] std::uint64_t dictionary_of(std::uint32_t entity) const;
   void write_records(std::uint32_t entity, std::string& out) const;
   void write_definition(std::uint32_t table, std::string& out) const;

@@ -2,7 +2,7 @@
 
 #include "frame/case_mapping.h"
 #include "frame/utf.h"
-#include "host/standalone/dxf/document.h"
+#include "host/standalone/od_format.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ AcDbObjectId opposite(const AcDbObjectId& id) {
 }
 
 bool holds_object_data(std::wstring_view key) {
-  return korvel::equal_ignoring_case(key, korvel::from_utf8(korvel::dxf::object_data_key));
+  return korvel::equal_ignoring_case(key, korvel::from_utf8(korvel::od_format::records_key));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "geometry/extents.h"
 #include "geometry/vector.h"
+#include "host/standalone/dxf/number_text.h"
 #include "host/standalone/entity_reader.h"
 
 namespace korvel {
@@ -17,6 +18,12 @@ constexpr double pi = std::numbers::pi;
 const dxf::TextCodec codec({.code_page = "ANSI_1252", .utf8 = true});
 const dxf::Manner bare{.framing = dxf::Framing::Ascii, .line_end = "|", .code_width = 0};
 
+std::string handle_text(std::uint64_t handle) {
+  std::string digits;
+  dxf::append_handle(digits, handle);
+  return digits;
+}
+
 // In this manner a line end is a bar, so that an entity is one line of the test.
 std::string written(const EntityGeometry& geometry, bool old_version = false) {
   std::uint64_t next = 0x2A;
@@ -25,8 +32,8 @@ std::string written(const EntityGeometry& geometry, bool old_version = false) {
       .codec = codec,
       .subclass_markers = !old_version,
       .lightweight_polylines = !old_version,
-      .owner = old_version ? 0U : 0x1FU,
-      .new_handle = [&next] { return next++; },
+      .owner = old_version ? "" : "1F",
+      .new_handle = [&next] { return handle_text(next++); },
   };
   EntityProperties properties;
   properties.layer = L"A";
@@ -106,7 +113,7 @@ TEST(EntityWriter, ReadsBackTheSameInEveryPlaneAndFraming) {
         SCOPED_TRACE(shape.shape.index());
         const auto entity =
             write_entity(shape, properties,
-                         {.manner = manner, .codec = text_codec, .new_handle = [] { return 0; }});
+                         {.manner = manner, .codec = text_codec, .new_handle = [] { return ""; }});
         ASSERT_TRUE(entity);
         const dxf::GroupReader groups(entity->bytes, manner.framing);
         const EntityGeometry read = read_geometry(groups, text_codec);
@@ -142,7 +149,7 @@ TEST(EntityWriter, ReadsBackTheSameInEveryPlaneAndFraming) {
 TEST(EntityWriter, ReadsBackAnArrayOfReferences) {
   const BlockReferenceShape array{{1, 2, 3}, {0, 0, -1}, L"B", {2, -1, 1}, 3 * pi / 2, 3, 2, 5, 6};
   const auto entity =
-      write_entity({array}, {}, {.manner = {}, .codec = codec, .new_handle = [] { return 0; }});
+      write_entity({array}, {}, {.manner = {}, .codec = codec, .new_handle = [] { return ""; }});
   const auto geometry = read_geometry({entity->bytes, dxf::Framing::Ascii}, codec);
   const auto& read = std::get<BlockReferenceShape>(geometry.shape);
   EXPECT_EQ(read.block, array.block);
@@ -164,8 +171,8 @@ std::string reshaped(std::string entity, const EntityGeometry& geometry, bool ol
                              .codec = codec,
                              .subclass_markers = !old_version,
                              .lightweight_polylines = !old_version,
-                             .owner = old_version ? 0U : 0x1FU,
-                             .new_handle = [&next] { return next++; }};
+                             .owner = old_version ? "" : "1F",
+                             .new_handle = [&next] { return handle_text(next++); }};
   std::string bytes = with_geometry(entity, geometry, place).value_or("none");
   std::ranges::replace(bytes, '\n', '|');
   return bytes;

@@ -377,38 +377,74 @@ TEST(ObjectDataFile, KeepsAndTellsWhatCannotBeRead) {
   }
 }
 
-TEST(ObjectDataFile, SurvivesDamagedReferences) {
+// The LINE 20, the POINT 21 and the LWPOLYLINE 22 get records, the LINE 1A of a block gets none.
+TEST(ObjectDataFile, RecordsAreTakenWhereTheyAreFoundAgain) {
   const std::string good = with_point_data("2 T\n1 a\n");
-  const std::pair<const char*, std::string> cases[] = {
-      {"the table dictionary is missing", replaced(good, "350 40", "350 4F")},
-      {"the table dictionary is the root", replaced(good, "350 40", "350 C")},
-      {"a null extension dictionary", replaced(good, "360 50", "360 0")},
-      {"one record for two entities", replaced(good, "3 OTHER\n360 31", "3 KORVEL_OD\n360 51")},
-      {"the extension dictionary is the root", replaced(good, "360 50", "360 C")},
-      {"the extension dictionary is the table dictionary", replaced(good, "360 50", "360 40")},
-      {"one extension dictionary for two entities", replaced(good, "360 30", "360 50")},
+  const std::string line = "0 LINE\n5 20\n";
+  const std::string line_1a = "0 LINE\n5 1A\n";
+  const auto reference = [](const char* handle) {
+    return "102 {ACAD_XDICTIONARY\n360 "s + handle + "\n102 }\n";
   };
-  for (const auto& [name, lines] : cases) {
+  struct {
+    const char* name;
+    std::string lines;
+    const char* takers;
+  } const cases[] = {
+      {"sound", good, "20 21 22"},
+      {"the table dictionary is missing", replaced(good, "350 40", "350 4F"), "20 22"},
+      {"the table dictionary is the root", replaced(good, "350 40", "350 C"), ""},
+      {"a null extension dictionary", replaced(good, "360 50", "360 0"), "20 21 22"},
+      {"one record for two entities", replaced(good, "3 OTHER\n360 31", "3 KORVEL_OD\n360 51"),
+       "20 21"},
+      {"the root as extension dictionary", replaced(good, "360 50", "360 C"), "20 22"},
+      {"the table dictionary as such", replaced(good, "360 50", "360 40"), "20 22"},
+      {"one extension dictionary for two", replaced(good, "360 30", "360 50"), "20 21"},
+      {"another's extension dictionary", replaced(good, line, line + reference("30")), "21 22"},
+      {"two references", replaced(good, line, line + reference("0") + reference("0")), "21 22"},
+      {"an open reference", replaced(good, line, line + "102 {ACAD_XDICTIONARY\n"), "21 22"},
+      {"two entries of records", replaced(good, "3 korvel_od", "3 KORVEL_OD\n360 51\n3 korvel_od"),
+       "20 22"},
+      {"a handle in another group", replaced(good, line, "0 DIMSTYLE\n105 20\n"), "21 22"},
+      {"a handle behind XDATA", replaced(good, line, "0 LINE\n1070 1\n5 20\n"), "21 22"},
+      {"an entity's handle used twice", replaced(good, line_1a, "0 LINE\n5 20\n"), "21 22"},
+      {"a dictionary's handle used twice", replaced(good, line_1a, "0 LINE\n5 50\n"), "20 22"},
+      {"a part without an owner", replaced(good, line, "0 SEQEND\n5 20\n"), "21 22"},
+      {"a reference to the next handle", replaced(good, line_1a, line_1a + reference("100")),
+       "20 21 22"},
+  };
+  for (const auto& [name, lines, takers] : cases) {
     SCOPED_TRACE(name);
     const std::string file = framed(lines);
     const auto drawing = read(file);
     ASSERT_TRUE(drawing);
     EXPECT_EQ(difference(file, drawing->to_bytes()), "same");
     StandaloneStore store(*drawing);
-    ASSERT_EQ(store.define_table(texts_table(L"New")), TableChange::Done);
+    EXPECT_EQ(store.define_table(texts_table(L"New")) == TableChange::Done, *takers != '\0');
     const ODRecord record = text_record(L"New", L"b");
-    std::map<std::uint64_t, std::size_t> attached;
-    for (const std::uint64_t handle : {0x20U, 0x21U, 0x22U}) {
-      (void)attach(*drawing, handle, record);
-      attached[handle] = records_of(*drawing, handle).size();
+    std::string takes;
+    std::map<std::uint64_t, std::size_t> counts = {{0x1A, 0}};
+    for (const auto& [handle, digits] : {std::pair{0x20U, "20"}, {0x21U, "21"}, {0x22U, "22"}}) {
+      if (attach(*drawing, handle, record)) takes += std::string(takes.empty() ? "" : " ") + digits;
+      counts[handle] = records_of(*drawing, handle).size();
     }
-    EXPECT_EQ(attached[0x20], 1U);
+    EXPECT_EQ(takes, takers);
     const auto again = read(drawing->to_bytes());
     ASSERT_TRUE(again);
+    EXPECT_EQ(again->notices().size(), drawing->notices().size());
     EXPECT_TRUE(StandaloneStore(*again).table_names() == store.table_names());
-    for (const auto& [handle, count] : attached)
+    for (const auto& [handle, count] : counts)
       EXPECT_EQ(records_of(*again, handle).size(), count) << handle;
   }
+}
+
+// Programs that compare handles as texts find the owners of what is added.
+TEST(ObjectDataFile, RepeatsHandlesAsTheFileSpellsThem) {
+  const auto drawing =
+      read(framed(replaced(sample_lines("AC1032"), "0 LINE\n5 1A", "0 LINE\n5 1a")));
+  ASSERT_EQ(StandaloneStore(*drawing).define_table(texts_table(L"T")), TableChange::Done);
+  ASSERT_TRUE(attach(*drawing, 0x1A, text_record(L"T", L"a")));
+  const std::string bytes = drawing->to_bytes();
+  EXPECT_NE(bytes.find("DICTIONARY\n  5\n103\n330\n1a\n"), bytes.npos) << bytes;
 }
 
 }  // namespace

@@ -51,7 +51,32 @@ ItemFacts Document::facts_of(ItemIndex index) const {
   (void)reader.next(group);
   while (reader.next(group) && group.code != 0)
     collector.take(group);
+  collector.end();
   return collector.facts;
+}
+
+std::uint64_t Document::owner_of(ItemIndex index) const {
+  FactsCollector collector;
+  GroupReader reader = groups(index);
+  Group group;
+  (void)reader.next(group);
+  while (reader.next(group) && group.code != 0 && group.code != 100)
+    collector.take(group);
+  return collector.facts.owner;
+}
+
+std::string Document::spelling_of(std::uint64_t handle) const {
+  if (const std::optional<ItemIndex> item = by_handle(handle)) {
+    GroupReader reader = groups(*item);
+    Group group;
+    while (reader.next(group)) {
+      const bool is_handle = group.code == 5 || group.code == 105;
+      if (is_handle && group.handle() == handle) return std::string(trimmed(group.value));
+    }
+  }
+  std::string digits;
+  append_handle(digits, handle);
+  return digits;
 }
 
 std::optional<ItemIndex> Document::by_handle(std::uint64_t handle) const {
@@ -106,15 +131,22 @@ std::optional<ItemIndex> Document::end_of_table(std::string_view table) const {
 
 std::uint64_t Document::new_handle() {
   if (!has_handles_) return 0;
-  while (next_handle_ == 0 || handles_.find(next_handle_))
+  while (next_handle_ == 0 || handles_.find(next_handle_) || kept_free_.contains(next_handle_))
     ++next_handle_;
   handles_given_out_ = true;
   return next_handle_++;
 }
 
 std::optional<Group> Document::variable(std::string_view name) const {
-  if (!header_) return std::nullopt;
-  GroupReader reader = groups(*header_);
+  return header_ ? variable_in(items_[*header_].span, name) : std::nullopt;
+}
+
+std::optional<Group> Document::variable_in_file(std::string_view name) const {
+  return header_ ? variable_in(header_in_file_, name) : std::nullopt;
+}
+
+std::optional<Group> Document::variable_in(const Span& header, std::string_view name) const {
+  GroupReader reader(bytes(header), manner_.framing);
   Group group;
   while (reader.next(group)) {
     if (group.code != 9 || group.value != name) continue;

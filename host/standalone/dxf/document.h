@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "host/standalone/dxf/group.h"
@@ -58,14 +59,19 @@ struct Item {
 struct ItemFacts {
   std::uint64_t owner = 0;                 // 330 before the first subclass marker
   std::uint64_t extension_dictionary = 0;  // 360 in {ACAD_XDICTIONARY
-  std::uint64_t object_data = 0;           // of a DICTIONARY: what its key KORVEL_OD names
   std::string_view name;                   // first group 2
   std::string_view layer;                  // first group 8
   bool paper_space = false;                // group 67 is 1
+  // In front of the first subclass marker, and of XDATA, there is one group 5, outside of the
+  // application groups, which are closed, do not nest, and name one extension dictionary at most.
+  bool sound_head = false;
 };
 
-// The key of an entity's object data in its extension dictionary.
-inline constexpr std::string_view object_data_key = "KORVEL_OD";
+// Whether items of the type are parts of the POLYLINE or INSERT in front of them.
+[[nodiscard]] bool is_part(std::string_view type);
+
+// Whether items of the type begin or end a section; without them the file cannot be read.
+[[nodiscard]] bool is_section_mark(std::string_view type);
 
 class Document {
  public:
@@ -104,6 +110,15 @@ class Document {
   // A sentence on the first handle that two objects share, with the place of the second; empty if
   // none do.
   [[nodiscard]] const std::string& duplicate_handle() const { return duplicate_handle_; }
+  // Whether several objects of the file have the handle.
+  [[nodiscard]] bool is_shared(std::uint64_t handle) const {
+    return shared_handles_.contains(handle);
+  }
+  // What the object names as its owner before its first subclass marker; 0: nothing.
+  [[nodiscard]] std::uint64_t owner_of(ItemIndex index) const;
+  // The digits of the handle as the object that has it spells them: programs that compare handles
+  // as texts find it by no others. In upper case where no object has it.
+  [[nodiscard]] std::string spelling_of(std::uint64_t handle) const;
 
   // Stores bytes for an item; assigning the result to Item::span makes them the item's.
   [[nodiscard]] Span store(std::string_view bytes);
@@ -120,14 +135,19 @@ class Document {
 
   // Handles are never given out twice; 0 when the file's objects have none (R12 and earlier may).
   [[nodiscard]] std::uint64_t new_handle();
+  // Keeps a handle from being given out: something refers to it, though no object has it, and
+  // would get hold of the new object.
+  void keep_free(std::uint64_t handle) { kept_free_.insert(handle); }
 
   // --- Header variables ---
 
   // The group of a variable ("$LUPREC") that has just one; none otherwise. Its views are into the
   // header's bytes.
   [[nodiscard]] std::optional<Group> variable(std::string_view name) const;
+  // The same as the file had it, whatever was set since.
+  [[nodiscard]] std::optional<Group> variable_in_file(std::string_view name) const;
   // Replaces its value by bytes framed as the file's; false without such a variable. Putting back
-  // the value of the file gives back the header of the file.
+  // the bytes of the file gives back the header of the file.
   bool set_variable(std::string_view name, std::string_view raw_value);
   [[nodiscard]] std::optional<ItemIndex> header() const { return header_; }
   // Where the header stands now; differs whenever a variable does.
@@ -163,6 +183,7 @@ class Document {
   [[nodiscard]] bool write_item(ItemIndex index, const Substitutions& substitutions,
                                 RunWriter& out) const;
   [[nodiscard]] std::string header_with_seed() const;
+  [[nodiscard]] std::optional<Group> variable_in(const Span& header, std::string_view name) const;
 
   std::string original_;
   std::string added_;  // bytes of changed and new items
@@ -179,6 +200,8 @@ class Document {
   Span header_in_file_;
   HandleIndex handles_;
   std::string duplicate_handle_;
+  std::unordered_set<std::uint64_t> shared_handles_;
+  std::unordered_set<std::uint64_t> kept_free_;
   std::uint64_t next_handle_ = 1;
   std::uint64_t seed_in_file_ = 0;
   bool has_handles_ = false;

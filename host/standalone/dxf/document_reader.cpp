@@ -12,18 +12,6 @@ constexpr std::string_view utf8_mark = "\xEF\xBB\xBF";
 constexpr std::string_view first_utf8_version = "AC1021";
 constexpr std::string_view first_version_with_markers = "AC1012";  // R13
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-bool equal_ignoring_case(std::string_view left, std::string_view right) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::ranges::equal(left, right, {}, lower, lower);
-}
-
 Section section_named(std::string_view name) {
   if (name == "HEADER") return Section::Header;
   if (name == "CLASSES") return Section::Classes;
@@ -34,15 +22,17 @@ Section section_named(std::string_view name) {
   return Section::Other;
 }
 
-bool is_part(std::string_view type) {
-  return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
-}
-
 constexpr std::uint64_t longest_item = std::numeric_limits<std::uint32_t>::max();
 
 bool has_parts(std::string_view type) { return type == "POLYLINE" || type == "INSERT"; }
 
 }  // namespace
+
+bool is_part(std::string_view type) {
+  return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
+}
+
+bool is_section_mark(std::string_view type) { return type == "SECTION" || type == "ENDSEC"; }
 
 void FactsCollector::take(const Group& group) {
   switch (group.code) {
@@ -50,12 +40,12 @@ void FactsCollector::take(const Group& group) {
       if (!has_name_) facts.name = group.value;
       has_name_ = true;
       break;
-    case 3:
-      key_is_object_data_ = equal_ignoring_case(group.value, object_data_key);
-      break;
     case 5:
       // In an R12 DIMSTYLE this is the name of a block; its handle is 105.
-      if (handle == 0 && markers_ == 0 && !is_dimstyle) handle = group.handle();
+      if (markers_ > 0 || is_dimstyle) break;
+      if (handle == 0) handle = group.handle();
+      ++handles_;
+      damaged_ |= depth_ != 0 || in_xdata_;
       break;
     case 105:
       if (handle == 0 && markers_ == 0 && is_dimstyle) handle = group.handle();
@@ -73,6 +63,7 @@ void FactsCollector::take(const Group& group) {
     case 102:
       if (markers_ > 0) break;
       depth_ += group.value.starts_with('{') ? 1 : -1;
+      damaged_ |= depth_ < 0 || depth_ > 1 || in_xdata_;
       in_extension_ = group.value == "{ACAD_XDICTIONARY";
       break;
     case 330:
@@ -80,16 +71,18 @@ void FactsCollector::take(const Group& group) {
       break;
     case 350:
     case 360:
-      if (in_extension_ && markers_ == 0) {
-        facts.extension_dictionary = group.handle();
-      } else if (key_is_object_data_) {
-        facts.object_data = group.handle();
-      }
-      key_is_object_data_ = false;
+      if (!in_extension_ || markers_ > 0) break;
+      facts.extension_dictionary = group.handle();
+      ++references_;
       break;
     default:
+      in_xdata_ |= group.code >= 1000;
       break;
   }
+}
+
+void FactsCollector::end() {
+  facts.sound_head = !damaged_ && handles_ == 1 && depth_ == 0 && references_ <= 1;
 }
 
 Result<Document> DocumentReader::read(std::string bytes) {
@@ -210,6 +203,7 @@ void DocumentReader::end_leading_bytes(std::size_t end) {
 }
 
 void DocumentReader::end_item(std::size_t end) {
+  collector_.end();
   item_.span.length = static_cast<std::uint32_t>(end - item_.span.offset);
   item_.handle = collector_.handle;
   if (item_.handle != 0) enter_handle(item_.handle, item_.span.offset);
@@ -268,7 +262,9 @@ void DocumentReader::finish_header() {
 void DocumentReader::enter_handle(std::uint64_t handle, std::size_t offset) {
   highest_handle_ = std::max(highest_handle_, handle);
   const auto index = static_cast<std::uint32_t>(document_.items_.size());
-  if (document_.handles_.enter(handle, index) || !document_.duplicate_handle_.empty()) return;
+  if (document_.handles_.enter(handle, index)) return;
+  document_.shared_handles_.insert(handle);
+  if (!document_.duplicate_handle_.empty()) return;
   std::string digits;
   append_handle(digits, handle);
   document_.duplicate_handle_ =

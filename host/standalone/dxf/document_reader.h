@@ -14,6 +14,7 @@ class FactsCollector {
  public:
   void begin() { *this = {}; }
   void take(const Group& group);
+  void end();  // when all groups were taken
 
   ItemFacts facts;
   std::uint64_t handle = 0;
@@ -22,8 +23,11 @@ class FactsCollector {
  private:
   int markers_ = 0;  // subclass markers seen
   int depth_ = 0;    // of 102 groups before the first marker
+  int handles_ = 0;  // groups 5 there
+  int references_ = 0;
   bool in_extension_ = false;
-  bool key_is_object_data_ = false;
+  bool in_xdata_ = false;
+  bool damaged_ = false;
   bool has_name_ = false;
   bool has_layer_ = false;
 };

@@ -14,13 +14,6 @@ constexpr double lowest_plain = 1e-5;
 constexpr double lowest_long = 1e16;
 constexpr std::size_t most_handle_digits = 16;
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 // Trimmed and without a leading plus, as from_chars wants it; empty if no digit or point follows
 // the sign, which keeps out "+-1", "inf" and "nan".
 std::string_view unsigned_plus(std::string_view text) {
@@ -46,6 +39,13 @@ bool read_all(std::string_view text, Number& value, Base... base) {
 }
 
 }  // namespace
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r";
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
 
 void append_real(std::string& out, double value) {
   if (!std::isfinite(value)) value = 0;

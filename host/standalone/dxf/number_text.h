@@ -12,6 +12,9 @@ namespace korvel::dxf {
 // on. A value that is not finite has no text in a DXF; it is written as 0.0.
 void append_real(std::string& out, double value);
 
+// Without the blanks, tabs and carriage returns around it.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
 // The readers take the whole text, with blanks and tabs around it allowed. They return false and
 // leave `value` alone if the text is anything else or the number is out of range.
 
