@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "exchange/record_reader.h"
+#include "exchange/mif_rows.h"
 #include "frame/case_mapping.h"
 #include "frame/format.h"
 #include "frame/utf.h"
@@ -89,17 +89,6 @@ struct Longest {
   }
 };
 
-// What the texts of a column ask for.
-struct Seen {
-  MifCharsetChoice& charset;
-  std::vector<Longest>& longest;  // by column of the file
-
-  void text(std::size_t column, std::wstring_view text) const {
-    charset.see(text);
-    longest[column].see(text);
-  }
-};
-
 std::vector<MifColumn> columns_of(const ODTableDef& table, const RecordRows& rows) {
   std::vector<MifColumn> columns = {{MifSource::Handle, 0, ODType::Character},
                                     {MifSource::Record, 0, ODType::Integer}};
@@ -121,27 +110,6 @@ std::wstring_view heading_of(const MifColumn& column, const ODTableDef& table) {
       break;
   }
   return table.columns[column.column].name;
-}
-
-void see_texts(ODStore& store, const DrawingHost& host, const RecordRows& rows,
-               const std::vector<MifColumn>& columns, const Seen& seen) {
-  const LayerNames layers(host);
-  RecordReader records(store.records_of(rows.table));
-  EntityId owner;
-  for (const RecordKey& key : rows.rows) {
-    const RecordValues record = records.at(key);
-    if (!record) continue;
-    if (key.entity != owner) {
-      owner = key.entity;
-      seen.text(0, host.handle_of(owner));
-      seen.text(columns.size() - 1, layers.of(owner));
-    }
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      if (columns[i].source != MifSource::Table) continue;
-      const ODValueView value = record[columns[i].column];
-      if (const auto* const text = std::get_if<std::wstring_view>(&value)) seen.text(i, *text);
-    }
-  }
 }
 
 void give_names(const ODTableDef& table, MifLayout& layout) {
@@ -173,7 +141,18 @@ MifLayout mif_layout(ODStore& store, const DrawingHost& host, const ODTableDef& 
     charset.see(table.columns[column].name);
   std::vector<MifColumn> columns = columns_of(table, rows);
   std::vector<Longest> longest(columns.size());
-  see_texts(store, host, rows, columns, {charset, longest});
+  MifRowReader rows_read(store, host, rows.table);
+  for (const RecordKey& key : rows.rows) {
+    const std::optional<MifRow> row = rows_read.at(key);
+    if (!row) continue;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const ODValueView value = (*row)[columns[i]];
+      if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
+        charset.see(*text);
+        longest[i].see(*text);
+      }
+    }
+  }
 
   MifLayout layout{charset.best(), std::move(columns), {}};
   for (std::size_t i = 0; i < layout.columns.size(); ++i) {
@@ -182,17 +161,6 @@ MifLayout mif_layout(ODStore& store, const DrawingHost& host, const ODTableDef& 
   }
   give_names(table, layout);
   return layout;
-}
-
-LayerNames::LayerNames(const DrawingHost& host) : host_(host) {
-  for (Layer& layer : host.layers())
-    names_.emplace(layer.id, std::move(layer.name));
-}
-
-const std::wstring& LayerNames::of(EntityId entity) const {
-  static const std::wstring none;
-  const auto found = names_.find(host_.layer_of(entity));
-  return found == names_.end() ? none : found->second;
 }
 
 }  // namespace korvel

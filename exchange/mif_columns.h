@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "exchange/mif_charset.h"
@@ -20,7 +19,7 @@ enum class MifSource { Handle, Record, Table, Layer };
 
 struct MifColumn {
   MifSource source;
-  std::size_t column;  // of the table
+  std::size_t column;  // of the table, for that source
   ODType type;
   std::size_t width = 1;  // of a text, in bytes
   // One name, of a point three: for its X, Y and Z.
@@ -39,18 +38,5 @@ struct MifLayout {
 // behind them.
 [[nodiscard]] MifLayout mif_layout(ODStore& store, const DrawingHost& host, const ODTableDef& table,
                                    const RecordRows& rows);
-
-// Finds the names of the layers that entities lie on.
-class LayerNames {
- public:
-  explicit LayerNames(const DrawingHost& host);
-
-  // Empty for an entity that cannot be opened.
-  [[nodiscard]] const std::wstring& of(EntityId entity) const;
-
- private:
-  const DrawingHost& host_;
-  std::unordered_map<EntityId, std::wstring> names_;
-};
 
 }  // namespace korvel

@@ -8,7 +8,7 @@
 
 #include "exchange/exact_text.h"
 #include "exchange/mif_geometry.h"
-#include "exchange/record_reader.h"
+#include "exchange/mif_rows.h"
 #include "exchange/shown_table.h"
 #include "exchange/table_exchange.h"
 #include "frame/case_mapping.h"
@@ -82,36 +82,17 @@ class MidWriter {
  public:
   MidWriter(const MifLayout& layout, MifExport& result) : layout_(layout), result_(result) {}
 
-  // The rows that follow are of this entity.
-  void begin_entity(std::wstring handle, std::wstring_view layer) {
-    handle_ = std::move(handle);
-    layer_ = layer;
-  }
-
-  void row(std::int32_t number, const RecordValues& record) {
+  void append(const MifRow& row) {
     std::string& out = result_.mid;
+    handle_ = row.handle;
     for (const MifColumn& column : layout_.columns) {
       if (&column != &layout_.columns.front()) out += ',';
-      append_value(value_of(column, number, record), column);
+      append_value(row[column], column);
     }
     out += line_end;
   }
 
  private:
-  [[nodiscard]] ODValueView value_of(const MifColumn& column, std::int32_t number,
-                                     const RecordValues& record) const {
-    switch (column.source) {
-      case MifSource::Handle:
-        return std::wstring_view(handle_);
-      case MifSource::Record:
-        return number;
-      case MifSource::Layer:
-        return layer_;
-      case MifSource::Table:
-        break;
-    }
-    return record[column.column];
-  }
   void append_value(const ODValueView& value, const MifColumn& column) {
     std::string& out = result_.mid;
     if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
@@ -172,8 +153,7 @@ class MidWriter {
 
   const MifLayout& layout_;
   MifExport& result_;
-  std::wstring handle_;
-  std::wstring_view layer_;
+  std::wstring_view handle_;  // of the row in work
 };
 
 bool are_names_accepted(DrawingHost& host, const MifLayout& layout) {
@@ -229,8 +209,7 @@ MifExport write_mif(ODStore& store, DrawingHost& host, const RecordRows& rows,
   MifExport result;
   MifObjects objects;
   MidWriter values(layout, result);
-  const LayerNames layers(host);
-  RecordReader records(store.records_of(rows.table));
+  MifRowReader rows_read(store, host, rows.table);
   Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
   std::string data;
   std::string object;
@@ -242,16 +221,15 @@ MifExport write_mif(ODStore& store, DrawingHost& host, const RecordRows& rows,
     }
     const RecordKey& key = rows.rows[i];
     progress.step();
-    const RecordValues record = records.at(key);
-    if (!record) continue;
+    const std::optional<MifRow> row = rows_read.at(key);
+    if (!row) continue;
     if (key.entity != owner) {
       owner = key.entity;
-      values.begin_entity(host.handle_of(owner), layers.of(owner));
       object.clear();
       objects.append(host.geometry_of(owner), object);
     }
     data += object;
-    values.row(key.number, record);
+    values.append(*row);
     ++result.rows;
   }
   result.mif = head(layout, objects) + data;
