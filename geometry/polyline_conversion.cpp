@@ -5,7 +5,6 @@
 #include <cmath>
 #include <numbers>
 #include <optional>
-#include <span>
 #include <utility>
 
 #include "frame/command_frame.h"
@@ -19,44 +18,6 @@ namespace korvel {
 namespace {
 
 constexpr Vector3 plan_normal{0, 0, 1};
-
-double magnitude(Point3 point) {
-  return std::max({std::abs(point.x), std::abs(point.y), std::abs(point.z)});
-}
-
-bool lies_across(std::span<const Point3> points, Vector3 normal, double tolerance) {
-  return std::ranges::all_of(points, [&](const Point3& point) {
-    return std::abs(dot(point - points.front(), normal)) <= tolerance;
-  });
-}
-
-// The normal of the plane that holds the points: the wanted one if it fits, else one that looks
-// upwards. None: they lie in no plane.
-std::optional<Vector3> plane_of(std::span<const Point3> points, Vector3 wanted) {
-  constexpr double flatness = 1e-9;
-  constexpr double rounding = 1e-15;
-  const Point3 first = points.front();
-  const Point3 far = *std::ranges::max_element(
-      points, {}, [&](const Point3& point) { return length(point - first); });
-  const double tolerance =
-      flatness * length(far - first) + rounding * std::max(magnitude(first), magnitude(far));
-  if (lies_across(points, wanted, tolerance)) return wanted;
-
-  const Vector3 along = normalise(far - first);
-  const auto off_line = [&](const Point3& point) {
-    const Vector3 away = point - first;
-    return away - dot(away, along) * along;
-  };
-  const Vector3 aside = off_line(*std::ranges::max_element(
-      points, {}, [&](const Point3& point) { return length(off_line(point)); }));
-  if (length(aside) <= tolerance) {  // on one line
-    const Vector3 upwards = plan_normal - along.z * along;
-    return length(upwards) > flatness ? normalise(upwards) : Vector3{1, 0, 0};
-  }
-  const Vector3 across = normalise(cross(along, aside));
-  const Vector3 normal = across.z < 0 ? -across : across;
-  return lies_across(points, normal, tolerance) ? std::optional(normal) : std::nullopt;
-}
 
 bool is_sound(const PolylineShape& polyline) {
   return polyline.vertices.size() > 1 &&
@@ -79,6 +40,18 @@ std::optional<PolylineShape> bulged(const ArcShape& arc) {
     polyline.vertices.push_back({point_at(curve, place), i < segments ? bulge : 0});
   }
   return is_sound(polyline) ? std::optional(std::move(polyline)) : std::nullopt;
+}
+
+// An arc, or an ellipse that is as round.
+std::optional<ArcShape> as_arc(const Shape& shape) {
+  if (const auto* const arc = std::get_if<ArcShape>(&shape)) return *arc;
+  constexpr double rounding = 1e-12;
+  const auto* const ellipse = std::get_if<EllipseShape>(&shape);
+  if (ellipse == nullptr || std::abs(ellipse->ratio - 1) > rounding) return std::nullopt;
+  const EllipticArc curve = elliptic_arc(*ellipse);
+  return ArcShape{ellipse->center, ellipse->normal,
+                  normalise(point_at(curve, curve.start) - ellipse->center), length(ellipse->major),
+                  curve.sweep};
 }
 
 bool is_curve(const Shape& shape) {
@@ -113,32 +86,45 @@ bool PolylineConversion::to_light(EntityGeometry& geometry) {
     polyline->kind = PolylineKind::Light;
     return true;
   }
-  if (const auto* const arc = std::get_if<ArcShape>(&geometry.shape)) {
+  if (const std::optional<ArcShape> arc = as_arc(geometry.shape)) {
     std::optional<PolylineShape> polyline = bulged(*arc);
     if (!polyline) return false;
     geometry.shape = *std::move(polyline);
     return true;
   }
-  if (const auto* const ellipse = std::get_if<EllipseShape>(&geometry.shape)) {
-    return sampled_to_light(geometry, normalise(ellipse->normal));
-  }
-  const auto* const line = std::get_if<LineShape>(&geometry.shape);
-  return sampled_to_light(geometry, line != nullptr ? normalise(line->normal) : plan_normal);
+  const auto* const ellipse = std::get_if<EllipseShape>(&geometry.shape);
+  return ellipse != nullptr ? divided(geometry, normalise(ellipse->normal)) : to_plan(geometry);
 }
 
-bool PolylineConversion::sampled_to_light(EntityGeometry& geometry, Vector3 wanted) {
+bool PolylineConversion::divided(EntityGeometry& geometry, Vector3 normal) {
+  sample(geometry, {.pieces_per_curve = precision_}, path_);
+  return take_path(geometry, normal);
+}
+
+// The height is that of the first point. What is seen as one point is no curve there.
+bool PolylineConversion::to_plan(EntityGeometry& geometry) {
+  const auto* const line = std::get_if<LineShape>(&geometry.shape);
+  const bool from_below = line != nullptr && line->normal.z < 0;
   sample(geometry, {.pieces_per_curve = precision_}, path_);
   std::vector<Point3>& points = path_.points;
-  if (points.size() < 2) return false;
-  const std::optional<Vector3> normal = plane_of(points, wanted);
+  for (Point3& point : points)
+    point.z = points.front().z;
+  points.erase(std::unique(points.begin(), points.end()), points.end());
+  while (path_.closed && points.size() > 1 && points.back() == points.front())
+    points.pop_back();
+  if (!take_path(geometry, plan_normal)) return false;
+  if (from_below) geometry.thickness = -geometry.thickness;
+  return true;
+}
+
+bool PolylineConversion::take_path(EntityGeometry& geometry, Vector3 normal) {
+  if (path_.points.size() < 2) return false;
   PolylineShape polyline;
-  polyline.normal = normal.value_or(plan_normal);
+  polyline.normal = normal;
   polyline.closed = path_.closed;
-  polyline.vertices.reserve(points.size());
-  for (Point3 point : points) {
-    if (!normal) point.z = points.front().z;
+  polyline.vertices.reserve(path_.points.size());
+  for (const Point3& point : path_.points)
     polyline.vertices.push_back({point});
-  }
   geometry.shape = std::move(polyline);
   return true;
 }
@@ -147,14 +133,9 @@ bool PolylineConversion::to_3d(EntityGeometry& geometry) {
   if (is_of_kind(geometry.shape, PolylineKind::ThreeD)) return false;
   if (precision_ == 0 && is_whole_ellipse(geometry.shape)) return false;
   sample(geometry, {.pieces_per_curve = std::max(precision_, 1)}, path_);
-  if (path_.points.size() < 2) return false;
-  PolylineShape polyline;
-  polyline.kind = PolylineKind::ThreeD;
-  polyline.closed = path_.closed;
-  polyline.vertices.reserve(path_.points.size());
-  for (const Point3& point : path_.points)
-    polyline.vertices.push_back({point});
-  geometry = {std::move(polyline)};
+  if (!take_path(geometry, plan_normal)) return false;
+  std::get<PolylineShape>(geometry.shape).kind = PolylineKind::ThreeD;
+  geometry.thickness = 0;
   return true;
 }
 

@@ -21,8 +21,9 @@ class PolylineConversion {
   // ellipses, splines and polylines are converted.
   //
   // To a lightweight polyline: arcs, circles and old-style polylines stay exact as bulges, widths
-  // and thickness stay; ellipses and splines are divided. A curve in a plane stays in it; one that
-  // lies in none is seen in plan view, at the height of its first point.
+  // and thickness stay; ellipses are divided. All of these keep their plane. Lines, 3D polylines
+  // and splines are seen in plan view, at the height of their first point, and splines divided; one
+  // that is seen as a point is not converted.
   //
   // To a 3D polyline: straight pieces remain, curves are divided. With precision 0 an arc or a
   // bulge becomes the chord of its ends and a spline the points where its spans meet; circles and
@@ -32,7 +33,9 @@ class PolylineConversion {
  private:
   bool to_light(EntityGeometry& geometry);
   bool to_3d(EntityGeometry& geometry);
-  bool sampled_to_light(EntityGeometry& geometry, Vector3 wanted);
+  bool divided(EntityGeometry& geometry, Vector3 normal);
+  bool to_plan(EntityGeometry& geometry);
+  bool take_path(EntityGeometry& geometry, Vector3 normal);
 
   PolylineTarget target_;
   int precision_;
