@@ -44,7 +44,14 @@ std::optional<EllipticArc> whole_ellipse(const Shape& shape) {
 template <class Kind>
 constexpr bool is_filled = std::is_same_v<Kind, HatchShape> || std::is_same_v<Kind, FaceShape>;
 
+bool returns(const PolylineShape& polyline) {
+  const auto& vertices = polyline.vertices;
+  return vertices.size() > 1 && vertices.front().point == vertices.back().point;
+}
+
 bool has_closed_outlines(const Shape& shape) {
+  const auto* const polyline = std::get_if<PolylineShape>(&shape);
+  if (polyline != nullptr && returns(*polyline)) return true;
   return std::visit(
       [](const auto& any) {
         if constexpr (requires { any.closed; }) {

@@ -5,9 +5,10 @@
 
 namespace korvel {
 
-// Closed polylines of all kinds, closed splines and multilines, circles, whole ellipses, hatches
-// and faces (solid, trace, 3D face) have an area. Points, lines, arcs, open outlines, texts, block
-// references and unknown shapes have none, nor has a shape with a coordinate that is not finite.
+// Closed polylines of all kinds and those that end where they begin, closed splines and multilines,
+// circles, whole ellipses, hatches and faces (solid, trace, 3D face) have an area. Points, lines,
+// arcs, open outlines, texts, block references and unknown shapes have none, nor has a shape with a
+// coordinate that is not finite.
 //
 // The outline belongs to the area. A self-crossing outline encloses by the even-odd rule, and so do
 // the outlines of a hatch together, so that the inside of a hole is outside. Thickness does not
