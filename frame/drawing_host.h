@@ -91,7 +91,8 @@ class DrawingHost {
   // null identifier when no entity that can be opened has it.
   [[nodiscard]] virtual EntityId entity_with_handle(std::wstring_view handle) const = 0;
 
-  // The shape in world coordinates; none for an entity that cannot be opened.
+  // The shape in world coordinates; none for an entity that cannot be opened. Dimensions, leaders,
+  // meshes and tables are among those of unknown shape.
   [[nodiscard]] virtual std::optional<EntityGeometry> geometry_of(EntityId entity) const = 0;
 
   // None for entities without a size (rays, construction lines, empty blocks, unknown types).
@@ -103,9 +104,9 @@ class DrawingHost {
 
   // Gives the entity another shape, and with it, where need be, another type; its handle, its
   // properties and its extension dictionary stay. False, and nothing changed, when it cannot be
-  // opened for writing, is one that only looks like its shape (a leader, a mesh), or the host has
-  // no entity for the shape: points, lines, arcs, ellipses, polylines, texts and block references
-  // it has.
+  // opened for writing, has no shape, or the host has no entity for the new one: points, lines,
+  // arcs, ellipses, polylines, texts and block references it has. An R12 drawing without
+  // lightweight polylines makes old-style 2D ones instead, but not of those that are.
   virtual bool set_geometry(EntityId entity, const EntityGeometry& geometry) = 0;
 
   // None for an entity that cannot be opened.

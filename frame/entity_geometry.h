@@ -4,6 +4,7 @@
 // points.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -99,7 +100,7 @@ struct MlineShape {
 };
 
 // Single-line text and attribute definitions. `position` is the left end of the baseline, whatever
-// the justification.
+// the justification; `alignment` is the point by which a justified text was placed.
 struct TextShape {
   Point3 position;
   Vector3 normal;
@@ -107,6 +108,7 @@ struct TextShape {
   double height = 0;
   double rotation = 0;  // in the plane of `normal`
   double width_factor = 1;
+  std::optional<Point3> alignment{};
 };
 
 // Paragraph text; `text` keeps its formatting codes. Width and height are those of the laid-out
@@ -143,7 +145,8 @@ struct FaceShape {
   std::vector<Point3> corners;
 };
 
-// monostate: the host knows the entity but not its shape.
+// monostate: the host knows the entity but not its shape, or the entity is no such thing: a
+// dimension, a leader, a mesh, a table.
 using Shape = std::variant<std::monostate, PointShape, LineShape, ArcShape, EllipseShape,
                            PolylineShape, SplineShape, MlineShape, TextShape, MtextShape,
                            BlockReferenceShape, HatchShape, FaceShape>;

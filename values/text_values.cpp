@@ -7,6 +7,7 @@
 #include <numbers>
 #include <numeric>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include "frame/tables_in_use.h"
 #include "geometry/containment.h"
 #include "geometry/curve_sampler.h"
+#include "geometry/extents.h"
 #include "geometry/hit_test.h"
 #include "geometry/plan_points.h"
 #include "values/column_value.h"
@@ -38,15 +40,19 @@ struct Texts {
   }
 };
 
-Texts usable_texts(const DrawingHost& host) {
-  EntityList entities = host.model_space();
-  usable_filter(host, entities);
+// Those on locked layers count, as they are only read.
+Texts readable_texts(const DrawingHost& host) {
+  std::unordered_set<EntityId> shown_layers;
+  for (const Layer& layer : host.layers()) {
+    if (!layer.frozen && !layer.hidden && !layer.off) shown_layers.insert(layer.id);
+  }
   Texts found;
-  for (const EntityId entity : entities) {
+  for (const EntityId entity : host.model_space()) {
+    if (!shown_layers.contains(host.layer_of(entity))) continue;
     const std::optional<EntityGeometry> geometry = host.geometry_of(entity);
     if (!geometry) continue;
     if (const auto* const line = std::get_if<TextShape>(&geometry->shape)) {
-      found.add(entity, line->position, plain_text(line->text));
+      found.add(entity, line->alignment.value_or(line->position), plain_text(line->text));
     } else if (const auto* const block = std::get_if<MtextShape>(&geometry->shape)) {
       found.add(entity, block->position, plain_multiline_text(block->text));
     }
@@ -70,21 +76,21 @@ Extents widened(Extents extents, double tolerance) {
 class TextFinder {
  public:
   TextFinder(const DrawingHost& host, double tolerance)
-      : host_(host), tolerance_(tolerance), texts_(usable_texts(host)), points_(texts_.positions) {}
+      : host_(host),
+        tolerance_(tolerance),
+        texts_(readable_texts(host)),
+        points_(texts_.positions) {}
 
   enum class Found { None, One, Many };
 
   Found find(EntityId entity) {
-    const std::optional<Extents> extents = host_.extents_of(entity);
+    const std::optional<Extents> extents = read(entity);
     if (!extents) return Found::None;
     std::size_t count = 0;
-    geometry_.reset();
     const bool many = points_.any_in(
-        widened(*extents, tolerance_),
-        [&](const Extents& part) { return read(entity) && reaches_into(part); },
+        widened(*extents, tolerance_), [&](const Extents& part) { return reaches_into(part); },
         [&](std::size_t index) {
-          if (texts_.entities[index] == entity || !read(entity)) return false;
-          if (!reaches(texts_.positions[index])) return false;
+          if (texts_.entities[index] == entity || !reaches(texts_.positions[index])) return false;
           text_ = index;
           return ++count > 1;
         });
@@ -96,22 +102,24 @@ class TextFinder {
   [[nodiscard]] const std::wstring& text() const { return texts_.texts[text_]; }
 
  private:
-  // The entity's geometry is read when the first text is near.
-  bool read(EntityId entity) {
-    if (geometry_) return true;
+  // A block reference counts as its insertion point.
+  std::optional<Extents> read(EntityId entity) {
     outline_is_known_ = false;
-    geometry_ = host_.geometry_of(entity);
-    return geometry_.has_value();
+    geometry_ = host_.geometry_of(entity).value_or(EntityGeometry{});
+    const auto* const reference = std::get_if<BlockReferenceShape>(&geometry_.shape);
+    if (reference == nullptr) return host_.extents_of(entity);
+    geometry_ = {PointShape{reference->position}};
+    return korvel::extents_of(geometry_);
   }
 
   [[nodiscard]] double distance_to_outline(Point3 point) {
-    if (!outline_is_known_) sample(*geometry_, fine_, outline_);
+    if (!outline_is_known_) sample(geometry_, fine_, outline_);
     outline_is_known_ = true;
     return distance_to_path(outline_, point);
   }
 
   bool reaches(Point3 point) {
-    return area_contains(*geometry_, point) || distance_to_outline(point) <= tolerance_;
+    return area_contains(geometry_, point) || distance_to_outline(point) <= tolerance_;
   }
 
   // A part that the outline stays away from is all inside or all outside.
@@ -121,7 +129,7 @@ class TextFinder {
                         std::midpoint(part.min.y, part.max.y), 0};
     const double radius = std::hypot(part.max.x - middle.x, part.max.y - middle.y);
     return distance_to_outline(middle) <= slack * (radius + tolerance_) ||
-           area_contains(*geometry_, middle);
+           area_contains(geometry_, middle);
   }
 
   // Chords stay within about a millionth of their radius.
@@ -132,7 +140,7 @@ class TextFinder {
   Texts texts_;
   PlanPoints points_;
   // Of the entity in work.
-  std::optional<EntityGeometry> geometry_;
+  EntityGeometry geometry_;
   Path outline_;
   bool outline_is_known_ = false;
   std::size_t text_ = 0;

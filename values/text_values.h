@@ -25,8 +25,10 @@ struct TextCounts {
 
 // Writes into the first record of the table on each entity the one text of which the insertion
 // point is in its reach: in its area, or no farther from its outline than the tolerance, in plan
-// view. Texts are the single-line and multiline texts of model space on usable layers, without
-// their formatting; the entity itself is none of them. The document is to be locked.
+// view. A justified text counts by the point it is aligned to, a block reference as a point. Texts
+// are the single-line and multiline texts of model space on layers that are thawed and on, locked
+// ones included, without their formatting; the entity itself is none of them. The document is to be
+// locked.
 TextCounts set_texts(ODStore& store, const DrawingHost& host, const EntityList& entities,
                      const TextColumn& column);
 

@@ -88,7 +88,7 @@ std::optional<Extents> Drawing::extents_of(EntityId id) const {
 }
 
 std::optional<Extents> Drawing::work_out_extents(EntityId id) const {
-  const EntityGeometry geometry = geometry_of(id);
+  const EntityGeometry geometry = picture_of(id);
   const auto* const reference = std::get_if<BlockReferenceShape>(&geometry.shape);
   if (reference == nullptr) return korvel::extents_of(geometry);
   std::optional<Extents> box;
@@ -139,7 +139,7 @@ const Drawing::BlockOutline& Drawing::outline_of_block(std::uint32_t block, int 
   };
   for (const std::uint32_t index : blocks_[block].entities) {
     if (entities_[index].erased) continue;
-    const EntityGeometry geometry = geometry_of(id_of(index));
+    const EntityGeometry geometry = picture_of(id_of(index));
     if (const auto* const nested = std::get_if<BlockReferenceShape>(&geometry.shape)) {
       place_block(*nested, depth + 1, take);
       continue;

@@ -143,6 +143,12 @@ EntityGeometry Drawing::geometry_of(EntityId id) const {
   return read_geometry(document_.groups(known->item), document_.codec());
 }
 
+EntityGeometry Drawing::picture_of(EntityId id) const {
+  const Entity* const known = entity(id);
+  if (known == nullptr) return {};
+  return read_picture(document_.groups(known->item), document_.codec());
+}
+
 // --- Layers ---
 
 // An entity without the name of a layer is on "0".

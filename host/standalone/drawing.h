@@ -100,6 +100,8 @@ class Drawing {
   [[nodiscard]] bool on_locked_layer(EntityId id) const;
   [[nodiscard]] EntityProperties properties_of(EntityId id) const;
   [[nodiscard]] EntityGeometry geometry_of(EntityId id) const;
+  // What is seen of the entity, also where it has no shape (read_picture).
+  [[nodiscard]] EntityGeometry picture_of(EntityId id) const;
   // Block references are expanded; none for entities without a size. Kept for the next question.
   [[nodiscard]] std::optional<Extents> extents_of(EntityId id) const;
   // None for anything but a block reference. A variant of a dynamic block says which definition it
@@ -116,12 +118,10 @@ class Drawing {
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
   std::optional<EntityId> add_entity(const EntityGeometry& geometry,
                                      const EntityProperties& properties);
-  // Leaders and meshes: they read as polylines, but a polyline in their place would not be what
-  // they are.
-  [[nodiscard]] bool keeps_its_shape(EntityId id) const;
   // Gives the entity another shape; handle, properties and object data stay. False when it does not
-  // exist, its layer is locked, it keeps its shape, or the file has no type of entity for the shape
-  // (see add_entity, and ellipses but in R12).
+  // exist, its layer is locked, it has no shape, or the file has no type of entity for the shape
+  // (see add_entity, and ellipses but in R12), or no other one: R12 has old-style 2D polylines in
+  // the place of lightweight ones.
   bool set_geometry(EntityId id, const EntityGeometry& geometry);
   // Gives the entity these properties; false when it does not exist or its layer is locked.
   bool set_properties(EntityId id, const EntityProperties& properties);

@@ -262,7 +262,7 @@ void append_entity(const Drawing& drawing, EntityId id, std::wstring& out) {
   append_ascii(drawing.type_of(id), out);
   append_place(drawing, id, out);
   append_properties(drawing.properties_of(id), out);
-  const EntityGeometry geometry = drawing.geometry_of(id);
+  const EntityGeometry geometry = drawing.picture_of(id);
   std::visit(ShapeText(out), geometry.shape);
   if (geometry.thickness != 0) {
     out += L" thickness ";

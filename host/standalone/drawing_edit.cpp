@@ -20,6 +20,11 @@ constexpr std::string_view first_version_with_light_polylines = "AC1014";
 // Characters that no CAD program accepts in the name of a layer.
 constexpr std::wstring_view forbidden_in_names = L"<>/\\\":;?*|,=`";
 
+bool is_of_kind(const Shape& shape, PolylineKind kind) {
+  const auto* const polyline = std::get_if<PolylineShape>(&shape);
+  return polyline != nullptr && polyline->kind == kind;
+}
+
 }  // namespace
 
 void Drawing::replace_item(dxf::ItemIndex item, std::string_view bytes) {
@@ -117,23 +122,17 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   return id_of(index);
 }
 
-bool Drawing::keeps_its_shape(EntityId id) const {
-  constexpr std::int64_t mesh_bits = 16 | 64;
-  const std::string_view type = type_of(id);
-  if (type == "LEADER") return true;
-  if (type != "POLYLINE") return false;
-  dxf::GroupReader reader = document_.groups(entity(id)->item);
-  dxf::Group group;
-  (void)reader.next(group);
-  while (reader.next(group) && group.code != 0) {
-    if (group.code == 70) return (group.integer() & mesh_bits) != 0;
-  }
-  return false;
-}
-
 bool Drawing::set_geometry(EntityId id, const EntityGeometry& geometry) {
   const Entity* const known = entity(id);
-  if (known == nullptr || on_locked_layer(id) || keeps_its_shape(id)) return false;
+  if (known == nullptr || on_locked_layer(id)) return false;
+  const Shape present = geometry_of(id).shape;
+  if (std::holds_alternative<std::monostate>(present)) return false;
+  // Where there are no lightweight polylines, the old-style ones are what those would be.
+  const bool has_light = document_.at_least(first_version_with_light_polylines);
+  if (!has_light && is_of_kind(present, PolylineKind::Old2d) &&
+      is_of_kind(geometry.shape, PolylineKind::Light)) {
+    return false;
+  }
   const std::optional<std::string> bytes =
       with_geometry(document_.bytes(known->item), geometry, place_for_new());
   if (!bytes) return false;

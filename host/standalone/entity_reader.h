@@ -12,10 +12,13 @@
 
 namespace korvel {
 
-// The shape in world coordinates. Dimensions and tables are references to the block that pictures
-// them, leaders and meshes the 3D polyline of their vertices. Rays, construction lines, proxies and
-// types that are not known have no shape.
+// The shape in world coordinates. Dimensions, leaders, meshes, tables, rays, construction lines,
+// proxies and types that are not known have none.
 [[nodiscard]] EntityGeometry read_geometry(dxf::GroupReader groups, const dxf::TextCodec& codec);
+
+// What is seen of the entity: its shape; for dimensions and tables, a reference to the block that
+// pictures them; for leaders and meshes, the 3D polyline of their vertices.
+[[nodiscard]] EntityGeometry read_picture(dxf::GroupReader groups, const dxf::TextCodec& codec);
 
 // The properties of the head record.
 [[nodiscard]] EntityProperties read_properties(dxf::GroupReader groups,

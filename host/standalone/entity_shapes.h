@@ -19,7 +19,9 @@ namespace korvel {
 [[nodiscard]] EntityGeometry read_3d_face(EntityRecords& records, const dxf::TextCodec& codec);
 
 [[nodiscard]] EntityGeometry read_lwpolyline(EntityRecords& records, const dxf::TextCodec& codec);
+// POLYLINE is a polyline or else a mesh, polygon or polyface; what it is not has no shape.
 [[nodiscard]] EntityGeometry read_polyline(EntityRecords& records, const dxf::TextCodec& codec);
+[[nodiscard]] EntityGeometry read_mesh(EntityRecords& records, const dxf::TextCodec& codec);
 [[nodiscard]] EntityGeometry read_leader(EntityRecords& records, const dxf::TextCodec& codec);
 [[nodiscard]] EntityGeometry read_mline(EntityRecords& records, const dxf::TextCodec& codec);
 

@@ -40,6 +40,8 @@ PolylineHead read_head(EntityRecords& records) {
   return head;
 }
 
+bool is_mesh(const PolylineHead& head) { return (head.flags & (mesh_bit | polyface_bit)) != 0; }
+
 struct FileVertex {
   Vertex vertex;
   std::int64_t flags = 0;
@@ -120,12 +122,12 @@ EntityGeometry read_lwpolyline(EntityRecords& records, const dxf::TextCodec&) {
 
 EntityGeometry read_polyline(EntityRecords& records, const dxf::TextCodec&) {
   const PolylineHead head = read_head(records);
-  const bool is_mesh = (head.flags & (mesh_bit | polyface_bit)) != 0;
-  const bool is_plane = !is_mesh && (head.flags & three_d_bit) == 0;
+  if (is_mesh(head)) return {};
+  const bool is_plane = (head.flags & three_d_bit) == 0;
 
   PolylineShape line;
   line.kind = is_plane ? PolylineKind::Old2d : PolylineKind::ThreeD;
-  line.closed = !is_mesh && (head.flags & closed_bit) != 0;
+  line.closed = (head.flags & closed_bit) != 0;
   const PlaneToWorld world(is_plane ? head.extrusion.normal : Vector3{});
   line.normal = world.normal();
   line.linetype_runs_on = is_plane && (head.flags & linetype_bit) != 0;
@@ -142,6 +144,18 @@ EntityGeometry read_polyline(EntityRecords& records, const dxf::TextCodec&) {
     line.vertices.push_back(read.vertex);
   }
   return {std::move(line), head.extrusion.thickness};
+}
+
+EntityGeometry read_mesh(EntityRecords& records, const dxf::TextCodec&) {
+  const PolylineHead head = read_head(records);
+  if (!is_mesh(head)) return {};
+  PolylineShape line;
+  line.kind = PolylineKind::ThreeD;
+  while (records.next_record() && records.type() == "VERTEX") {
+    const FileVertex read = read_vertex(records, head);
+    if (is_on_shape(read.flags)) line.vertices.push_back({read.vertex.point});
+  }
+  return {std::move(line)};
 }
 
 EntityGeometry read_leader(EntityRecords& records, const dxf::TextCodec&) {

@@ -86,16 +86,30 @@ void take_laid_out_size(const dxf::Group& group, MtextShape& text) {
   if (group.code == 43) text.height = group.real();
 }
 
+// The vertical justification of an attribute definition has a code of its own; 73 is a length
+// there.
+bool is_justification(const dxf::Group& group, std::string_view type) {
+  const int vertical = type == "ATTDEF" ? 74 : 73;
+  return (group.code == 72 || group.code == vertical) && group.integer() != 0;
+}
+
 }  // namespace
 
 EntityGeometry read_text(EntityRecords& records, const dxf::TextCodec& codec) {
   TextShape text;
+  Point3 alignment;
+  bool is_justified = false;
+  bool has_alignment = false;
   Extrusion extrusion;
   dxf::Group group;
   while (records.next(group)) {
     switch (group.code) {
       case 1:
         codec.decode(group.value, text.text);
+        break;
+      case 11:
+        has_alignment = true;
+        alignment.x = group.real();
         break;
       case 40:
         text.height = group.real();
@@ -106,12 +120,19 @@ EntityGeometry read_text(EntityRecords& records, const dxf::TextCodec& codec) {
       case 50:
         text.rotation = group.real() * radians_per_degree;
         break;
+      case 72:
+      case 73:
+      case 74:
+        is_justified = is_justified || is_justification(group, records.type());
+        break;
       default:
-        if (!take_point(group, 10, text.position)) extrusion.take(group);
+        if (take_point(group, 10, text.position) || take_point(group, 11, alignment)) break;
+        extrusion.take(group);
     }
   }
   const PlaneToWorld world(extrusion.normal);
   text.position = world(text.position);
+  if (is_justified && has_alignment) text.alignment = world(alignment);
   text.normal = world.normal();
   return {std::move(text), extrusion.thickness};
 }

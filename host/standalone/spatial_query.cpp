@@ -90,7 +90,7 @@ void for_each_visible(const Drawing& drawing, Test&& test, Visit&& visit) {
     if (invisible.contains(drawing.layer_of(id))) continue;
     const std::optional<Extents> extents = drawing.extents_of(id);
     if (!extents || !test(*extents)) continue;
-    outline_of(drawing.geometry_of(id), *extents, outline);
+    outline_of(drawing.picture_of(id), *extents, outline);
     visit(id, std::as_const(outline));
   }
 }

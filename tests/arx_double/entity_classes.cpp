@@ -251,16 +251,20 @@ class ClassOf {
   std::string_view type_;
 };
 
+// Whether the entity is of a class that the binding does not read, whatever it looks like.
+bool is_unread(std::string_view type) {
+  constexpr std::array<std::string_view, 4> parts{"DIMENSION", "LEADER", "TABLE", "MPOLYGON"};
+  return std::ranges::any_of(
+      parts, [type](std::string_view part) { return type.find(part) != std::string_view::npos; });
+}
+
 }  // namespace
 
 std::unique_ptr<AcDbObject> entity_over(const AcDbObjectId& id) {
   const Drawing& drawing = working_drawing().drawing();
   const EntityId entity = entity_of(id);
   const std::string_view type = drawing.type_of(entity);
-  // They are not of the class whose shape they have.
-  const bool is_of_another_class =
-      drawing.keeps_its_shape(entity) || type.find("DIMENSION") != std::string_view::npos;
-  if (is_of_another_class) return std::make_unique<AcDbEntity>();
+  if (is_unread(type)) return std::make_unique<AcDbEntity>();
   const EntityGeometry geometry = drawing.geometry_of(entity);
   return std::visit(ClassOf(geometry, type), geometry.shape);
 }

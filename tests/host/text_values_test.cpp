@@ -64,21 +64,25 @@ TEST_F(TextValues, AreTheOneTextInReach) {
   write({0, 0, 50}, L"%%cheight does not count");
   write({100, 0, 0}, L"first");
   write({100, 1, 0}, L"second");
-  write({200, 0, 0}, L"locked", L"LOCKED");
+  write({200, 0, 0}, L"locked layers are only read", L"LOCKED");
   write({200, 0, 0}, L"off", L"OFF");
+  write({300, 0, 0}, L"off", L"OFF");
   const EntityId round = draw_with_record(bulged({-5, 0, 0}, {5, 0, 0}, true));
   const EntityId crowded =
       draw_with_record(ArcShape{{100, 0, 0}, up, {1, 0, 0}, 5, 2 * std::numbers::pi});
-  const EntityId empty = draw_with_record(bulged({195, 0, 0}, {205, 0, 0}, true));
+  const EntityId locked = draw_with_record(bulged({195, 0, 0}, {205, 0, 0}, true));
+  const EntityId empty = draw_with_record(bulged({295, 0, 0}, {305, 0, 0}, true));
   const EntityId bare = draw(bulged({-5, 0, 0}, {5, 0, 0}, true));
   const EntityId gone = draw_with_record(bulged({-5, 0, 0}, {5, 0, 0}, true));
   const Failures failures{.open = {gone}};
   FailingStore store(store_, failures);
   const FailingHost host(host_, failures);
 
-  expect_counts(set_texts(store, host, {round, crowded, empty, bare, gone}, {L"T", L"TEXT", 0}),
-                {1, 4, 1, 1});
+  expect_counts(
+      set_texts(store, host, {round, crowded, locked, empty, bare, gone}, {L"T", L"TEXT", 0}),
+      {2, 5, 1, 1});
   EXPECT_EQ(value(round), L"\u2300height does not count");
+  EXPECT_EQ(value(locked), L"locked layers are only read");
   for (const EntityId id : {crowded, empty, gone})
     EXPECT_EQ(value(id), L"-");
   expect_counts(set_texts(store_, host_, {round}, {L"T", L"NO_FIELD", 0}), {0, 1, 0, 0});
@@ -107,28 +111,49 @@ TEST_F(TextValues, ReachAsFarAsTheToleranceFromTheOutline) {
   }
 }
 
-// Shows every point of the drawing as a multiline text.
-class MultilineHost final : public ForwardingHost {
+// Shows every point of the drawing as another shape.
+class ReplacingHost final : public ForwardingHost {
  public:
-  using ForwardingHost::ForwardingHost;
+  ReplacingHost(DrawingHost& host, Shape shape) : ForwardingHost(host), shape_(std::move(shape)) {}
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     auto geometry = ForwardingHost::geometry_of(entity);
-    if (geometry && std::holds_alternative<PointShape>(geometry->shape)) {
-      MtextShape text;
-      text.position = std::get<PointShape>(geometry->shape).position;
-      text.text = L"{\\C1;Parcel}\\P%%c7";
-      geometry->shape = text;
-    }
+    if (geometry && std::holds_alternative<PointShape>(geometry->shape)) geometry->shape = shape_;
     return geometry;
   }
+
+ private:
+  Shape shape_;
 };
 
 TEST_F(TextValues, AreMultilineTextsWithoutTheirFormats) {
   const EntityId circle =
       draw_with_record(ArcShape{{0, 0, 0}, up, {1, 0, 0}, 5, 2 * std::numbers::pi});
-  expect_counts(set_texts(store_, MultilineHost(host_), {circle}, {L"T", L"TEXT", 0}),
+  MtextShape text;
+  text.text = L"{\\C1;Parcel}\\P%%c7";
+  expect_counts(set_texts(store_, ReplacingHost(host_, text), {circle}, {L"T", L"TEXT", 0}),
                 {1, 1, 0, 0});
   EXPECT_EQ(value(circle), L"Parcel \u23007");
+}
+
+TEST_F(TextValues, LieWhereTheyAreAligned) {
+  const EntityId circle =
+      draw_with_record(ArcShape{{100, 0, 0}, up, {1, 0, 0}, 5, 2 * std::numbers::pi});
+  TextShape text;
+  text.text = L"centred";
+  text.alignment = Point3{100, 0, 0};
+  expect_counts(set_texts(store_, ReplacingHost(host_, text), {circle}, {L"T", L"TEXT", 0}),
+                {1, 1, 0, 0});
+}
+
+// Whatever its block shows: here there is none.
+TEST_F(TextValues, ReachABlockReferenceAtItsInsertionPoint) {
+  write({100, 3, 0}, L"tree");
+  const EntityId tree = draw_with_record(PointShape{{7, 7, 7}});
+  BlockReferenceShape reference;
+  reference.position = {100, 0, 9};
+  const ReplacingHost host(host_, reference);
+  expect_counts(set_texts(store_, host, {tree}, {L"T", L"TEXT", 2.9}), {0, 1, 1, 0});
+  expect_counts(set_texts(store_, host, {tree}, {L"T", L"TEXT", 3}), {1, 1, 0, 0});
 }
 
 TEST_F(TextValues, OfATextAreThoseOfOthers) {

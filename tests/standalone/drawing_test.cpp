@@ -290,6 +290,20 @@ TEST(Drawing, ErasingLeavesTheObjectDataOfOthersAlone) {
   EXPECT_EQ(difference(file, drawing->to_bytes()), "-27");
 }
 
+// Else a conversion to 2D polylines would count them on every run.
+TEST(Drawing, OfR12MakesLightPolylinesOldOnesOnce) {
+  const auto drawing =
+      read(framed("0 SECTION\n2 ENTITIES\n0 LINE\n8 0\n10 0.0\n20 0.0\n11 1.0\n"
+                  "21 1.0\n0 ENDSEC\n0 EOF\n"));
+  ASSERT_TRUE(drawing);
+  const EntityId id = drawing->entities(Space::Model).at(0);
+  const EntityGeometry light{
+      PolylineShape{PolylineKind::Light, {{{0, 0, 0}}, {{1, 1, 0}}}, {0, 0, 1}}};
+  EXPECT_TRUE(drawing->set_geometry(id, light));
+  EXPECT_EQ(drawing->type_of(id), "POLYLINE");
+  EXPECT_FALSE(drawing->set_geometry(id, light));
+}
+
 TEST(Drawing, ClaimsInTheFileAreNotBelieved) {
   const std::string huge(400, '9');
   const std::string lines = sample_lines("AC1032");

@@ -37,6 +37,11 @@ EntityGeometry geometry(std::string_view groups) {
   return read_geometry({bytes, dxf::Framing::Ascii}, codec());
 }
 
+EntityGeometry picture(std::string_view groups) {
+  const std::string bytes = entity(groups);
+  return read_picture({bytes, dxf::Framing::Ascii}, codec());
+}
+
 template <class Kind>
 Kind shape(std::string_view groups) {
   const EntityGeometry read = geometry(groups);
@@ -137,7 +142,27 @@ TEST(EntityReader, PlacesEveryTypeInTheWorld) {
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
-    expect_near(places(geometry(test.groups).shape), test.expected);
+    expect_near(places(picture(test.groups).shape), test.expected);
+  }
+}
+
+TEST(EntityReader, OnlyJustifiedTextHasAnAlignmentPoint) {
+  const std::string text = "10 1|20 2|11 5|21 6|31 7|210 0|220 0|230 -1";
+  EXPECT_EQ(shape<TextShape>("0 TEXT|72 1|" + text).alignment, (Point3{-5, 6, -7}));
+  EXPECT_EQ(shape<TextShape>("0 TEXT|73 2|" + text).alignment, (Point3{-5, 6, -7}));
+  EXPECT_EQ(shape<TextShape>("0 ATTDEF|74 2|" + text).alignment, (Point3{-5, 6, -7}));
+  EXPECT_FALSE(shape<TextShape>("0 TEXT|72 0|73 0|" + text).alignment);
+  EXPECT_FALSE(shape<TextShape>("0 ATTDEF|73 5|" + text).alignment);
+  EXPECT_FALSE(shape<TextShape>("0 TEXT|72 1|10 1|20 2").alignment);
+}
+
+TEST(EntityReader, WhatIsNoCurveOrAreaHasAPictureAlone) {
+  for (const char* groups :
+       {"0 DIMENSION|2 *D3|10 5|70 32", "0 LEADER|10 1|20 2|10 3|20 4",
+        "0 POLYLINE|70 17|0 VERTEX|70 64|10 1|20 2|0 SEQEND",
+        "0 POLYLINE|70 64|0 VERTEX|70 192|10 1|20 2|0 SEQEND", "0 ACAD_TABLE|2 *T1|10 1|20 2"}) {
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(geometry(groups).shape)) << groups;
+    EXPECT_FALSE(places(picture(groups).shape).empty()) << groups;
   }
 }
 
@@ -145,7 +170,6 @@ TEST(EntityReader, PolylineClosesByItsFlagAlone) {
   EXPECT_TRUE(shape<PolylineShape>("0 LWPOLYLINE|70 27265|10 0|20 0").closed);
   EXPECT_FALSE(shape<PolylineShape>("0 LWPOLYLINE|70 128|10 0|20 0").closed);
   EXPECT_TRUE(shape<PolylineShape>("0 POLYLINE|70 9|0 VERTEX|10 0|20 0|0 SEQEND").closed);
-  EXPECT_FALSE(shape<PolylineShape>("0 POLYLINE|70 17|0 VERTEX|10 0|20 0|0 SEQEND").closed);
   EXPECT_TRUE(shape<MlineShape>("0 MLINE|70 0|71 3|11 0|21 0|31 0").closed);
   EXPECT_FALSE(shape<MlineShape>("0 MLINE|70 2|71 1|11 0|21 0|31 0").closed);
 }
@@ -312,15 +336,18 @@ TEST(EntityReader, ReferencesNameTheirBlock) {
   EXPECT_EQ(insert.column_spacing, 5);
   EXPECT_EQ(insert.row_spacing, 6);
 
-  const auto table = shape<BlockReferenceShape>(
-      "0 ACAD_TABLE|92 4|310 00|100 AcDbBlockReference|2 *T1|10 1|20 2|30 3|100 AcDbTable|11 0|21 "
-      "2|31 0|"
-      "91 2|92 2|41 9|2 x|10 7|11 5|21 0");
+  const auto table =
+      std::get<BlockReferenceShape>(picture("0 ACAD_TABLE|92 4|310 00|100 AcDbBlockReference|2 "
+                                            "*T1|10 1|20 2|30 3|100 AcDbTable|11 0|21 "
+                                            "2|31 0|"
+                                            "91 2|92 2|41 9|2 x|10 7|11 5|21 0")
+                                        .shape);
   EXPECT_EQ(table.block, L"*T1");
   EXPECT_EQ(table.position, (Point3{1, 2, 3}));
   EXPECT_NEAR(table.rotation, pi / 2, 1e-12);
   EXPECT_EQ(table.scale, (Point3{1, 1, 1}));
-  EXPECT_EQ(shape<BlockReferenceShape>("0 DIMENSION|2 *D3|10 5|70 32").block, L"*D3");
+  EXPECT_EQ(std::get<BlockReferenceShape>(picture("0 DIMENSION|2 *D3|10 5|70 32").shape).block,
+            L"*D3");
 }
 
 TEST(EntityReader, PropertiesComeFromTheCommonPart) {
@@ -352,20 +379,25 @@ TEST(EntityReader, PropertiesComeFromTheCommonPart) {
 }
 
 TEST(EntityReader, CountsInTheFileAreNotBelieved) {
-  const std::string whole = entity(
+  const char* const entities[] = {
       "0 HATCH|100 AcDbHatch|91 2147483647|92 2|93 2147483647|10 1|20 2|10 3|20 4|92 1|93 9|72 "
       "4|94 3|"
       "95 2147483647|40 0|40 0|40 0|40 0|40 1|40 1|40 1|40 1|10 0|20 0|10 1|20 1|10 2|20 2|10 3|20 "
-      "0|75 0");
-  for (std::size_t size = 0; size <= whole.size(); ++size) {
-    const std::string cut = whole.substr(0, size);
-    const EntityGeometry read = read_geometry({cut, dxf::Framing::Ascii}, codec());
-    const auto* hatch = std::get_if<HatchShape>(&read.shape);
-    if (hatch == nullptr) continue;
-    std::size_t vertices = 0;
-    for (const PolylineShape& loop : hatch->loops)
-      vertices += loop.vertices.size();
-    EXPECT_LT(vertices, 1000U) << "after " << size << " bytes";
+      "0|75 0",
+      "0 MPOLYGON|91 2147483647|92 2|73 0|72 1|93 2147483647|10 1|20 2|42 1|10 3|20 4|92 2|93 -1|"
+      "10 5|20 6|76 1|11 9|21 9|99 2147483647"};
+  for (const char* groups : entities) {
+    const std::string whole = entity(groups);
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+      const std::string cut = whole.substr(0, size);
+      const EntityGeometry read = read_geometry({cut, dxf::Framing::Ascii}, codec());
+      const auto* hatch = std::get_if<HatchShape>(&read.shape);
+      if (hatch == nullptr) continue;
+      std::size_t vertices = 0;
+      for (const PolylineShape& loop : hatch->loops)
+        vertices += loop.vertices.size();
+      EXPECT_LT(vertices, 1000U) << groups << " after " << size << " bytes";
+    }
   }
 }
 

@@ -1,9 +1,8 @@
 // Drawings that CAD programs wrote, where a folder of them is at hand: kept byte for byte, and
 // object data put into them and taken out again.
-//
-// The folder is KORVEL_SHARED_DRAWINGS, else ../shared/drawings beside the sources.
+#include "tests/standalone/shared_drawings.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
@@ -18,19 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 using test::difference;
 
-std::vector<fs::path> shared_drawings() {
-  const char* const given = std::getenv("KORVEL_SHARED_DRAWINGS");
-  const fs::path folder =
-      given != nullptr ? fs::path(given) : fs::path(KORVEL_SOURCE_DIR) / "../shared/drawings";
-  std::vector<fs::path> drawings;
-  if (!fs::is_directory(folder)) return drawings;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    if (entry.path().extension() == ".dxf") drawings.push_back(entry.path());
-  }
-  std::sort(drawings.begin(), drawings.end());
-  return drawings;
-}
-
 std::vector<std::wstring> lines_of(const Drawing& drawing) {
   std::vector<std::wstring> lines;
   dump(drawing, [&lines](std::wstring_view line) { lines.emplace_back(line); });
@@ -42,7 +28,7 @@ class SharedDrawings : public testing::Test {
   void SetUp() override {
     if (drawings_.empty()) GTEST_SKIP() << "no folder of shared drawings is at hand";
   }
-  const std::vector<fs::path> drawings_ = shared_drawings();
+  const std::vector<fs::path> drawings_ = test::shared_drawings();
 };
 
 TEST_F(SharedDrawings, AreWrittenBackByteForByte) {

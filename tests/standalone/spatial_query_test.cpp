@@ -170,6 +170,16 @@ TEST(SpatialQuery, BlockReferencesCountByTheExtentsOfTheirContents) {
   EXPECT_FALSE(nearest_entity(plan, {14.2, 11}, 0.1));
 }
 
+TEST(SpatialQuery, ArraysOfBlockReferencesReachToTheirLastCell) {
+  std::string file = drawing_with_block;
+  const std::string cells = "70\n3\n71\n2\n44\n5.0\n45\n7.0\n";
+  file.insert(file.find("41\n2.0\n"), cells);
+  const auto drawing = Drawing::read(file, "block.dxf");
+  ASSERT_TRUE(drawing) << drawing.reason();
+  const EntityId array = (*drawing)->entities(Space::Model).at(0);
+  EXPECT_EQ((*drawing)->extents_of(array), (Extents{{10, 10, 0}, {24, 19, 0}}));
+}
+
 TEST(SpatialQuery, KnownExtentsFollowChangesUndoAndRedo) {
   const auto read = Drawing::read(drawing_with_block, "block.dxf");
   ASSERT_TRUE(read) << read.reason();

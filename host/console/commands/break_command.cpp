@@ -90,8 +90,7 @@ void break_entity(ConsoleHost& host) {
   const EntityId entity = picked->entity;
   const EntityGeometry geometry = drawing.geometry_of(entity);
   // New entities go to model space alone.
-  if (!can_be_cut(geometry.shape) || drawing.keeps_its_shape(entity) ||
-      drawing.space_of(entity) != Space::Model) {
+  if (!can_be_cut(geometry.shape) || drawing.space_of(entity) != Space::Model) {
     return host.refuse(why_not(CurveCut::NoCurve));
   }
   if (!host.opens(entity, OpenMode::Write)) {

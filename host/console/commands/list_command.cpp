@@ -27,8 +27,8 @@ class EntityText {
   [[nodiscard]] std::wstring of(EntityId id) {
     type(id);
     properties(drawing_.properties_of(id));
+    std::visit(*this, drawing_.picture_of(id).shape);
     const EntityGeometry geometry = drawing_.geometry_of(id);
-    std::visit(*this, geometry.shape);
     if (geometry.thickness != 0) number(L"thickness", geometry.thickness);
     if (const auto length = length_of(geometry.shape)) number(L"length", *length);
     if (const auto area = area_of(geometry.shape)) number(L"area", *area);
