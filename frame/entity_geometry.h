@@ -4,6 +4,7 @@
 // points.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <variant>
@@ -135,9 +136,17 @@ struct BlockReferenceShape {
   double row_spacing = 0;
 };
 
+// A part of an outline that no bulge can be: the curve from the vertex of that index to the next.
+struct CurvedEdge {
+  std::size_t loop = 0;
+  std::size_t segment = 0;
+  std::variant<EllipseShape, SplineShape> curve;
+};
+
 // A filled shape: closed outlines, holes by the even-odd rule.
 struct HatchShape {
   std::vector<PolylineShape> loops;
+  std::vector<CurvedEdge> curved_edges{};  // by loop, then by segment, each once
 };
 
 // A three- or four-cornered plate (solid, trace, 3D face), corners in running order.

@@ -7,6 +7,7 @@
 
 #include "geometry/bulge.h"
 #include "geometry/elliptic_arc.h"
+#include "geometry/hatch_loops.h"
 #include "geometry/spline.h"
 #include "geometry/text_box.h"
 #include "geometry/vector.h"
@@ -57,7 +58,7 @@ class Sampler {
 
   void operator()(const ArcShape& arc) { add_whole(elliptic_arc(arc)); }
   void operator()(const EllipseShape& ellipse) { add_whole(elliptic_arc(ellipse)); }
-  void operator()(const PolylineShape& polyline) { add_polyline(polyline, polyline.closed); }
+  void operator()(const PolylineShape& polyline) { add_polyline({polyline, {}}, polyline.closed); }
   void operator()(const MlineShape& mline) { add_chain(mline.vertices, mline.closed); }
   void operator()(const TextShape& text) { add_chain(text_box(text), true); }
   void operator()(const MtextShape& text) { add_chain(text_box(text), true); }
@@ -66,6 +67,7 @@ class Sampler {
   void operator()(const SplineShape& spline) {
     if (has_curve(spline)) {
       add_spline(spline);
+      finish_part(spline.closed);
     } else {
       add_chain(spline.fit_points.empty() ? spline.control_points : spline.fit_points,
                 spline.closed);
@@ -73,12 +75,11 @@ class Sampler {
   }
 
   void operator()(const HatchShape& hatch) {
-    for (const PolylineShape& loop : hatch.loops) {
-      if (loop.vertices.empty()) continue;
+    for_each_loop(hatch, [this](const HatchLoop& loop) {
       part_ = out_.points.size();
       if (part_ > 0) out_.later_parts.push_back(part_);
       add_polyline(loop, true);
-    }
+    });
   }
 
  private:
@@ -109,25 +110,42 @@ class Sampler {
     }
   }
 
+  // At most so many pieces, but three of a whole turn.
+  void add_inside_within(const EllipticArc& arc, std::size_t most) {
+    const std::size_t pieces = piece_count(arc.sweep, rule_, most);
+    add_inside(arc, is_whole_turn(arc.sweep) ? std::max<std::size_t>(pieces, 3) : pieces);
+  }
+
   void add_whole(const EllipticArc& arc) {
     const bool closed = is_whole_turn(arc.sweep);
-    const std::size_t pieces = piece_count(arc.sweep, rule_, most_curve_points);
     add(point_at(arc, arc.start));
-    add_inside(arc, closed ? std::max<std::size_t>(pieces, 3) : pieces);
+    add_inside_within(arc, most_curve_points);
     if (!closed) add(point_at(arc, arc.start + arc.sweep));
     finish_part(closed);
   }
 
-  void add_polyline(const PolylineShape& polyline, bool closed) {
+  void add_polyline(HatchLoop loop, bool closed) {
+    const PolylineShape& polyline = loop.outline;
     const std::size_t segments = segment_count(polyline, closed);
     for (std::size_t i = 0; i < polyline.vertices.size(); ++i) {
       add(polyline.vertices[i].point);
       if (i == segments) break;
-      if (const auto arc = segment_arc(polyline, i)) {
-        add_inside(elliptic_arc(*arc), piece_count(arc->sweep, rule_, spare() / (segments - i)));
+      const std::size_t most = spare() / (segments - i);
+      if (const CurvedEdge* const edge = loop.curve_of(i)) {
+        add_edge(edge->curve, most);
+      } else if (const auto arc = segment_arc(polyline, i)) {
+        add_inside_within(elliptic_arc(*arc), most);
       }
     }
     finish_part(closed);
+  }
+
+  void add_edge(const decltype(CurvedEdge::curve)& curve, std::size_t most) {
+    if (const auto* const ellipse = std::get_if<EllipseShape>(&curve)) {
+      add_inside_within(elliptic_arc(*ellipse), most);
+    } else if (const auto& spline = std::get<SplineShape>(curve); has_curve(spline)) {
+      add_spline(spline);
+    }
   }
 
   void add_spline(const SplineShape& spline) {
@@ -135,9 +153,7 @@ class Sampler {
     const auto degree = static_cast<std::size_t>(spline.degree);
     const std::size_t points = spline.control_points.size();
     std::size_t span = span_from(spline, degree);
-    // Clamped ends are control points; evaluation with weights would only round them.
-    const bool clamped_start = span == degree && knots.front() == knots[degree];
-    add(clamped_start ? spline.control_points.front() : spline_point(spline, span, knots[span]));
+    add(spline_start(spline));
     for (std::size_t before = span; span < points; span = span_from(spline, span + 1)) {
       const bool jumps = span > before + degree;
       if (jumps) add(spline_point(spline, span, knots[span]));
@@ -148,10 +164,9 @@ class Sampler {
       for (std::size_t i = 1; i < pieces; ++i) {
         add(spline_point(spline, span, knots[span] + static_cast<double>(i) * step));
       }
-      const bool clamped_end = span + 1 == points && knots[points] == knots.back();
-      add(clamped_end ? spline.control_points.back() : spline_point(spline, span, knots[span + 1]));
+      const bool is_last = span_from(spline, span + 1) >= points;
+      add(is_last ? spline_end(spline) : spline_point(spline, span, knots[span + 1]));
     }
-    finish_part(spline.closed);
   }
 
   [[nodiscard]] std::size_t spare() const {

@@ -107,6 +107,14 @@ CurveSums ellipse_sums(const EllipseShape& ellipse) {
   return Refinement(at).over(at(arc.start), arc.start, arc.start + arc.sweep, pieces);
 }
 
+Vector3 twice_segment_area(const EllipseShape& ellipse) {
+  const EllipticArc arc = elliptic_arc(ellipse);
+  const Point3 start = point_at(arc, arc.start);
+  const Vector3 chord =
+      is_whole_turn(arc.sweep) ? Vector3{0, 0, 0} : point_at(arc, arc.start + arc.sweep) - start;
+  return cross(arc.center - start, chord) + arc.sweep * cross(arc.cosine_axis, arc.sine_axis);
+}
+
 CurveSums spline_sums(const SplineShape& spline) {
   if (!has_curve(spline)) {
     return chain_sums(spline.fit_points.empty() ? spline.control_points : spline.fit_points,

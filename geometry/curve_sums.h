@@ -22,6 +22,9 @@ struct CurveSums {
 
 [[nodiscard]] CurveSums ellipse_sums(const EllipseShape& ellipse);
 
+// Twice the area between the arc and its chord, along the normal, by formula.
+[[nodiscard]] Vector3 twice_segment_area(const EllipseShape& ellipse);
+
 // Jumps of the curve and, when it is closed, the gap between its ends count as straight pieces. A
 // spline without a curve is the chain of its fit points, or else of its control points.
 [[nodiscard]] CurveSums spline_sums(const SplineShape& spline);

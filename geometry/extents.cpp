@@ -8,6 +8,7 @@
 
 #include "geometry/bulge.h"
 #include "geometry/elliptic_arc.h"
+#include "geometry/hatch_loops.h"
 #include "geometry/spline.h"
 #include "geometry/text_box.h"
 #include "geometry/vector.h"
@@ -195,8 +196,11 @@ struct AddShape {
   }
 
   void operator()(const HatchShape& hatch) const {
-    for (const PolylineShape& loop : hatch.loops)
-      add_polyline(box, loop, true);
+    for_each_loop(hatch, [this](const HatchLoop& loop) {
+      add_polyline(box, loop.outline, true);
+      for (const CurvedEdge& edge : loop.curves)
+        std::visit(*this, edge.curve);
+    });
   }
 
   template <typename Points>

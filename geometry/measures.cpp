@@ -3,14 +3,15 @@
 
 #include <cmath>
 #include <numbers>
-#include <utility>
+#include <numeric>
 #include <vector>
 
 #include "geometry/bulge.h"
 #include "geometry/curve_sampler.h"
 #include "geometry/curve_sums.h"
 #include "geometry/elliptic_arc.h"
-#include "geometry/hit_test.h"
+#include "geometry/hatch_loops.h"
+#include "geometry/nesting.h"
 #include "geometry/vector.h"
 
 namespace korvel {
@@ -47,44 +48,33 @@ CurveSums polyline_sums(const PolylineShape& polyline, bool closed) {
 
 double area(const CurveSums& sums) { return length(sums.twice_area) / 2; }
 
-// The outline of one loop of a hatch, in the plane of the hatch.
-Path flat_outline(const PolylineShape& loop, const PlaneFrame& frame) {
-  Path outline;
-  PolylineShape closed = loop;
-  closed.closed = true;
-  sample({std::move(closed)}, {}, outline);
-  for (Point3& point : outline.points)
-    point = from_world(frame, point);
-  return outline;
-}
-
-// Decided by the first corner that is not on the other's outline. Of outlines that share all
-// corners the later one lies in the earlier one.
-bool lies_in(const Path& outline, const Path& other, bool later) {
-  for (const Point3& corner : outline.points) {
-    const double reach = std::hypot(corner.x, corner.y);
-    constexpr double same_place = 1e-10;
-    if (distance_to_path(other, corner) <= same_place * reach) continue;
-    return point_in_outlines(corner, other);
+double loop_area(const HatchLoop& loop) {
+  CurveSums sums = polyline_sums(loop.outline, true);
+  for (const CurvedEdge& edge : loop.curves) {
+    const auto* const ellipse = std::get_if<EllipseShape>(&edge.curve);
+    sums.twice_area =
+        sums.twice_area + (ellipse != nullptr
+                               ? twice_segment_area(*ellipse)
+                               : spline_sums(std::get<SplineShape>(edge.curve)).twice_area);
   }
-  return later;
+  return area(sums);
 }
 
 double hatch_area(const HatchShape& hatch) {
-  if (hatch.loops.size() == 1) return area(polyline_sums(hatch.loops.front(), true));
-  std::vector<Path> outlines;
-  for (const PolylineShape& loop : hatch.loops)
-    outlines.push_back(flat_outline(loop, plane_frame(hatch.loops.front().normal)));
-  double sum = 0;
-  for (std::size_t i = 0; i < outlines.size(); ++i) {
-    bool hole = false;
-    for (std::size_t j = 0; j < outlines.size(); ++j) {
-      if (i != j && lies_in(outlines[i], outlines[j], i > j)) hole = !hole;
-    }
-    const double enclosed = area(polyline_sums(hatch.loops[i], true));
-    sum += hole ? -enclosed : enclosed;
-  }
-  return sum;
+  std::vector<double> areas;
+  for_each_loop(hatch, [&](const HatchLoop& loop) { areas.push_back(loop_area(loop)); });
+  const double sum = std::accumulate(areas.begin(), areas.end(), 0.0);
+  if (areas.size() < 2 || !std::isfinite(sum)) return sum;
+  Path outlines;
+  sample({hatch}, {}, outlines);
+  const PlaneFrame frame = plane_frame(hatch.loops.front().normal);
+  for (Point3& point : outlines.points)
+    point = from_world(frame, point);
+  const std::vector<bool> holes = parts_within_others(outlines, areas);
+  double filled = 0;
+  for (std::size_t i = 0; i < areas.size(); ++i)
+    filled += holes[i] ? -areas[i] : areas[i];
+  return filled;
 }
 
 struct Length {

@@ -13,9 +13,9 @@ namespace korvel {
 // refined to some eleven digits, everything else from formulas.
 [[nodiscard]] std::optional<double> length_of(const Shape& shape);
 
-// In the plane of the shape, however that lies; none for shapes that enclose nothing: those have an
-// area of which area_contains can be true. Bulges, circles and ellipses by formula, splines to some
-// eleven digits.
+// In the plane of the shape, however that lies; none for shapes that enclose nothing. Those that
+// are closed, and hatches and faces, have an area. Bulges, circles and elliptic curves by formula,
+// splines to some eleven digits.
 //
 // A closed outline counts the parts that it runs round the other way as negative, and the sum has
 // no sign. One that lies in no plane has the area that is seen from where it looks largest.

@@ -54,6 +54,28 @@ std::size_t span_from(const SplineShape& spline, std::size_t index) {
   return index;
 }
 
+// Clamped ends are control points; evaluation with weights would only round them.
+Point3 spline_start(const SplineShape& spline) {
+  const auto degree = static_cast<std::size_t>(spline.degree);
+  if (spline.knots.front() == spline.knots[degree] &&
+      spline.knots[degree] != spline.knots[degree + 1]) {
+    return spline.control_points.front();
+  }
+  const std::size_t span = span_from(spline, degree);
+  return spline_point(spline, span, spline.knots[span]);
+}
+
+Point3 spline_end(const SplineShape& spline) {
+  const std::size_t points = spline.control_points.size();
+  std::size_t span = points - 1;
+  while (spline.knots[span] == spline.knots[span + 1])
+    --span;
+  if (span == points - 1 && spline.knots[points] == spline.knots.back()) {
+    return spline.control_points.back();
+  }
+  return spline_point(spline, span, spline.knots[span + 1]);
+}
+
 Point3 spline_point(const SplineShape& spline, std::size_t span, double parameter) {
   const auto degree = static_cast<std::size_t>(spline.degree);
   std::array<Homogeneous, max_spline_degree + 1> points;

@@ -22,6 +22,10 @@ inline constexpr int max_spline_degree = 25;
 // none.
 [[nodiscard]] std::size_t span_from(const SplineShape& spline, std::size_t index);
 
+// The ends of the curve, exact where they are control points. The spline must have a curve.
+[[nodiscard]] Point3 spline_start(const SplineShape& spline);
+[[nodiscard]] Point3 spline_end(const SplineShape& spline);
+
 // A point of `span`, `parameter` lying between its two knots. The spline must have a curve.
 [[nodiscard]] Point3 spline_point(const SplineShape& spline, std::size_t span, double parameter);
 

@@ -1,8 +1,10 @@
 // What is asked of the shapes of entities, and their conversion.
 #include <benchmark/benchmark.h>
+#include <cmath>
 
 #include "bench/micro/large_drawing.h"
 #include "bench/silent_host.h"
+#include "geometry/measures.h"
 #include "geometry/polyline_conversion.h"
 
 namespace korvel::bench {
@@ -54,10 +56,40 @@ void convert_all_to_3d(benchmark::State& state) {
   count_entities(state);
 }
 
+// Of one hatch with that many round islands, in rows or each within the one before.
+HatchShape islands(std::int64_t count, bool in_each_other) {
+  HatchShape hatch;
+  const auto add = [&hatch](double x, double y, double radius) {
+    hatch.loops.push_back({.vertices = {{{x - radius, y, 0}, 1}, {{x + radius, y, 0}, 1}},
+                           .normal = {},
+                           .closed = true});
+  };
+  const auto side = static_cast<std::int64_t>(std::ceil(std::sqrt(count)));
+  add(0, 0, 2.0 * static_cast<double>(count));
+  for (std::int64_t i = 0; i < count; ++i) {
+    if (in_each_other) {
+      add(0, 0, static_cast<double>(count - i));
+    } else {
+      add(static_cast<double>(i % side), static_cast<double>(i / side), 0.4);
+    }
+  }
+  return hatch;
+}
+
+void area_with_islands(benchmark::State& state) {
+  const Shape hatch = islands(state.range(0), state.range(1) != 0);
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(area_of(hatch));
+}
+
 BENCHMARK(extents_first)->Apply(sizes);
 BENCHMARK(extents_again)->Apply(sizes);
 BENCHMARK(read_shapes)->Apply(sizes);
 BENCHMARK(convert_all_to_3d)->Apply(sizes);
+BENCHMARK(area_with_islands)
+    ->ArgNames({"islands", "nested"})
+    ->ArgsProduct({{1000, 8000, 64000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace korvel::bench

@@ -140,10 +140,14 @@ EntityGeometry read(const AcDbMline& line) {
 
 // Attribute definitions are texts, too.
 EntityGeometry read(const AcDbText& text) {
-  return {TextShape{point_of(text.position()), vector_of(text.normal()),
-                    text_of(text.textStringConst()), text.height(), text.rotation(),
-                    text.widthFactor()},
-          text.thickness()};
+  TextShape shape{point_of(text.position()),
+                  vector_of(text.normal()),
+                  text_of(text.textStringConst()),
+                  text.height(),
+                  text.rotation(),
+                  text.widthFactor()};
+  if (!text.isDefaultAlignment()) shape.alignment = point_of(text.alignmentPoint());
+  return {std::move(shape), text.thickness()};
 }
 
 EntityGeometry read(const AcDbMText& text) {
@@ -202,8 +206,8 @@ EntityGeometry read(const AcDbFace& face) {
 }
 
 EntityGeometry read(const AcDbHatch& hatch) {
-  std::optional<std::vector<PolylineShape>> outlines = outlines_of(hatch);
-  return outlines ? EntityGeometry{HatchShape{*std::move(outlines)}} : EntityGeometry{};
+  std::optional<HatchShape> outlines = outlines_of(hatch);
+  return outlines ? EntityGeometry{*std::move(outlines)} : EntityGeometry{};
 }
 
 template <class Class>

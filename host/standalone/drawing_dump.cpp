@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "frame/format.h"
+#include "geometry/hatch_loops.h"
 #include "geometry/vector.h"
 #include "host/standalone/dump_text.h"
 #include "host/standalone/dxf/number_text.h"
@@ -126,10 +127,15 @@ class ShapeText {
   }
 
   void operator()(const HatchShape& hatch) {
-    for (const PolylineShape& loop : hatch.loops) {
+    for_each_loop(hatch, [this](const HatchLoop& loop) {
       out_ += L" loop";
-      (*this)(loop);
-    }
+      (*this)(loop.outline);
+      for (const CurvedEdge& edge : loop.curves) {
+        out_ += L" edge ";
+        append_integer(static_cast<std::int64_t>(edge.segment), out_);
+        std::visit(*this, edge.curve);
+      }
+    });
   }
 
   void operator()(const FaceShape& face) { places(L" corners", face.corners); }

@@ -17,7 +17,7 @@ struct ShapeReader {
 };
 
 // The usual ones first.
-constexpr std::array<ShapeReader, 18> shape_readers{{
+constexpr std::array<ShapeReader, 19> shape_readers{{
     {"LWPOLYLINE", read_lwpolyline},
     {"LINE", read_line},
     {"INSERT", read_insert},
@@ -28,6 +28,7 @@ constexpr std::array<ShapeReader, 18> shape_readers{{
     {"CIRCLE", read_circle},
     {"MTEXT", read_mtext},
     {"HATCH", read_hatch},
+    {"MPOLYGON", read_mpolygon},
     {"SPLINE", read_spline},
     {"ELLIPSE", read_ellipse},
     {"SOLID", read_solid},

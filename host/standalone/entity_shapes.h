@@ -29,6 +29,7 @@ namespace korvel {
 [[nodiscard]] EntityGeometry read_mtext(EntityRecords& records, const dxf::TextCodec& codec);
 
 [[nodiscard]] EntityGeometry read_hatch(EntityRecords& records, const dxf::TextCodec& codec);
+[[nodiscard]] EntityGeometry read_mpolygon(EntityRecords& records, const dxf::TextCodec& codec);
 
 [[nodiscard]] EntityGeometry read_insert(EntityRecords& records, const dxf::TextCodec& codec);
 [[nodiscard]] EntityGeometry read_dimension(EntityRecords& records, const dxf::TextCodec& codec);

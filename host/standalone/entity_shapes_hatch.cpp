@@ -1,10 +1,10 @@
-// Reads the outlines of hatches, where a code means something else in every kind of path and edge.
+// Reads the outlines of hatches and polygons, where a code means something else in every kind of
+// path and edge.
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "geometry/curve_sampler.h"
-#include "geometry/elliptic_arc.h"
+#include "geometry/hatch_path.h"
 #include "host/standalone/entity_shapes.h"
 
 namespace korvel {
@@ -27,92 +27,45 @@ EdgeKind edge_kind(std::int64_t number) {
   return number >= 1 && number <= 4 ? static_cast<EdgeKind>(number) : EdgeKind::None;
 }
 
-// Puts the edges of one path together, in the plane of the hatch.
-class LoopBuilder {
- public:
-  void add(const Edge& edge) {
-    switch (edge.kind) {
-      case EdgeKind::None:
-        break;
-      case EdgeKind::Line:
-        add_line(edge.first, edge.second);
-        break;
-      case EdgeKind::Arc:
-        add_arc(edge);
-        break;
-      case EdgeKind::Ellipse:
-        add_sampled(ellipse_of(edge));
-        break;
-      case EdgeKind::Spline:
-        add_sampled(edge.spline);
-        break;
-    }
-  }
+ArcShape arc_of(const Edge& edge) {
+  // Angles of a clockwise edge are measured clockwise.
+  const double sense = edge.counter_clockwise ? 1 : -1;
+  const double start = sense * edge.start * radians_per_degree;
+  const double sweep = std::fmod(edge.end - edge.start, 360.0);
+  return {.center = edge.first,
+          .normal = {0, 0, sense},
+          .start = {std::cos(start), std::sin(start), 0},
+          .radius = edge.size,
+          .sweep = (sweep > 0 ? sweep : sweep + 360) * radians_per_degree};
+}
 
-  std::vector<Vertex> finish() {
-    if (!vertices_.empty()) join(vertices_.front().point);
-    return std::move(vertices_);
-  }
+EllipseShape ellipse_of(const Edge& edge) {
+  return {.center = edge.first,
+          .normal = {0, 0, edge.counter_clockwise ? 1.0 : -1.0},
+          .major = edge.second - Point3{},
+          .ratio = edge.size,
+          .start = edge.start * radians_per_degree,
+          .end = edge.end * radians_per_degree};
+}
 
- private:
-  // Edges should follow each other; a gap is closed by a straight line.
-  void join(Point3 start) {
-    constexpr double tolerance = 1e-9;
-    if (vertices_.empty()) return;
-    const double gap = std::hypot(start.x - end_.x, start.y - end_.y);
-    if (gap > tolerance * (std::abs(end_.x) + std::abs(end_.y))) vertices_.push_back({end_, 0});
+void add_to(HatchPath& path, const Edge& edge) {
+  switch (edge.kind) {
+    case EdgeKind::None:
+      break;
+    case EdgeKind::Line:
+      path.add_line(edge.first, edge.second);
+      break;
+    case EdgeKind::Arc:
+      path.add_arc(arc_of(edge));
+      break;
+    case EdgeKind::Ellipse:
+      path.add_ellipse(ellipse_of(edge));
+      break;
+    case EdgeKind::Spline:
+      path.add_spline(edge.spline);
+      break;
   }
-
-  void add_line(Point3 start, Point3 end) {
-    join(start);
-    vertices_.push_back({start, 0});
-    end_ = end;
-  }
-
-  void add_arc(const Edge& edge) {
-    // Angles of a clockwise edge are measured clockwise.
-    const double sense = edge.counter_clockwise ? 1 : -1;
-    double sweep = std::fmod(edge.end - edge.start, 360.0);
-    if (sweep <= 0) sweep += 360;
-    // A bulge carries no whole turn, and little more than half of one exactly.
-    const int pieces = sweep > 180 ? 2 : 1;
-    const double bulge = sense * std::tan(sweep * radians_per_degree / (4 * pieces));
-    const auto at = [&](int piece) {
-      const double angle = sense * (edge.start + sweep * piece / pieces) * radians_per_degree;
-      return Point3{edge.first.x + edge.size * std::cos(angle),
-                    edge.first.y + edge.size * std::sin(angle), 0};
-    };
-    join(at(0));
-    for (int piece = 0; piece < pieces; ++piece)
-      vertices_.push_back({at(piece), bulge});
-    end_ = at(sweep == 360 ? 0 : pieces);
-  }
-
-  static EllipseShape ellipse_of(const Edge& edge) {
-    return {.center = edge.first,
-            .normal = {0, 0, edge.counter_clockwise ? 1.0 : -1.0},
-            .major = edge.second - Point3{},
-            .ratio = edge.size,
-            .start = edge.start * radians_per_degree,
-            .end = edge.end * radians_per_degree};
-  }
-
-  void add_sampled(Shape curve) {
-    sample({std::move(curve)}, {}, path_);
-    if (path_.points.empty()) return;
-    join(path_.points.front());
-    for (const Point3& point : path_.points)
-      vertices_.push_back({point, 0});
-    end_ = path_.points.front();
-    if (path_.closed) return;
-    end_ = path_.points.back();
-    vertices_.pop_back();
-  }
-
-  std::vector<Vertex> vertices_;
-  Point3 end_;  // of the last edge
-  Path path_;
-};
+}
 
 // Follows the groups from the first path on.
 class PathReader {
@@ -129,9 +82,9 @@ class PathReader {
     }
   }
 
-  std::vector<PolylineShape> finish() {
+  HatchShape finish() {
     end_path();
-    return std::move(loops_);
+    return std::move(hatch_);
   }
 
  private:
@@ -194,24 +147,24 @@ class PathReader {
   }
 
   void end_edge() {
-    builder_.add(edge_);
+    add_to(path_, edge_);
     edge_ = {};
   }
 
   void end_path() {
     if (!in_path_) return;
     end_edge();
-    std::vector<Vertex> vertices =
-        is_polyline_ ? std::exchange(outline_, {}) : std::exchange(builder_, {}).finish();
-    if (!vertices.empty()) {
-      loops_.push_back({.vertices = std::move(vertices), .normal = {}, .closed = true});
+    std::exchange(path_, {}).finish(hatch_);
+    if (!outline_.empty()) {
+      hatch_.loops.push_back(
+          {.vertices = std::exchange(outline_, {}), .normal = {}, .closed = true});
     }
     in_path_ = false;
   }
 
-  std::vector<PolylineShape> loops_;
+  HatchShape hatch_;
   std::vector<Vertex> outline_;  // of a polyline path
-  LoopBuilder builder_;          // of a path of edges
+  HatchPath path_;               // of a path of edges
   Edge edge_;
   bool in_path_ = false;
   bool is_polyline_ = false;
@@ -220,30 +173,48 @@ class PathReader {
 // Group 75, which follows the paths, and those behind it that files may begin with instead.
 bool ends_paths(int code) { return code == 75 || code == 76 || code == 78 || code == 98; }
 
-}  // namespace
-
-EntityGeometry read_hatch(EntityRecords& records, const dxf::TextCodec&) {
+// What hatches and polygons begin with alike, and their paths in the plan.
+struct HatchGroups {
   Point3 elevation;
   Extrusion extrusion;
+  HatchShape in_plan;
+};
+
+HatchGroups read_paths(EntityRecords& records) {
+  HatchGroups read;
   dxf::Group group;
   // The entity may have a preview, whose length has the code of a path; paths follow their number.
   while (records.next(group) && group.code != 91) {
-    if (!take_point(group, 10, elevation)) extrusion.take(group);
+    if (!take_point(group, 10, read.elevation)) read.extrusion.take(group);
   }
   PathReader paths;
   while (records.next(group) && !ends_paths(group.code))
     paths.take(group);
+  read.in_plan = paths.finish();
+  return read;
+}
 
-  HatchShape hatch{paths.finish()};
-  const PlaneToWorld world(extrusion.normal);
-  for (PolylineShape& loop : hatch.loops) {
-    loop.normal = world.normal();
-    for (Vertex& vertex : loop.vertices) {
-      vertex.point.z = elevation.z;
-      vertex.point = world(vertex.point);
-    }
-  }
-  return {std::move(hatch)};
+// Of the origin, x and y are those of the vertices, z that of the hatch.
+EntityGeometry in_world(HatchGroups read, Point3 origin) {
+  origin.z = read.elevation.z;
+  place_in_plane(read.in_plan, read.extrusion.normal, origin);
+  return {std::move(read.in_plan)};
+}
+
+}  // namespace
+
+EntityGeometry read_hatch(EntityRecords& records, const dxf::TextCodec&) {
+  return in_world(read_paths(records), {});
+}
+
+// Its paths are closed polylines, whatever they say of themselves, about an offset behind them.
+EntityGeometry read_mpolygon(EntityRecords& records, const dxf::TextCodec&) {
+  HatchGroups read = read_paths(records);
+  Point3 offset;
+  dxf::Group group;
+  while (records.next(group))
+    take_point(group, 11, offset);
+  return in_world(std::move(read), offset);
 }
 
 }  // namespace korvel

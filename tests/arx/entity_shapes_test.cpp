@@ -10,6 +10,7 @@
 #include "host/arx/reshaping.h"
 #include "tests/arx_double/db_classes.h"
 #include "tests/host/scripted_host.h"
+#include "tests/standalone/shared_drawings.h"
 
 namespace korvel::test {
 namespace {
@@ -52,7 +53,8 @@ struct Flat {
   }
   void add(const MlineShape& s) { all(s.vertices, s.closed); }
   void add(const TextShape& s) {
-    all(s.position, s.normal, s.text, s.height, s.rotation, s.width_factor);
+    all(s.position, s.normal, s.text, s.height, s.rotation, s.width_factor,
+        s.alignment.value_or(Point3{-1, -1, -1}));
   }
   void add(const MtextShape& s) {
     all(s.position, s.normal, s.direction, s.text, s.width, s.height, s.attachment);
@@ -61,7 +63,11 @@ struct Flat {
     all(s.position, s.normal, s.block, s.scale, s.rotation, s.columns, s.rows, s.column_spacing,
         s.row_spacing);
   }
-  void add(const HatchShape& s) { add(s.loops); }
+  void add(const CurvedEdge& s) {
+    all(static_cast<double>(s.loop), static_cast<double>(s.segment));
+    std::visit([this](const auto& curve) { add(curve); }, s.curve);
+  }
+  void add(const HatchShape& s) { all(s.loops, s.curved_edges); }
   void add(const FaceShape& s) { add(s.corners); }
 };
 
@@ -129,13 +135,19 @@ constexpr const char* all_kinds =
     "0 HATCH|10 0|20 0|30 5|210 0|220 0|230 -1|2 SOLID|70 1|71 0|91 2|92 3|72 1|73 1|93 3|10 0|"
     "20 0|42 0.5|10 9|20 0|42 0|10 9|20 9|42 0|97 0|92 3|72 0|73 1|93 3|10 1|20 1|10 2|20 1|10 2|"
     "20 2|97 0|75 0|76 1|98 0|"
+    "0 HATCH|10 0|20 0|30 5|210 0|220 0.6|230 0.8|2 SOLID|70 1|71 0|91 2|92 1|93 4|72 1|10 4|20 0|"
+    "11 2|21 0|72 3|10 0|20 0|11 2|21 0|40 0.5|50 0|51 180|73 1|72 2|10 -3|20 0|40 1|50 0|51 180|"
+    "73 0|72 4|94 2|73 1|74 0|95 6|96 3|40 0|40 0|40 0|40 1|40 1|40 1|10 -4|20 0|42 1|10 0|20 -9|"
+    "42 2|10 4|20 0|42 1|97 0|97 0|92 2|72 0|73 1|93 3|10 1|20 -1|10 2|20 -1|10 2|20 -2|97 0|75 0|"
+    "76 1|98 0|"
+    "0 TEXT|10 1|20 2|40 2|1 centred|72 1|11 5|21 2|31 1|210 0|220 0|230 -1|"
     "0 RAY|10 1|20 2|11 1|21 0";
 
 TEST(ArxGeometry, IsThatOfTheDrawing) {
   ScriptedHost host(drawing_of(groups(all_kinds)));
   const arx_double::DatabaseOver database(host);
   const EntityList entities = host.model_space();
-  ASSERT_EQ(entities.size(), 21U);
+  ASSERT_EQ(entities.size(), 23U);
   for (const EntityId id : entities) {
     SCOPED_TRACE(host.drawing().type_of(id));
     expect_same(arx::geometry_of(id), host.geometry_of(id).value());
@@ -154,6 +166,22 @@ TEST(ArxGeometry, AndTheRestAreThoseOfTheSamples) {
       EXPECT_EQ(arx::properties_of(id), host.properties_of(id));
       EXPECT_EQ(arx::block_name_of(id), host.block_name_of(id));
       EXPECT_EQ(arx::attributes_of(id), host.attributes_of(id));
+    }
+    EXPECT_EQ(arx_double::open_objects(), 0);
+  }
+}
+
+TEST(ArxGeometry, OfForeignDrawingsIsTheSameInBothHosts) {
+  const std::vector<std::filesystem::path> drawings = shared_drawings();
+  if (drawings.empty()) GTEST_SKIP() << "no folder of shared drawings is at hand";
+  for (const std::filesystem::path& path : drawings) {
+    ScriptedHost host(std::move(*Drawing::open(path)));
+    const arx_double::DatabaseOver database(host);
+    for (const Space space : {Space::Model, Space::Paper, Space::Block}) {
+      for (const EntityId id : host.drawing().entities(space)) {
+        SCOPED_TRACE(path.filename().string() + " " + std::string(host.drawing().type_of(id)));
+        expect_same(arx::geometry_of(id), host.geometry_of(id).value());
+      }
     }
     EXPECT_EQ(arx_double::open_objects(), 0);
   }

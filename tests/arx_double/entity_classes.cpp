@@ -4,7 +4,9 @@
 #include <array>
 #include <cmath>
 
+#include "geometry/bulge.h"
 #include "geometry/elliptic_arc.h"
+#include "geometry/hatch_loops.h"
 #include "geometry/vector.h"
 #include "tests/arx_double/compound_classes.h"
 
@@ -155,6 +157,10 @@ Acad::ErrorStatus AcDbText::setPosition(const AcGePoint3d& position) {
   return set(shape_.position, point_from(position));
 }
 
+AcGePoint3d AcDbText::alignmentPoint() const {
+  return host_point(shape_.alignment.value_or(korvel::Point3{}));
+}
+
 AcGePoint3d AcDbMText::location() const { return host_point(shape_.position); }
 
 AcGeVector3d AcDbMText::normal() const { return host_vector(shape_.normal); }
@@ -181,6 +187,86 @@ double AcDbHatch::elevation() const {
   if (shape_.loops.empty()) return 0;
   const korvel::PolylineShape& first = shape_.loops[0];
   return from_world(korvel::plane_frame(first.normal), first.vertices[0].point).z;
+}
+
+namespace {
+
+// Puts the edges of an outline into the host's arrays.
+class EdgeMaker {
+ public:
+  EdgeMaker(const korvel::HatchLoop& loop, std::vector<std::shared_ptr<void>>& keep,
+            AcGeVoidPointerArray& edges, AcGeIntArray& types)
+      : loop_(loop),
+        frame_(korvel::plane_frame(loop.outline.normal)),
+        keep_(keep),
+        edges_(edges),
+        types_(types) {}
+
+  void make() {
+    const std::vector<korvel::Vertex>& vertices = loop_.outline.vertices;
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+      const AcGePoint2d from = in_plane(vertices[i].point);
+      const AcGePoint2d to = in_plane(vertices[(i + 1) % vertices.size()].point);
+      if (const korvel::CurvedEdge* const edge = loop_.curve_of(i)) {
+        std::visit(*this, edge->curve);
+      } else if (const auto arc = segment_arc(loop_.outline, i)) {
+        add<AcGeCircArc2d>(AcDbHatch::kCirArc, in_plane(arc->center), from, arc->radius, arc->sweep,
+                           vertices[i].bulge < 0);
+      } else {
+        add<AcGeLineSeg2d>(AcDbHatch::kLine, from, to);
+      }
+    }
+  }
+
+  void operator()(korvel::EllipseShape ellipse) {
+    ellipse.center = from_world(frame_, ellipse.center);
+    ellipse.major = from_world(frame_, korvel::Point3{} + ellipse.major) - korvel::Point3{};
+    ellipse.normal.z = dot(ellipse.normal, frame_.normal);
+    add<AcGeEllipArc2d>(AcDbHatch::kEllArc, ellipse);
+  }
+  void operator()(korvel::SplineShape spline) {
+    for (korvel::Point3& point : spline.control_points)
+      point = from_world(frame_, point);
+    add<AcGeNurbCurve2d>(AcDbHatch::kSpline, spline);
+  }
+
+ private:
+  [[nodiscard]] AcGePoint2d in_plane(const korvel::Point3& point) const {
+    const korvel::Point3 moved = from_world(frame_, point);
+    return {moved.x, moved.y};
+  }
+
+  template <class Edge, class... Values>
+  void add(AcDbHatch::HatchEdgeType type, const Values&... values) {
+    keep_.push_back(std::make_shared<Edge>(values...));
+    edges_.append(keep_.back().get());
+    types_.append(type);
+  }
+
+  korvel::HatchLoop loop_;
+  korvel::PlaneFrame frame_;
+  std::vector<std::shared_ptr<void>>& keep_;
+  AcGeVoidPointerArray& edges_;
+  AcGeIntArray& types_;
+};
+
+}  // namespace
+
+Adesk::Int32 AcDbHatch::loopTypeAt(int index) const {
+  const bool has_curves = std::ranges::any_of(
+      shape_.curved_edges,
+      [loop = static_cast<std::size_t>(index)](const auto& edge) { return edge.loop == loop; });
+  return has_curves ? kDefault : kPolyline;
+}
+
+Acad::ErrorStatus AcDbHatch::getLoopAt(int index, Adesk::Int32& type, AcGeVoidPointerArray& edges,
+                                       AcGeIntArray& edge_types) const {
+  type = kDefault;
+  int loops = 0;
+  korvel::for_each_loop(shape_, [&](const korvel::HatchLoop& loop) {
+    if (loops++ == index) EdgeMaker(loop, edges_, edges, edge_types).make();
+  });
+  return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbHatch::getLoopAt(int index, Adesk::Int32& type, AcGePoint2dArray& vertices,

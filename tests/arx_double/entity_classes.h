@@ -148,9 +148,15 @@ class AcDbText : public Thick<AcDbText, AcDbEntity, korvel::TextShape> {
   Acad::ErrorStatus setHeight(double height) { return set(shape_.height, height); }
   Acad::ErrorStatus setRotation(double rotation) { return set(shape_.rotation, rotation); }
   Acad::ErrorStatus setWidthFactor(double factor) { return set(shape_.width_factor, factor); }
-  // The drawings behind this have no other justification.
-  Acad::ErrorStatus setHorizontalMode(AcDb::TextHorzMode) { return Acad::eOk; }
-  Acad::ErrorStatus setVerticalMode(AcDb::TextVertMode) { return Acad::eOk; }
+  [[nodiscard]] Adesk::Boolean isDefaultAlignment() const { return !shape_.alignment; }
+  [[nodiscard]] AcGePoint3d alignmentPoint() const;
+  // There are no others to set than those of the left end of the baseline.
+  Acad::ErrorStatus setHorizontalMode(AcDb::TextHorzMode) {
+    return set(shape_.alignment, std::nullopt);
+  }
+  Acad::ErrorStatus setVerticalMode(AcDb::TextVertMode) {
+    return set(shape_.alignment, std::nullopt);
+  }
 };
 
 class AcDbAttributeDefinition : public Described<AcDbAttributeDefinition, AcDbText> {
@@ -192,17 +198,24 @@ class AcDbFace : public Shaped<AcDbFace, AcDbEntity, korvel::FaceShape> {
   Acad::ErrorStatus getVertexAt(Adesk::UInt16 index, AcGePoint3d& point) const;
 };
 
-// All outlines are polylines here.
+// Outlines of straight edges and arcs alone are polylines here.
 class AcDbHatch : public Shaped<AcDbHatch, AcDbEntity, korvel::HatchShape> {
  public:
-  enum HatchLoopType { kPolyline = 2 };
+  enum HatchLoopType { kDefault = 0, kPolyline = 2 };
+  enum HatchEdgeType { kLine = 1, kCirArc = 2, kEllArc = 3, kSpline = 4 };
   using Shaped::Shaped;
   [[nodiscard]] AcGeVector3d normal() const;
   [[nodiscard]] double elevation() const;
   [[nodiscard]] int numLoops() const { return static_cast<int>(shape_.loops.size()); }
-  [[nodiscard]] Adesk::Int32 loopTypeAt(int /*index*/) const { return kPolyline; }
+  [[nodiscard]] Adesk::Int32 loopTypeAt(int index) const;
   Acad::ErrorStatus getLoopAt(int index, Adesk::Int32& type, AcGePoint2dArray& vertices,
                               AcGeDoubleArray& bulges) const;
+  // The edges remain the hatch's.
+  Acad::ErrorStatus getLoopAt(int index, Adesk::Int32& type, AcGeVoidPointerArray& edges,
+                              AcGeIntArray& edge_types) const;
+
+ private:
+  mutable std::vector<std::shared_ptr<void>> edges_;
 };
 
 namespace korvel::arx_double {

@@ -2,6 +2,7 @@
 // them.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -58,6 +59,84 @@ class AcArray {
 using AcGePoint2dArray = AcArray<AcGePoint2d>;
 using AcGePoint3dArray = AcArray<AcGePoint3d>;
 using AcGeDoubleArray = AcArray<double>;
+using AcGeIntArray = AcArray<int>;
+using AcGeVoidPointerArray = AcArray<void*>;
+
+struct AcGeVector2d {
+  double x = 0;
+  double y = 0;
+};
+
+// Curves in a plane: edges of hatches. What they are asked they have been made with.
+class AcGeLineSeg2d {
+ public:
+  AcGeLineSeg2d(AcGePoint2d start, AcGePoint2d end) : start_(start), end_(end) {}
+  [[nodiscard]] AcGePoint2d startPoint() const { return start_; }
+  [[nodiscard]] AcGePoint2d endPoint() const { return end_; }
+
+ private:
+  AcGePoint2d start_;
+  AcGePoint2d end_;
+};
+
+class AcGeCircArc2d {
+ public:
+  AcGeCircArc2d(AcGePoint2d center, AcGePoint2d start, double radius, double sweep, bool clockwise)
+      : center_(center), start_(start), radius_(radius), sweep_(sweep), clockwise_(clockwise) {}
+  [[nodiscard]] AcGePoint2d center() const { return center_; }
+  [[nodiscard]] AcGePoint2d startPoint() const { return start_; }
+  [[nodiscard]] double radius() const { return radius_; }
+  [[nodiscard]] double startAng() const { return 0; }
+  [[nodiscard]] double endAng() const { return sweep_; }
+  [[nodiscard]] bool isClockWise() const { return clockwise_; }
+
+ private:
+  AcGePoint2d center_;
+  AcGePoint2d start_;
+  double radius_;
+  double sweep_;
+  bool clockwise_;
+};
+
+// Angles are parameters from the major axis towards the minor one.
+class AcGeEllipArc2d {
+ public:
+  AcGeEllipArc2d(const korvel::EllipseShape& shape) : shape_(shape) {}
+  [[nodiscard]] AcGePoint2d center() const { return {shape_.center.x, shape_.center.y}; }
+  [[nodiscard]] AcGeVector2d majorAxis() const {
+    return {shape_.major.x / majorRadius(), shape_.major.y / majorRadius()};
+  }
+  [[nodiscard]] double majorRadius() const { return std::hypot(shape_.major.x, shape_.major.y); }
+  [[nodiscard]] double minorRadius() const { return shape_.ratio * majorRadius(); }
+  [[nodiscard]] double startAng() const { return shape_.start; }
+  [[nodiscard]] double endAng() const { return shape_.end; }
+  [[nodiscard]] bool isClockWise() const { return shape_.normal.z < 0; }
+
+ private:
+  korvel::EllipseShape shape_;
+};
+
+class AcGeNurbCurve2d {
+ public:
+  AcGeNurbCurve2d(const korvel::SplineShape& shape) : shape_(shape) {}
+  [[nodiscard]] int degree() const { return shape_.degree; }
+  [[nodiscard]] int numKnots() const { return static_cast<int>(shape_.knots.size()); }
+  [[nodiscard]] int numControlPoints() const {
+    return static_cast<int>(shape_.control_points.size());
+  }
+  [[nodiscard]] int numWeights() const { return static_cast<int>(shape_.weights.size()); }
+  [[nodiscard]] double knotAt(int i) const { return shape_.knots.at(static_cast<std::size_t>(i)); }
+  [[nodiscard]] double weightAt(int i) const {
+    return shape_.weights.at(static_cast<std::size_t>(i));
+  }
+  [[nodiscard]] AcGePoint2d controlPointAt(int i) const {
+    const korvel::Point3& point = shape_.control_points.at(static_cast<std::size_t>(i));
+    return {point.x, point.y};
+  }
+
+ private:
+  korvel::SplineShape shape_;
+};
 
 namespace korvel::arx_double {
 

@@ -111,13 +111,24 @@ PolylineShape upright(PolylineShape loop) {
 }
 
 TEST(Measures, OutlinesOfAHatchAreHolesByTurns) {
+  SplineShape shifted_parabola = parabola();
+  for (Point3& point : shifted_parabola.control_points)
+    point.x += 8;
   const PolylineShape disc = polyline({{{4, 5, 0}, 1}, {{6, 5, 0}, 1}}, true);
+  // A half ellipse on a half disc, and a parabola on a line.
+  const HatchShape curved{
+      {polyline({{{2, 0, 0}}, {{-2, 0, 0}, 1}}, true), polyline({{{9, 0, 0}}, {{8, 0, 0}}}, true)},
+      {{0, 0, EllipseShape{{}, up, {2, 0, 0}, 0.5, 0, pi}}, {1, 1, shifted_parabola}}};
   const std::pair<HatchShape, double> cases[] = {
+      {curved, pi + 2 * pi + 1.0 / 6},
       {{{square(0, 10)}}, 100},
       {{{square(0, 10), square(20, 5)}}, 125},
       {{{square(2, 6), square(0, 10), disc}}, 100 - 36 + pi},
       {{{square(0, 10), square(0, 4)}}, 84},  // touches the outline
       {{{square(0, 10), square(0, 10)}}, 0},
+      // A row that shares its corners, within one that shares theirs.
+      {{{square(0, 1), square(1, 1), square(2, 1), square(0, 3)}}, 6},
+      {{{square(0, 10), square(4, 3), square(4, 2), square(4, 1)}}, 100 - 9 + 4 - 1},
       {{{upright(square(0, 10)), upright(disc)}}, 100 - pi},  // a line in plan view
       {{}, 0},
   };

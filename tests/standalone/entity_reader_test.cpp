@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "geometry/extents.h"
+#include "geometry/measures.h"
 
 namespace korvel {
 namespace {
@@ -267,7 +268,7 @@ TEST(EntityReader, HatchOutlinesHaveTheExtentsOfTheirEdges) {
        {{-2, -2, 5}, {2, 0, 5}}},
       {"lower half of an ellipse, clockwise",
        "92 1|93 1|72 3|10 0|20 0|11 4|21 0|40 0.5|50 0|51 180|73 0",
-       65,
+       2,
        {{-4, -2, 5}, {4, 0, 5}}},
       {"straight spline",
        "92 1|93 1|72 4|94 1|73 0|74 0|95 4|96 2|40 0|40 0|40 1|40 1|10 0|20 0|10 6|20 7",
@@ -283,6 +284,19 @@ TEST(EntityReader, HatchOutlinesHaveTheExtentsOfTheirEdges) {
     ASSERT_TRUE(extents);
     expect_near({extents->min, extents->max}, {test.expected.min, test.expected.max});
   }
+}
+
+// The flag that closes a path, which comes before that of its bulges, says nothing.
+TEST(EntityReader, PolygonsLieAboutTheirOffset) {
+  const auto polygon = shape<HatchShape>(
+      "0 MPOLYGON|100 AcDbEntity|100 AcDbMPolygon|70 1|10 0|20 0|30 7|210 0|220 0|230 -1|2 "
+      "SOLID|71 "
+      "1|91 2|92 2|73 0|72 0|93 4|10 0|20 0|10 10|20 0|10 10|20 10|10 0|20 10|92 2|73 0|72 1|93 2|"
+      "10 4|20 5|42 1|10 6|20 5|42 1|76 1|63 3|11 1000|21 500|99 0");
+  const auto extents = extents_of({polygon});
+  ASSERT_TRUE(extents);
+  expect_near({extents->min, extents->max}, {{-1010, 500, -7}, {-1000, 510, -7}});
+  EXPECT_NEAR(area_of(polygon).value(), 100 - pi, 1e-9);
 }
 
 TEST(EntityReader, ParagraphTextStopsAtItsEmbeddedObject) {
