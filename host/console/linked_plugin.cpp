@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/console/output.h"
 #include "host/standalone/standalone_store.h"
 
 namespace korvel {
@@ -15,9 +16,14 @@ LinkedPlugin::~LinkedPlugin() { app_.on_unload(); }
 
 void LinkedPlugin::run(const ConsoleCommandStack::Entry& command) {
   StandaloneStore store(host_.drawing());
-  if (trace_) return run_traced(command.handler, store);
+  run_over(command.handler, store);
+  if (store.lacked_place()) complain(host_.drawing().why_no_object_data().value_or(""));
+}
+
+void LinkedPlugin::run_over(CommandHandler handler, ODStore& store) {
+  if (trace_) return run_traced(handler, store);
   Session session{store, host_, app_.choices, app_.palettes};
-  run_handler(command.handler, session);
+  run_handler(handler, session);
 }
 
 void LinkedPlugin::run_traced(CommandHandler handler, ODStore& store) {

@@ -18,6 +18,7 @@ class LinkedPlugin final : public LoadedPlugin {
   void run(const ConsoleCommandStack::Entry& command) override;
 
  private:
+  void run_over(CommandHandler handler, ODStore& store);
   void run_traced(CommandHandler handler, ODStore& store);
 
   TerminalHost& host_;

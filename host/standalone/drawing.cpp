@@ -9,6 +9,7 @@
 #include "host/standalone/drawing_reader.h"
 #include "host/standalone/entity_reader.h"
 #include "host/standalone/file_save.h"
+#include "host/standalone/od_format.h"
 #include "host/standalone/od_writing.h"
 
 namespace korvel {
@@ -66,9 +67,15 @@ bool Drawing::changed() const {
 std::optional<std::string> Drawing::why_no_object_data() const {
   if (holds_object_data_) return std::nullopt;
   const std::string known = version().empty() ? "an early version" : version();
-  return "This drawing (" + known +
-         ") has no place for object data. Save it as DXF of R2000 or later in a CAD program and "
-         "open that.";
+  const std::string beginning = "This drawing (" + known + ") has no ";
+  if (document_.at_least(od_format::first_version)) {
+    return beginning +
+           "OBJECTS section with a sound dictionary for object data. Open it in a CAD program, "
+           "save it "
+           "as DXF anew and open that.";
+  }
+  return beginning +
+         "place for object data. Save it as DXF of R2000 or later in a CAD program and open that.";
 }
 
 bool Drawing::takes_records(EntityId id) const {

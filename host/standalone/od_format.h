@@ -24,6 +24,9 @@
 
 namespace korvel::od_format {
 
+// Of the drawing's version: earlier ones have no dictionaries.
+inline constexpr std::string_view first_version = "AC1012";
+
 inline constexpr std::string_view definitions_key = "KORVEL_OBJECT_DATA";
 inline constexpr std::string_view records_key = "KORVEL_OD";
 

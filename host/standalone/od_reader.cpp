@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
+#include "frame/utf.h"
 #include "host/standalone/dictionary.h"
 #include "host/standalone/od_format.h"
 
 namespace korvel {
 namespace {
-
-constexpr std::string_view first_version_with_objects = "AC1012";
 
 std::string counted(std::size_t entities) {
   return entities == 1 ? "one entity" : std::to_string(entities) + " entities";
@@ -49,7 +48,7 @@ bool OdReader::read_definitions() {
   if (items.root == dxf::no_index) return false;
   dxf::Document& document = drawing_.document_;
   document.item(items.root).slot = Drawing::own_object;
-  const bool has_objects = document.at_least(first_version_with_objects);
+  const bool has_objects = document.at_least(od_format::first_version);
   const auto entry = find_entry(document, document.bytes(items.root), od_format::definitions_key);
   const auto dictionary = entry ? object_with(entry->handle) : std::nullopt;
   if (!dictionary) return has_objects;
@@ -77,7 +76,7 @@ void OdReader::read_definition(const DictionaryEntry& entry) {
     (void)drawing_.od_.add_table(*definition);
     items.records.push_back(*record);
   } else {
-    drawing_.notices_.push_back("the definition of the object-data table '" + entry.key +
+    drawing_.notices_.push_back("the definition of the object-data table '" + to_utf8(key) +
                                 "' cannot be read; it is kept as it stands");
   }
 }

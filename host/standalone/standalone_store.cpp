@@ -165,7 +165,11 @@ std::optional<ODTableDef> StandaloneStore::table(std::wstring_view name) const {
 
 TableChange StandaloneStore::define_table(const ODTableDef& definition) {
   if (drawing_.od().find(definition.name)) return TableChange::TableExists;
-  if (!is_sound(definition) || drawing_.why_no_object_data()) return TableChange::Failed;
+  if (!is_sound(definition)) return TableChange::Failed;
+  if (drawing_.why_no_object_data()) {
+    lacked_place_ = true;
+    return TableChange::Failed;
+  }
   (void)drawing_.od().add_table(definition);
   return TableChange::Done;
 }
@@ -349,6 +353,8 @@ class StandaloneStore::Attached final : public AttachedDrawing {
 
 std::unique_ptr<AttachedDrawing> StandaloneStore::attach_drawing(
     const std::filesystem::path& path) {
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(path, ignored)) return nullptr;  // a pipe may never come
   Result<std::unique_ptr<Drawing>> source = Drawing::open(path);
   if (!source) return nullptr;
   return std::make_unique<Attached>(*this, std::move(*source));

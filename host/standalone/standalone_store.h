@@ -36,6 +36,9 @@ class StandaloneStore final : public ODStore {
   [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(
       const std::filesystem::path& path) override;
 
+  // Whether a table was refused because the drawing has no place for object data.
+  [[nodiscard]] bool lacked_place() const { return lacked_place_; }
+
  private:
   class Iterator;
   class Attached;
@@ -43,6 +46,7 @@ class StandaloneStore final : public ODStore {
   [[nodiscard]] RecordSpan readable_records(EntityId entity) const;
 
   Drawing& drawing_;
+  bool lacked_place_ = false;
   std::map<std::wstring, std::wstring, std::less<>> path_aliases_;
   std::vector<const Iterator*> iterators_;
   std::vector<ODValueView> views_;  // of the record being attached

@@ -127,6 +127,9 @@ TEST(Document, RefusesDamageWithItsPlace) {
   const std::string head = "0\nSECTION\n2\nENTITIES\n";
   const std::string binary = sample("AC1032", {two_bytes, ""});
   const std::string cut = framed("0 SECTION\n2 ENTITIES\n0 POINT\n10 1.5\n", {two_bytes, ""});
+  std::string many_types = head;
+  for (int type = 0; type < 0x10000; ++type)
+    many_types += "0\nT" + std::to_string(type) + '\n';
   struct {
     const char* name;
     std::string bytes;
@@ -150,6 +153,8 @@ TEST(Document, RefusesDamageWithItsPlace) {
        "a.dxf: line 5: the end-of-file mark is missing, the file was cut short"},
       {"EOF inside a section", head + "0\nEOF\n",
        "a.dxf: line 5: the file ends inside a section, it was cut short"},
+      {"many types", many_types + "0\nENDSEC\n0\nEOF\n",
+       "a.dxf: line 131075: more than 65,535 names of types; no program writes so many"},
       {"nested section", head + "0\nSECTION\n", "a.dxf: line 5: a section begins inside another"},
       {"CR LF, line counted once", "0\r\nSECTION\r\n2\r\nENTITIES\r\nx\r\ny\r\n",
        "a.dxf: line 5: a group code that is no number"},

@@ -280,16 +280,24 @@ TEST(ObjectDataFile, IsRefusedWhereTheDrawingHasNoPlaceForIt) {
       "0 SECTION\n2 ENTITIES\n0 POINT\n5 20\n8 0\n10 1.0\n20 1.0\n0 ENDSEC\n0 EOF\n";
   const std::string no_root = replaced(sample_lines("AC1032"), "OBJECTS", "ACDSDATA");
   const std::string bare = "0 SECTION\n2 ENTITIES\n0 POINT\n5 20\n0 ENDSEC\n0 EOF\n";
-  for (const auto& [lines, version] :
-       {std::pair{r12, "(AC1009)"}, {no_root, "(AC1032)"}, {bare, "(an early version)"}}) {
+  struct Case {
+    std::string lines;
+    std::string version;
+    std::string remedy;
+  };
+  for (const auto& [lines, version, remedy] : {Case{r12, "(AC1009)", "R2000"},
+                                               {no_root, "(AC1032)", "no OBJECTS section"},
+                                               {bare, "(an early version)", "R2000"}}) {
     SCOPED_TRACE(version);
     const auto drawing = read(framed(lines));
     ASSERT_TRUE(drawing);
     const std::optional<std::string> why = drawing->why_no_object_data();
     ASSERT_TRUE(why);
     EXPECT_NE(why->find(version), why->npos) << *why;
-    EXPECT_NE(why->find("R2000"), why->npos) << *why;
-    EXPECT_EQ(StandaloneStore(*drawing).define_table(texts_table(L"T")), TableChange::Failed);
+    EXPECT_NE(why->find(remedy), why->npos) << *why;
+    StandaloneStore store(*drawing);
+    EXPECT_EQ(store.define_table(texts_table(L"T")), TableChange::Failed);
+    EXPECT_TRUE(store.lacked_place());
     EXPECT_FALSE(attach(*drawing, 0x20, text_record(L"T", L"a")));
     EXPECT_FALSE(drawing->changed());
     EXPECT_EQ(drawing->to_bytes(), framed(lines));
@@ -343,8 +351,9 @@ TEST(ObjectDataFile, KeepsAndTellsWhatCannotBeRead) {
       {"no record at all", replaced(good, "360 51", "360 5F"), {records_kept}},
       {"not an XRECORD", replaced(good, "0 XRECORD\n5 51", "0 PLACEHOLDER\n5 51"), {records_kept}},
       {"later format",
-       replaced(good, "90 1\n2 T", "90 2\n2 T"),
-       {"the definition of the object-data table 'T' cannot be read; it is kept as it stands",
+       replaced(replaced(good, "90 1\n2 T", "90 2\n2 T"), "\n3 T\n", "\n3 \\U+00D6T\n"),
+       {"the definition of the object-data table '\xC3\x96T' cannot be read; it is kept as it "
+        "stands",
         records_kept}},
       {"column of an unknown type",
        replaced(good, "300 V\n70 3", "300 V\n70 9"),

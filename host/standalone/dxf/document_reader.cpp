@@ -22,6 +22,7 @@ Section section_named(std::string_view name) {
   return Section::Other;
 }
 
+constexpr std::size_t most_types = std::numeric_limits<std::uint16_t>::max();
 constexpr std::uint64_t longest_item = std::numeric_limits<std::uint32_t>::max();
 
 bool has_parts(std::string_view type) { return type == "POLYLINE" || type == "INSERT"; }
@@ -182,6 +183,9 @@ std::optional<Failure> DocumentReader::begin_item(const Group& group) {
                                   static_cast<ItemIndex>(document_.items_.size()));
   }
 
+  if (document_.type_names_.size() > most_types) {
+    return fail_at(group.begin, "more than 65,535 names of types; no program writes so many");
+  }
   item_ = {};
   item_.span.offset = group.begin;
   item_.type = type_index(type);
@@ -273,13 +277,9 @@ void DocumentReader::enter_handle(std::uint64_t handle, std::size_t offset) {
 
 std::uint16_t DocumentReader::type_index(std::string_view type) {
   if (type == last_type_ && !document_.type_names_.empty()) return last_type_index_;
-  constexpr std::size_t most_types = 0xFFFF;
-  // A file with more types than any program writes is damaged; what it calls them no longer
-  // matters.
-  const std::string key(document_.type_names_.size() < most_types ? type : std::string_view{});
-  const auto [found, is_new] =
-      type_indexes_.try_emplace(key, static_cast<std::uint16_t>(document_.type_names_.size()));
-  if (is_new) document_.type_names_.push_back(key);
+  const auto [found, is_new] = type_indexes_.try_emplace(
+      std::string(type), static_cast<std::uint16_t>(document_.type_names_.size()));
+  if (is_new) document_.type_names_.emplace_back(type);
   last_type_ = type;
   last_type_index_ = found->second;
   return found->second;
