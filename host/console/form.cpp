@@ -2,6 +2,7 @@
 #include "host/console/form.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <span>
 #include <vector>
@@ -37,15 +38,19 @@ Names button_names(const Dialog& dialog) {
 struct CellColumn {
   std::size_t control = 0;
   std::size_t column = 0;
+  std::wstring grid;  // its label
   std::wstring heading;
   bool editable = false;
 };
+using CellColumns = std::vector<CellColumn>;
 
-std::vector<CellColumn> cell_columns(const Dialog& dialog) {
-  std::vector<CellColumn> columns;
-  const auto add_all = [&columns](std::size_t control, const auto& headings) {
+CellColumns cell_columns(const Dialog& dialog) {
+  CellColumns columns;
+  const auto add_all = [&](std::size_t control, const auto& headings) {
+    const std::wstring grid(label_name(control_of(dialog.controls()[control])));
     for (std::size_t column = 0; column < headings.size(); ++column) {
-      columns.push_back({control, column, headings[column].heading, headings[column].editable});
+      columns.push_back(
+          {control, column, grid, headings[column].heading, headings[column].editable});
     }
   };
   for (std::size_t control = 0; control < dialog.controls().size(); ++control) {
@@ -58,12 +63,55 @@ std::vector<CellColumn> cell_columns(const Dialog& dialog) {
   return columns;
 }
 
+// The columns that this text of theirs names, which may be shortened; of one that the form repeats
+// and one that a person may change, the latter.
+CellColumns named(const CellColumns& columns, std::wstring CellColumn::*text,
+                  std::wstring_view typed) {
+  Names texts;
+  for (const CellColumn& column : columns) {
+    const std::wstring& one = column.*text;
+    if (std::ranges::find(texts, one) == texts.end()) texts.emplace_back(one);
+  }
+  const NameMatch match = match_name(texts, typed);
+  CellColumns found;
+  std::ranges::copy_if(columns, std::back_inserter(found), [&](const CellColumn& column) {
+    return match.ambiguous ? begins_with(column.*text, typed)
+                           : match.index && column.*text == texts[*match.index];
+  });
+  const bool can_change = std::ranges::any_of(found, &CellColumn::editable);
+  if (can_change) std::erase_if(found, [](const CellColumn& column) { return !column.editable; });
+  return found;
+}
+
+// The columns of this heading, in front of which a grid's label and a full stop may stand.
+CellColumns columns_meant(const CellColumns& columns, std::wstring_view typed) {
+  const CellColumns plain = named(columns, &CellColumn::heading, typed);
+  const bool whole = !plain.empty() && plain.front().heading.size() == typed.size();
+  for (std::size_t stop = typed.find(L'.'); !whole && stop != std::wstring_view::npos;
+       stop = typed.find(L'.', stop + 1)) {
+    const CellColumns of_grid = named(columns, &CellColumn::grid, typed.substr(0, stop));
+    CellColumns found = named(of_grid, &CellColumn::heading, typed.substr(stop + 1));
+    if (!found.empty()) return found;
+  }
+  return plain;
+}
+
+// The heading, with its grid's label where that alone tells it from another.
+std::wstring name_of(const CellColumn& column, const CellColumns& columns) {
+  const bool is_shared = std::ranges::any_of(columns, [&column](const CellColumn& other) {
+    return other.control != column.control && other.heading == column.heading;
+  });
+  return is_shared ? column.grid + L'.' + column.heading : column.heading;
+}
+
 std::wstring what_there_is(const Dialog& dialog) {
   Names names = control_names(dialog);
-  const std::vector<CellColumn> columns = cell_columns(dialog);
+  const CellColumns columns = cell_columns(dialog);
+  std::vector<std::wstring> cells;
   for (const CellColumn& column : columns) {
-    if (column.editable) names.emplace_back(column.heading);
+    if (column.editable) cells.push_back(name_of(column, columns));
   }
+  names.insert(names.end(), cells.begin(), cells.end());
   return listed(names) + L"; buttons: " + listed(button_names(dialog)) + L".";
 }
 
@@ -122,14 +170,10 @@ FormReply set_control(Dialog& dialog, std::size_t index, const auto& make_change
 }
 
 FormReply set_cell(Dialog& dialog, const FormAssignment& assignment) {
-  const std::vector<CellColumn> columns = cell_columns(dialog);
-  Names headings;
-  for (const CellColumn& column : columns)
-    headings.emplace_back(column.heading);
   const std::wstring heading = field_text(assignment.label);
-  const NameMatch match = match_name(headings, heading);
-  if (!match.index || match.ambiguous) return no_such_label(dialog, heading, match.ambiguous);
-  const CellColumn& cell = columns[*match.index];
+  const CellColumns meant = columns_meant(cell_columns(dialog), heading);
+  if (meant.size() != 1) return no_such_label(dialog, heading, !meant.empty());
+  const CellColumn& cell = meant.front();
   return set_control(dialog, cell.control, [&](const ControlPointer& pointer) {
     if (auto* const* grid = std::get_if<LongGrid*>(&pointer)) {
       return change_cell(**grid, cell.column, assignment);

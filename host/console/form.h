@@ -4,6 +4,7 @@
 //   Tables += PIPES           checks one more; -= unchecks; = * checks all; = nothing
 //   Simultaneous = on         on/off, yes/no, 1/0
 //   Value[WIDTH] = 3.5        a cell: column, then the row's first cell or its number from 1
+//   Records.Value[1] = x      the same with the grid's label, where two grids share a heading
 //   Criteria += NAME, *main*  a new row; Criteria -= 1 takes one away
 //   ?                         the form again
 //   OK                        presses a button, also one that is an item of a menu

@@ -172,6 +172,41 @@ TEST(Form, AWrongLineSaysWhatThereIsAndChangesNothing) {
   }
 }
 
+// Two grids that share a heading; the columns of one repeat a fixed one.
+class TwoGrids : public Dialog {
+ public:
+  TwoGrids() : Dialog(L"Grids") {
+    filter.rows = {{L"a", L"b"}};
+    records.rows = {{L"2F", L"c", L"d", L"e"}};
+    add(&filter);
+    add(&records);
+  }
+  Grid filter{L"Filter", {{L"Field", true}, {L"Value", true}}, true};
+  Grid records{
+      L"Records", {{L"Handle"}, {L"Value", true}, {L"Handle", true}, {L"A.B", true}}, false};
+};
+
+TEST(Form, ACellTakesItsGridsLabel) {
+  const auto cases = std::to_array<Accepted>({
+      {L"Records.Value[1] = x",
+       L"1: a | b\n  Records: Handle | Value | Handle | A.B\n      1: 2F | x | d"},
+      {L"rec.val[1] = x", L"1: 2F | x | d | e\n"},
+      {L"Filter.Value[1] = x", L"1: a | x\n"},
+      {L"handle[1] = x", L"1: 2F | c | x | e\n"},
+      {L"A.B[1] = x", L"1: 2F | c | d | x\n"},
+      {L"\"Records.A.B\"[1] = x", L"1: 2F | c | d | x\n"},
+  });
+  for (const auto& [line, shown] : cases) {
+    TwoGrids dialog;
+    EXPECT_EQ(apply_line(dialog, line).text, L"") << std::wstring(line);
+    EXPECT_NE(form_text(dialog).find(shown), std::wstring::npos) << form_text(dialog);
+  }
+  TwoGrids dialog;
+  EXPECT_EQ(apply_line(dialog, L"Value[1] = x").text,
+            L"There is more than one \"Value\" here; there is: Filter, Records, Field, "
+            L"Filter.Value, Records.Value, Handle, A.B; buttons: none.");
+}
+
 TEST(Form, TellsWhatElseChanged) {
   SampleDialog dialog;
   EXPECT_EQ(apply_line(dialog, L"Table = ROADS").text,
