@@ -13,10 +13,10 @@ constexpr std::size_t line_width = 79;
 constexpr std::wstring_view indent = L"  ";
 constexpr std::wstring_view deep_indent = L"      ";
 
-// A text of object data may hold line breaks, a line of the form may not.
+// A text of object data may hold line breaks and tabs, a line of the form may not.
 std::wstring on_one_line(std::wstring text) {
   std::ranges::replace_if(
-      text, [](wchar_t unit) { return unit < L' ' || unit == 0x7F; }, L' ');
+      text, [](wchar_t unit) { return unit == L'\n' || unit == L'\r' || unit == L'\t'; }, L' ');
   return text;
 }
 

@@ -161,7 +161,7 @@ unsigned char TerminalLines::complete(EditLine* editor, int) {
 
 TerminalLines::Read TerminalLines::next(std::wstring_view prompt, std::wstring& line) {
   const interrupt::AtPrompt at_prompt;
-  prompt_ = to_utf8(prompt);
+  prompt_ = to_utf8(visible(prompt));
   if (style_ == PromptStyle::Bold) make_bold(prompt_);
   at_command_ = prompt == command_prompt;
   interrupted_ = false;

@@ -1,5 +1,6 @@
 // Lines typed in a console window.
 #include <array>
+#include <cstdio>
 #include <io.h>
 #include <windows.h>
 
@@ -24,9 +25,9 @@ class TerminalLines final : public LineSource {
 
   Read next(std::wstring_view prompt, std::wstring& line) override {
     const interrupt::AtPrompt at_prompt;
-    if (bold_) write_output(L"\033[1m");
+    if (bold_) style("\033[1m");
     write_output(prompt);
-    if (bold_) write_output(L"\033[0m");
+    if (bold_) style("\033[0m");
     flush_output();
     const Read read = read_line(line);
     if (read == Read::Interrupted || read == Read::End) write_output(L"\n");
@@ -40,6 +41,9 @@ class TerminalLines final : public LineSource {
     return GetConsoleMode(output, &mode) != 0 &&
            SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
   }
+
+  // Past what makes escapes visible.
+  static void style(const char* escape) { (void)std::fputs(escape, stdout); }
 
   Read read_line(std::wstring& line) const {
     line.clear();

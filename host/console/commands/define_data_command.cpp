@@ -5,6 +5,7 @@
 
 #include "frame/command_frame.h"
 #include "frame/format.h"
+#include "frame/value_text.h"
 #include "host/console/commands/handlers.h"
 #include "host/console/commands/questions.h"
 #include "host/console/commands/table_names.h"
@@ -26,7 +27,7 @@ void print_columns(ConsoleHost& host, const ODTableDef& table) {
     line.resize(name_width + 4, L' ');
     line += type_name(column.type);
     line.resize(name_width + 4 + type_width, L' ');
-    line += format_text(L"<%s>\n", value_in_line(view_of(column.default_value)));
+    line += format_text(L"<%s>\n", on_one_line(value_text(view_of(column.default_value))));
     host.print(line);
   }
 }

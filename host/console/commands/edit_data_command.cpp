@@ -6,6 +6,7 @@
 
 #include "frame/command_frame.h"
 #include "frame/format.h"
+#include "frame/value_text.h"
 #include "host/console/commands/handlers.h"
 #include "host/console/commands/questions.h"
 #include "host/console/commands/value_questions.h"
@@ -79,7 +80,7 @@ class Editing {
     const std::optional<ODTableDef> table = store_.table(record.table);
     for (std::size_t i = 0; table && i < record.values.size(); ++i) {
       host_.print(format_text(L"  %s: %s\n", table->columns[i].name,
-                              value_in_line(view_of(record.values[i]))));
+                              on_one_line(value_text(view_of(record.values[i])))));
     }
   }
 

@@ -98,7 +98,7 @@ bool list_layers(ConsoleHost& host) {
   if (!asked) return false;
   const EntityId current = host.drawing().current_layer();
   for (const Layer& layer : layers_named(host, asked->empty() ? L"*" : *asked)) {
-    std::wstring line = format_text(L"\"%s\"", layer.name);
+    std::wstring line = format_text(L"\"%s\"", on_one_line(layer.name));
     line.resize(std::max(line.size() + 1, name_width), L' ');
     line += layer.off ? L"Off" : L"On";
     if (layer.frozen) line += L", frozen";

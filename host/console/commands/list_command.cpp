@@ -33,7 +33,7 @@ class EntityText {
     if (const auto length = length_of(geometry.shape)) number(L"length", *length);
     if (const auto area = area_of(geometry.shape)) number(L"area", *area);
     for (const BlockAttribute& attribute : drawing_.attributes_of(id)) {
-      fact(L"attribute " + attribute.tag, value_in_line(std::wstring_view(attribute.text)));
+      fact(L"attribute " + attribute.tag, attribute.text);
     }
     if (drawing_.has_readable_records(id)) {
       records(Drawing::index_of(id));
@@ -83,13 +83,13 @@ class EntityText {
     place(L"start point", text.position);
     number(L"height", text.height);
     number(L"rotation angle", text.rotation * 180 / std::numbers::pi);
-    fact(L"text", value_in_line(std::wstring_view(text.text)));
+    fact(L"text", text.text);
   }
   void operator()(const MtextShape& text) {
     place(L"location", text.position);
     number(L"width", text.width);
     number(L"height", text.height);
-    fact(L"contents", value_in_line(std::wstring_view(text.text)));
+    fact(L"contents", text.text);
   }
   void operator()(const BlockReferenceShape& block) {
     fact(L"block name", L'"' + block.block + L'"');
@@ -109,7 +109,7 @@ class EntityText {
  private:
   void line(std::wstring_view text) {
     out_ += indent;
-    out_ += text;
+    out_ += on_one_line(text);
     out_ += L'\n';
   }
   void fact(std::wstring_view name, std::wstring_view value) {
@@ -178,7 +178,7 @@ class EntityText {
       line(format_text(L"Object data %i of %i: %s", i + 1, span.count, table.name));
       for (std::uint32_t column = 0; column < table.columns.size(); ++column) {
         out_ += indent;
-        fact(table.columns[column].definition.name, value_in_line(od.value(record, column)));
+        fact(table.columns[column].definition.name, value_text(od.value(record, column)));
       }
     }
   }

@@ -8,7 +8,6 @@
 #include "frame/file_bytes.h"
 #include "frame/format.h"
 #include "frame/utf.h"
-#include "frame/value_text.h"
 #include "host/console/typed_text.h"
 
 namespace korvel {
@@ -105,9 +104,9 @@ bool cancelled(ConsoleHost& host) {
   return true;
 }
 
-std::wstring value_in_line(const ODValueView& value) {
+std::wstring on_one_line(std::wstring_view text) {
   std::wstring line;
-  for (const wchar_t c : value_text(value)) {
+  for (const wchar_t c : text) {
     if (c == L'\n') {
       line += L"\\n";
     } else if (c == L'\r') {

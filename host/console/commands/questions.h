@@ -76,8 +76,8 @@ inline constexpr std::wstring_view cancel_line = L"*Cancel*\n";
 // through many entities ask at each.
 [[nodiscard]] bool cancelled(ConsoleHost& host);
 
-// The value as a person sees it, kept on one line: line breaks and tabs show as \n, \r and \t.
-[[nodiscard]] std::wstring value_in_line(const ODValueView& value);
+// Line breaks and tabs show as \n, \r and \t.
+[[nodiscard]] std::wstring on_one_line(std::wstring_view text);
 
 // "1 layer", "3 layers".
 [[nodiscard]] std::wstring counted(std::size_t count, std::wstring_view one,

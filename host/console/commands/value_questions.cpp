@@ -6,6 +6,7 @@
 
 #include "frame/format.h"
 #include "frame/utf.h"
+#include "frame/value_text.h"
 #include "host/console/commands/questions.h"
 #include "host/console/typed_text.h"
 
@@ -44,7 +45,8 @@ std::wstring_view requirement(ODType type) {
 
 std::optional<ODValue> ask_value(ConsoleHost& host, std::wstring_view name,
                                  const ODValue& current) {
-  const std::wstring prompt = format_text(L"%s <%s>: ", name, value_in_line(view_of(current)));
+  const std::wstring prompt =
+      format_text(L"%s <%s>: ", name, on_one_line(value_text(view_of(current))));
   while (const std::optional<std::wstring> answer = host.ask_line(prompt)) {
     if (answer->empty()) return current;
     if (std::optional<ODValue> value = std::visit(Reading{*answer}, current)) return value;
