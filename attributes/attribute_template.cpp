@@ -54,7 +54,7 @@ void attr_template(Session& session) {
   TextFileWriter writer(TextEncoding::Ansi);
   writer.write(made.text);
   if (const std::optional<TextFileError> error = writer.save(*file)) {
-    return host.print(format_text(L"Error: %s\n", error->message));
+    return host.print_error(format_text(L"Error: %s\n", error->message));
   }
   host.print(format_text(L"Generated template for %i block(s), %i table(s)\n", blocks.size(),
                          made.tables));

@@ -145,7 +145,7 @@ std::optional<AttributeMapping> ask_mapping(Session& session) {
   }
   host.print(format_text(L"Loading attributes map from '%s'\n", path_text(*file)));
   MappingReading reading = read_attribute_mapping(std::move(text.text), session.store);
-  if (!reading.messages.empty()) host.print(reading.messages);
+  if (!reading.messages.empty()) host.print_error(reading.messages);
   host.print(format_text(L"%i attribute mappings loaded\n", reading.count));
   if (reading.failed || reading.count == 0) return std::nullopt;
   return std::move(reading.mapping);

@@ -177,7 +177,7 @@ void export_csv(Session& session, const RecordRows& rows) {
   const CsvExport written = write_csv(session.store, host, *table, rows, *format);
   if (written.interrupted) return;
   if (const auto error = save_file(*file, written.bytes)) {
-    return host.print(format_text(L"Error: %s\n", error->message));
+    return host.print_error(format_text(L"Error: %s\n", error->message));
   }
   warn_of_spreadsheets(host, written);
   report<Message::CompletedOutOf>(host, written.rows, rows.rows.size());

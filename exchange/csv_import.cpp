@@ -107,13 +107,13 @@ void import_csv(Session& session, std::wstring_view table_name) {
   if (!file) return;
   std::string utf8;
   if (const auto error = read_utf8_file(*file, most_csv_bytes, TextEncoding::Ansi, utf8)) {
-    return host.print(format_text(L"Error: %s\n", error->message));
+    return host.print_error(format_text(L"Error: %s\n", error->message));
   }
 
   const CsvPlan plan = plan_import(session, *table, utf8, *format);
   if (plan.interrupted) return;
   if (plan.damage) {
-    return host.print(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));
+    return host.print_error(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));
   }
   std::size_t written = 0;
   if (is_wanted(host, plan)) {

@@ -56,9 +56,12 @@ class Explication {
   ExplicationText text_;
 };
 
-bool is_complete(const ExplicationRequest& request) {
-  return !request.tables.empty() && !request.separator.empty() &&
-         !(request.type_field && request.type_field->empty());
+// Why the request cannot be met; empty when it can.
+std::wstring_view what_is_missing(const ExplicationRequest& request) {
+  if (request.tables.empty()) return L"no table is chosen";
+  if (request.separator.empty()) return L"there is no separator";
+  if (request.type_field && request.type_field->empty()) return L"no type field is chosen";
+  return {};
 }
 
 std::vector<std::wstring> user_tables_on(ODStore& store, const EntityList& entities) {
@@ -85,7 +88,9 @@ void expl(Session& session) {
   SelectSharedCol dialog(session.store, user_tables_on(session.store, entities));
   if (!host.show(dialog)) return;
   const ExplicationRequest request = dialog.request();
-  if (!is_complete(request)) return;
+  if (const std::wstring_view missing = what_is_missing(request); !missing.empty()) {
+    return host.note_refused_input(missing);
+  }
   const auto file = host.choose_file_to_save({L"CSV files (*.csv)|*.csv||", L"csv", true});
   if (!file || check_writable(*file)) return;
   FileInProgress written(*file);

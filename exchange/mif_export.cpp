@@ -250,7 +250,7 @@ void export_mif(Session& session, const RecordRows& rows) {
   const std::array<FileContent, 2> contents{
       {{files->mif, {written.mif}}, {files->mid, {written.mid}}}};
   if (const auto error = save_files(contents)) {
-    return host.print(format_text(L"Error: %s\n", error->message));
+    return host.print_error(format_text(L"Error: %s\n", error->message));
   }
   warn(host, L"texts cut off after 254 bytes", written.cut_texts);
   warn(host, L"texts with blanks instead of line breaks", written.broken_lines);

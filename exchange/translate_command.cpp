@@ -36,7 +36,7 @@ void load(DrawingHost& host, const std::filesystem::path& path,
   const AliasLoad load = load_alias_file(path, kind, maps);
   if (load.error) return report_unread(host, *load.error, path);
   for (const std::wstring& line : load.bad_lines)
-    host.print(format_text(L"Error: incorrect %s alias '%s'\n", noun, line));
+    host.print_error(format_text(L"Error: incorrect %s alias '%s'\n", noun, line));
   host.print(format_text(L"%i %s aliases loaded\n", load.loaded, noun));
 }
 
@@ -44,8 +44,8 @@ void load(DrawingHost& host, const std::filesystem::path& path,
 bool check_destinations(DrawingHost& host, const Aliases& tables) {
   const std::vector<std::wstring> duplicates = duplicate_aliases(tables);
   for (const std::wstring& alias : duplicates)
-    host.print(format_text(L"Error: duplicate destination table '%s'\n", alias));
-  if (!duplicates.empty()) host.print(L"Error: duplicate destination table(s)\n");
+    host.print_error(format_text(L"Error: duplicate destination table '%s'\n", alias));
+  if (!duplicates.empty()) host.print_error(L"Error: duplicate destination table(s)\n");
   return duplicates.empty();
 }
 

@@ -66,8 +66,8 @@ void report_unread(DrawingHost& host, const TextFileError& error,
                    const std::filesystem::path& path) {
   using enum TextFileErrorKind;
   const bool unread = error.kind == CannotOpen || error.kind == CannotRead;
-  host.print(unread ? format_text(L"Error: unable to read '%s'\n", path_text(path))
-                    : format_text(L"Error: %s\n", error.message));
+  host.print_error(unread ? format_text(L"Error: unable to read '%s'\n", path_text(path))
+                          : format_text(L"Error: %s\n", error.message));
 }
 
 void leave_selected(DrawingHost& host, const EntityList& entities) {

@@ -51,7 +51,11 @@ void leave_found(DrawingHost& host, const EntityList& found);
 // Prints the catalogue's message with its arguments.
 template <Message message, class... Args>
 void report(DrawingHost& host, const Args&... args) {
-  host.print(format<message>(args...));
+  if constexpr (is_error(message)) {
+    host.print_error(format<message>(args...));
+  } else {
+    host.print(format<message>(args...));
+  }
 }
 
 // Says why a text file of the user's was not taken: that it cannot be read, or what is wrong in it.

@@ -20,6 +20,7 @@
 #include "frame/object_copy.h"
 #include "frame/od_store.h"
 #include "frame/palette_set.h"
+#include "frame/refusals.h"
 
 namespace korvel {
 
@@ -61,13 +62,8 @@ struct BlockAttribute {
   friend bool operator==(const BlockAttribute&, const BlockAttribute&) = default;
 };
 
-class DrawingHost {
+class DrawingHost : public Refusals {
  public:
-  DrawingHost() = default;
-  DrawingHost(const DrawingHost&) = delete;
-  DrawingHost& operator=(const DrawingHost&) = delete;
-  virtual ~DrawingHost() = default;
-
   // --- Entities ---
 
   // The entities of the block table record "*Model_Space", oldest first. Erased ones are left out.
@@ -168,6 +164,8 @@ class DrawingHost {
 
   // Text as it stands; a message that ends its line ends in a line feed.
   virtual void print(std::wstring_view text) = 0;
+
+  void print_error(std::wstring_view message) override { print(message); }
 
   // A line of at most 132 characters, blanks allowed. Enter alone is Given with an empty text;
   // none: Esc.

@@ -217,6 +217,8 @@ class ForwardingHost : public DrawingHost {
   }
 
   void print(std::wstring_view text) override { target_.print(text); }
+  void print_error(std::wstring_view message) override { target_.print_error(message); }
+  void note_refused_input(std::wstring_view reason) override { target_.note_refused_input(reason); }
   [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override {
     return target_.ask_string(prompt);
   }

@@ -212,6 +212,11 @@ static_assert(ids_are_contiguous(), "a message is found by its place in the cata
   return message_detail::catalogue[static_cast<std::size_t>(place)].text;
 }
 
+// Whether the message says that something was refused or failed.
+[[nodiscard]] constexpr bool is_error(Message message) {
+  return text(message).starts_with(L"Error");
+}
+
 // The text with its placeholders filled; arguments that do not fit them do not compile.
 template <Message M, class... Args>
 [[nodiscard]] std::wstring format(const Args&... args) {

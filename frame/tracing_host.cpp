@@ -87,6 +87,14 @@ class TracingHost final : public ForwardingHost {
     TraceLine(L"print", text).ends(sink_);
     Base::print(text);
   }
+  void print_error(std::wstring_view message) override {
+    TraceLine(L"print_error", message).ends(sink_);
+    Base::print_error(message);
+  }
+  void note_refused_input(std::wstring_view reason) override {
+    TraceLine(L"note_refused_input", reason).ends(sink_);
+    Base::note_refused_input(reason);
+  }
   [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override {
     return TraceLine(L"ask_string", prompt).returns(sink_, Base::ask_string(prompt));
   }

@@ -7,6 +7,7 @@
 
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
+#include "frame/format.h"
 #include "frame/session.h"
 #include "search/find_values_dialog.h"
 #include "search/value_pattern.h"
@@ -47,6 +48,19 @@ EntityList marked(const EntityList& entities, const std::vector<char>& marks) {
   return kept;
 }
 
+// Nothing can be found by a field that no table has, and the count alone does not show why. Any
+// value will do without the field.
+void note_unknown_fields(const ValueSearch& search, const ODStore& store, DrawingHost& host) {
+  const std::vector<ODTableDef> tables = definitions(store, search.tables);
+  for (const ValueCriterion& criterion : search.criteria) {
+    const bool known = std::ranges::any_of(tables, [&criterion](const ODTableDef& table) {
+      return table.column(criterion.field).has_value();
+    });
+    if (known || ValuePattern(criterion.pattern, search.extended).needs_no_value()) continue;
+    host.note_refused_input(format_text(L"no chosen table has the field '%s'", criterion.field));
+  }
+}
+
 }  // namespace
 
 EntityList find_by_values(const ValueSearch& search, ODStore& store, const EntityList& entities) {
@@ -68,7 +82,8 @@ void has_specific_values(Session& session) {
   if (!session.host.show(dialog)) return;
   session.choices.extended = dialog.extended.on;
   const ValueSearch search = dialog.search();
-  if (search.criteria.empty()) return;
+  if (search.criteria.empty()) return session.host.note_refused_input(L"there is no criterion");
+  note_unknown_fields(search, session.store, session.host);
 
   const EntityList gathered = gather(session.host).entities;
   if (gathered.empty()) return;

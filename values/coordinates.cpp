@@ -81,7 +81,10 @@ void set_xyz(Session& session) {
                      session.choices.coordinates, precision_of_drawing);
   const bool accepted = host.show(dialog);
   dialog.remember(session.choices.coordinates, accepted);
-  if (!accepted || !dialog.is_complete()) return;
+  if (!accepted) return;
+  if (!dialog.is_complete()) {
+    return host.note_refused_input(L"no column is chosen, or one is chosen twice");
+  }
   const EntityList entities = entities_to_set(host, {}).value_or(EntityList{});
   if (entities.empty()) return;
   CoordinateCount count;

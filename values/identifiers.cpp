@@ -121,7 +121,9 @@ void set_id(Session& session) {
   if (!host.show(dialog)) return;
   const Numbering numbering = dialog.numbering();
   session.choices.first_number = numbering.first;
-  if (numbering.first == invalid_first) return;
+  if (numbering.first == invalid_first) {
+    return host.note_refused_input(L"the first number is no whole number from 0");
+  }
   std::optional<EntityList> entities = entities_to_set(host, std::move(selected));
   if (!entities) return;
   drop_repeated(*entities);

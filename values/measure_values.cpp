@@ -91,7 +91,7 @@ void set_prop(Session& session) {
                       session.choices.table_of_measures, unit_precision_of(host));
   if (!host.show(dialog)) return;
   const std::optional<MeasureColumns> columns = dialog.columns();
-  if (!columns) return;
+  if (!columns) return host.note_refused_input(L"no column is chosen, or one is chosen twice");
   session.choices.table_of_measures = columns->table;
 
   const std::optional<EntityList> entities = entities_to_set(host, {});

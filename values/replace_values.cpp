@@ -52,7 +52,9 @@ void replace_values(Session& session) {
   OptionsReplace dialog(session.store, tables_in_use(session.store, host, picked));
   if (!host.show(dialog)) return;
   const ReplaceRequest request = dialog.request();
-  if (request.tables.empty() || request.fields.empty()) return;
+  if (request.tables.empty() || request.fields.empty()) {
+    return host.note_refused_input(L"no table or no field is chosen");
+  }
 
   const std::optional<EntityList> entities = entities_to_set(host, std::move(picked));
   if (!entities || entities->empty()) return;

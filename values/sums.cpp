@@ -47,7 +47,10 @@ std::optional<Outcome> ask_and_add(Session& session, SumScope scope, const Add& 
   const SumRequest request = dialog.request();
   const std::optional<FoundColumn> from = find_column(session.store, request.from);
   const std::optional<FoundColumn> to = find_column(session.store, request.to);
-  if (!from || !to) return std::nullopt;
+  if (!from || !to) {
+    host.note_refused_input(L"there are not two columns chosen");
+    return std::nullopt;
+  }
   if (!can_add(to->type, from->type)) {
     report<Message::InvalidTypeOf>(host, request.from.table, request.from.column);
     return std::nullopt;

@@ -182,7 +182,7 @@ void set_text(Session& session) {
                       choices.text_tolerance);
   if (!host.show(dialog)) return;
   const std::optional<TextColumn> column = dialog.column();
-  if (!column) return;
+  if (!column) return host.note_refused_input(L"no field is chosen, or the tolerance is no number");
   choices.table_of_texts = column->table;
   choices.text_tolerance = dialog.tolerance();
 

@@ -25,11 +25,13 @@ class LineSource {
   LineSource& operator=(const LineSource&) = delete;
   virtual ~LineSource() = default;
 
-  enum class Read { Line, TooLong, End, Interrupted };
-  // Shows the prompt and reads a line without its line end; what is no UTF-8 reads as U+FFFD. The
-  // cursor is at the beginning of a line afterwards. TooLong: more than max_typed_bytes, the line
-  // is lost. Interrupted: Ctrl+C.
+  enum class Read { Line, TooLong, NotUtf8, End, Interrupted };
+  // Shows the prompt and reads a line without its line end. The cursor is at the beginning of a
+  // line afterwards. TooLong: more than max_typed_bytes; NotUtf8: other bytes; the line is lost.
+  // Interrupted: Ctrl+C.
   virtual Read next(std::wstring_view prompt, std::wstring& line) = 0;
+  // Where the line that came last is from: "roads.scr, line 12"; empty where a person typed it.
+  [[nodiscard]] virtual std::wstring place() const { return {}; }
   [[nodiscard]] virtual bool is_terminal() const = 0;
   // No line will come any more, as far as can be told without waiting.
   [[nodiscard]] virtual bool at_end() { return false; }

@@ -49,7 +49,6 @@ int status_of(FileFault worst, const LineSource& lines) {
 int status_of(const TerminalHost& host, const LineSource& lines) {
   switch (host.ending()) {
     case TerminalHost::Ending::Refused:
-      complain("stopped at the first refused line");
       return exit_status::stopped_by_strict;
     case TerminalHost::Ending::Interrupted:
       return exit_status::interrupted;
@@ -70,7 +69,17 @@ bool wants_saving(TerminalHost::Ending ending) {
          ending != Ending::QuitDiscarding;
 }
 
+// The input ended with changes that nobody saved or discarded.
+void warn_of_lost_changes(const TerminalHost& host) {
+  const bool ended = host.ending() == TerminalHost::Ending::InputEnded ||
+                     host.ending() == TerminalHost::Ending::InputEndedInPrompt;
+  if (!ended || !host.drawing().changed()) return;
+  const std::string drawing = host.file.empty() ? "the new drawing" : to_utf8(path_text(host.file));
+  complain("the changes of " + drawing + " were not saved");
+}
+
 int save_output(const Options& options, TerminalHost& host, int status) {
+  if (!options.output) warn_of_lost_changes(host);
   if (!options.output || !wants_saving(host.ending())) return status;
   if (!may_write_output(options, host.file)) return exit_status::output_not_written;
   const std::optional<Failure> failure = save_drawing(host.drawing(), *options.output);
@@ -86,7 +95,6 @@ struct Input {
 };
 
 Result<Input> open_input(const Options& options) {
-  using Comments = ScriptedLines::Comments;
   using namespace platform;
   Input input;
   const bool scripted = !options.commands.empty() || options.script;
@@ -95,14 +103,13 @@ Result<Input> open_input(const Options& options) {
     return input;
   }
   if (options.script) {
-    const Result<int> file = open_for_reading(*options.script);
-    if (!file) return file.failure();
-    input.reader = std::make_unique<LineReader>(*file);
+    Result<std::string> script = read_script(*options.script);
+    if (!script) return script.failure();
+    input.reader = std::make_unique<LineReader>(std::move(*script), path_text(*options.script));
   } else if (!scripted) {
-    input.reader = std::make_unique<LineReader>(platform::standard_input);
+    input.reader = std::make_unique<LineReader>(standard_input, L"standard input");
   }
-  input.lines = std::make_unique<ScriptedLines>(
-      options.commands, input.reader.get(), options.script ? Comments::Skip : Comments::AreLines);
+  input.lines = std::make_unique<ScriptedLines>(options.commands, input.reader.get());
   return input;
 }
 
@@ -125,7 +132,8 @@ int run_console(const Options& options, const PluginLoader& load_plugin) {
 
   interrupt::install();
   const bool progress = !options.no_progress && platform::is_terminal(platform::standard_error);
-  TerminalHost host(std::move(*drawing), *input->lines, {options.strict, progress});
+  TerminalHost host(std::move(*drawing), *input->lines,
+                    {options.strict, progress, options.output.has_value()});
   if (options.drawing) host.file = *options.drawing;
   if (const std::unique_ptr<LoadedPlugin> plugin = load_plugin(host)) {
     CommandLoop(host, *input->lines, *plugin).run();

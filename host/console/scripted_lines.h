@@ -1,9 +1,9 @@
 // Lines that nobody types: of the command line, of a script, of a pipe.
 #pragma once
 
-#include <deque>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/console/console.h"
@@ -12,17 +12,20 @@
 
 namespace korvel {
 
-// Cuts what a file holds into lines, LF or CR LF, without holding more of it than a line.
+// Cuts bytes into lines, LF or CR LF; of a file it holds no more than a line.
 class LineReader {
  public:
   // Takes over the open file.
-  explicit LineReader(int file);
+  LineReader(int file, std::wstring name);
+  LineReader(std::string bytes, std::wstring name);
 
   // Interrupted: the line begun so far is kept for the next call.
   LineSource::Read next(std::string& line);
 
-  // Looking at the next line does not wait for anybody.
-  [[nodiscard]] bool is_regular_file() const;
+  // Of the line that came last: "roads.scr, line 12".
+  [[nodiscard]] std::wstring place() const;
+  // Looking at the next line may wait for somebody.
+  [[nodiscard]] bool may_wait() const;
   // Why reading stopped before the end.
   [[nodiscard]] const std::optional<std::string>& failure() const { return failure_; }
 
@@ -31,6 +34,8 @@ class LineReader {
   bool fill();
 
   disk::OpenFile file_;
+  std::wstring name_;
+  std::size_t lines_ = 0;
   std::string buffer_;
   std::size_t at_ = 0;
   std::string begun_;
@@ -40,19 +45,19 @@ class LineReader {
   std::optional<std::string> failure_;
 };
 
-// Opens a file for a LineReader. The failure names it.
-[[nodiscard]] Result<int> open_for_reading(const std::filesystem::path& path);
+// The whole of a script, which is UTF-8 and at most 128 MB long. A pipe is read to its end. The
+// failure names the file and, where it is one of a line, the line.
+[[nodiscard]] Result<std::string> read_script(const std::filesystem::path& path);
 
-// First the given lines, then those of the reader, if there is one.
+// First the given lines, which are those of -c, then those of the reader, if there is one. There a
+// line that begins with a semicolon is a comment, which nobody sees.
 class ScriptedLines final : public LineSource {
  public:
-  // In a script a line that begins with a semicolon is a comment, which nobody sees.
-  enum class Comments { Skip, AreLines };
-
-  ScriptedLines(const std::vector<std::string>& lines, LineReader* reader, Comments comments)
-      : lines_(lines.begin(), lines.end()), reader_(reader), comments_(comments) {}
+  ScriptedLines(std::vector<std::string> lines, LineReader* reader)
+      : lines_(std::move(lines)), reader_(reader) {}
 
   Read next(std::wstring_view prompt, std::wstring& line) override;
+  [[nodiscard]] std::wstring place() const override { return place_; }
   [[nodiscard]] bool is_terminal() const override { return false; }
   [[nodiscard]] bool at_end() override;
 
@@ -60,13 +65,15 @@ class ScriptedLines final : public LineSource {
   struct Fetched {
     Read read = Read::End;
     std::string line;
+    std::wstring place = {};
   };
   Fetched fetch();
 
-  std::deque<std::string> lines_;
+  std::vector<std::string> lines_;
+  std::size_t lines_taken_ = 0;
   LineReader* reader_;
-  Comments comments_;
   std::optional<Fetched> ahead_;
+  std::wstring place_;
 };
 
 }  // namespace korvel

@@ -10,6 +10,7 @@
 #include "frame/plugin.h"
 #include "frame/text_file.h"
 #include "frame/utf.h"
+#include "host/console/commands/file_commands.h"
 #include "host/console/form.h"
 #include "host/console/interrupt.h"
 #include "host/console/output.h"
@@ -52,6 +53,12 @@ std::filesystem::path with_extension(std::filesystem::path path, std::wstring_vi
   return path;
 }
 
+// "roads.scr, line 12: text"; either may be empty.
+std::wstring at_place(std::wstring place, std::wstring_view text) {
+  if (!place.empty() && !text.empty()) place += L": ";
+  return place.append(text);
+}
+
 }  // namespace
 
 TerminalHost::TerminalHost(std::unique_ptr<Drawing> drawing, LineSource& lines, Manner manner)
@@ -81,20 +88,32 @@ std::optional<std::wstring> TerminalHost::read_line(std::wstring_view prompt) {
       return std::nullopt;
     }
     interrupted_before_ = false;
+    last_line_ = line;
     if (read == LineSource::Read::Line) return line;
     if (read == LineSource::Read::End) {
       ending_ = Ending::InputEnded;
-    } else {
+    } else if (read == LineSource::Read::TooLong) {
       refuse(L"The line is longer than " + std::to_wstring(max_typed_bytes) +
              L" bytes and is left out.");
+    } else {
+      refuse(L"The line is no UTF-8 and is left out.");
     }
   }
   return std::nullopt;
 }
 
+bool TerminalHost::stays() {
+  const bool ended = ending_ == Ending::InputEnded || ending_ == Ending::InputEndedInPrompt;
+  const bool loses_changes = !manner_.saves_at_end && drawing().changed();
+  if (!ended || !lines_.is_terminal() || !loses_changes) return false;
+  ending_ = Ending::None;
+  if (may_leave_drawing(*this)) quit(Changes::Discarded);
+  return ending_ == Ending::None;
+}
+
 std::optional<std::wstring> TerminalHost::next_command() {
   start_line();
-  while (ending_ == Ending::None) {
+  while (ending_ == Ending::None || stays()) {
     if (std::optional<std::wstring> sent = take_sent()) return sent;
     if (lines_.at_end()) {
       ending_ = Ending::InputEnded;
@@ -138,7 +157,23 @@ void TerminalHost::print(std::wstring_view text) {
 void TerminalHost::refuse(std::wstring_view sentence) {
   start_line();
   print(std::wstring(sentence) + L'\n');
-  if (manner_.strict && ending_ == Ending::None) ending_ = Ending::Refused;
+  stop_if_strict();
+}
+
+void TerminalHost::print_error(std::wstring_view message) {
+  print(message);
+  stop_if_strict();
+}
+
+void TerminalHost::note_refused_input(std::wstring_view reason) {
+  complain(to_utf8(at_place(lines_.place(), reason)));
+  stop_if_strict();
+}
+
+void TerminalHost::stop_if_strict() {
+  if (!manner_.strict || ending_ != Ending::None) return;
+  ending_ = Ending::Refused;
+  complain("stopped at " + to_utf8(at_place(lines_.place(), last_line_)));
 }
 
 void TerminalHost::quit(Changes changes) {

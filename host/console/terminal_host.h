@@ -15,6 +15,7 @@ class TerminalHost final : public ConsoleHost {
   struct Manner {
     bool strict = false;         // the first refusal ends the run
     bool show_progress = false;  // on standard error
+    bool saves_at_end = false;   // what the input leaves changed is not lost
   };
   // The lines must outlive the host.
   TerminalHost(std::unique_ptr<Drawing> drawing, LineSource& lines, Manner manner);
@@ -49,6 +50,8 @@ class TerminalHost final : public ConsoleHost {
 
   [[nodiscard]] std::optional<std::wstring> ask_line(std::wstring_view prompt) override;
   void refuse(std::wstring_view sentence) override;
+  void print_error(std::wstring_view message) override;
+  void note_refused_input(std::wstring_view reason) override;
   [[nodiscard]] std::optional<EntityList> ask_selection_with(std::wstring_view prompt) override;
   void refuse_file(FileFault fault, std::wstring_view sentence) override;
   void quit(Changes changes) override;
@@ -92,11 +95,16 @@ class TerminalHost final : public ConsoleHost {
   std::optional<std::wstring> take_sent();
   std::optional<std::wstring> ask_file_name(const FileQuestion& question, std::wstring_view prompt);
   void start_line();
+  // Something was refused.
+  void stop_if_strict();
+  // Whether the person at the terminal, where the input ended, does not want to lose the changes.
+  bool stays();
 
   LineSource& lines_;
   Manner manner_;
   ProgressMeter progress_;
   Ending ending_ = Ending::None;
+  std::wstring last_line_;
   bool at_line_start_ = true;
   bool interrupted_before_ = false;  // and no line was read since
   bool interrupt_seen_ = false;      // by the running command, which ends for it

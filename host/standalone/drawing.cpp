@@ -71,8 +71,7 @@ std::optional<std::string> Drawing::why_no_object_data() const {
   if (document_.at_least(od_format::first_version)) {
     return beginning +
            "OBJECTS section with a sound dictionary for object data. Open it in a CAD program, "
-           "save it "
-           "as DXF anew and open that.";
+           "save it as DXF anew and open that.";
   }
   return beginning +
          "place for object data. Save it as DXF of R2000 or later in a CAD program and open that.";

@@ -1,9 +1,12 @@
 #include <array>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "host/console/output.h"
 #include "host/console/scripted_lines.h"
 #include "host/console/selection_set.h"
 #include "host/console/typed_text.h"
@@ -25,7 +28,7 @@ int file_with(std::string_view bytes) {
 }
 
 TEST(LineReader, CutsLinesWhateverEndsThem) {
-  LineReader reader(file_with("\xEF\xBB\xBFone\r\n\ntwo\rthree\n;four"));
+  LineReader reader(file_with("\xEF\xBB\xBFone\r\n\ntwo\rthree\n;four"), L"a.scr");
   for (const std::string_view expected : {"one", "", "two\rthree", ";four"}) {
     std::string line;
     ASSERT_EQ(reader.next(line), Read::Line);
@@ -37,7 +40,8 @@ TEST(LineReader, CutsLinesWhateverEndsThem) {
 
 TEST(LineReader, LosesAnOverlongLineAlone) {
   LineReader reader(file_with(std::string(max_typed_bytes, 'a') + "\r\n" +
-                              std::string(max_typed_bytes + 1, 'b') + "\nnext\n"));
+                              std::string(max_typed_bytes + 1, 'b') + "\nnext\n"),
+                    L"a.scr");
   std::string line;
   EXPECT_EQ(reader.next(line), Read::Line);
   EXPECT_EQ(line.size(), max_typed_bytes);
@@ -46,19 +50,64 @@ TEST(LineReader, LosesAnOverlongLineAlone) {
   EXPECT_EQ(line, "next");
 }
 
-TEST(ScriptedLines, EchoesAndSkipsCommentsOfTheScriptAlone) {
-  LineReader reader(file_with("; a comment\nd\xFF\n;\n"));
-  ScriptedLines lines({";not one"}, &reader, ScriptedLines::Comments::Skip);
+TEST(ScriptedLines, EchoesAndSkipsCommentsOfTheReaderAlone) {
+  LineReader reader(file_with("; a comment\nd\xFF\n;\nlast"), L"a.scr");
+  ScriptedLines lines({";not one", std::string(1, '\0')}, &reader);
   testing::internal::CaptureStdout();
   std::wstring line;
   EXPECT_FALSE(lines.at_end());
   EXPECT_EQ(lines.next(L"A: ", line), Read::Line);
   EXPECT_EQ(line, L";not one");
-  EXPECT_EQ(lines.next(L"B: ", line), Read::Line);
-  EXPECT_EQ(line, L"d\uFFFD");
+  EXPECT_EQ(lines.next(L"A: ", line), Read::NotUtf8);
+  EXPECT_EQ(lines.place(), L"-c, line 2");
+  EXPECT_EQ(lines.next(L"B: ", line), Read::NotUtf8);
+  EXPECT_EQ(lines.next(L"C: ", line), Read::Line);
   EXPECT_TRUE(lines.at_end());
-  EXPECT_EQ(lines.next(L"C: ", line), Read::End);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "A: ;not one\nB: d\xEF\xBF\xBD\nC: \n");
+  EXPECT_EQ(lines.place(), L"a.scr, line 4");
+  EXPECT_EQ(lines.next(L"D: ", line), Read::End);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "A: ;not one\nA: \nB: \nC: last\nD: \n");
+}
+
+TEST(Script, IsReadAsAWholeOrNotAtAll) {
+  const std::filesystem::path script = std::filesystem::path(testing::TempDir()) / "a.scr";
+  const std::string name = script.string();
+  const auto read = [&script](std::string_view bytes) {
+    std::ofstream(script, std::ios::binary) << bytes;
+    const Result<std::string> whole = read_script(script);
+    return whole ? *whole : whole.reason();
+  };
+  EXPECT_EQ(read("\xEF\xBB\xBF"
+                 "a\xC3\xA9\n"),
+            "\xEF\xBB\xBF"
+            "a\xC3\xA9\n");
+  for (const std::string_view bytes : {"\n\nr\xE9gion\n", "\n\na\xC3", "\n\n\xED\xA0\x80\n"}) {
+    EXPECT_EQ(read(bytes), name + ", line 3: this is no UTF-8, in which scripts are written");
+  }
+  EXPECT_EQ(read({"L\0I\0", 4}), name + ", line 1: this is no UTF-8, in which scripts are written");
+  if (std::filesystem::exists("/dev/zero")) {
+    EXPECT_EQ(read_script("/dev/zero").reason(), "/dev/zero: the script is longer than 128 MB");
+  }
+  std::filesystem::remove(script);
+}
+
+TEST(Output, ShowsWhatATerminalWouldObey) {
+  const auto cases = std::to_array<std::pair<std::wstring_view, std::wstring_view>>({
+      {L"\tRoads: 3\nend", L"\tRoads: 3\nend"},
+      {L"a\x1B[2Jb\r\x7F", L"a\\x1B[2Jb\\x0D\\x7F"},
+      {L"\x9B\xA0\u061C\u200D\u200E", L"\\u009B\xA0\\u061C\u200D\\u200E"},
+      {L"\u200F\u2029\u202A\u202E\u202F", L"\\u200F\u2029\\u202A\\u202E\u202F"},
+      {L"\u2065\u2066\u2069\u206A\U0001F600", L"\u2065\\u2066\\u2069\u206A\U0001F600"},
+  });
+  for (const auto& [text, shown] : cases)
+    EXPECT_EQ(visible(text), shown);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  write_output(
+      L"a\x1B"
+      L"b");
+  complain("a\x1B\xC2\x9B");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "korvel: a\\x1B\\u009B\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "a\\x1Bb");
 }
 
 TEST(TypedText, Points) {

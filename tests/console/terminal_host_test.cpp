@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
+#include "frame/command_frame.h"
 #include "host/console/command_loop.h"
 #include "host/console/interrupt.h"
 #include "host/console/scripted_lines.h"
@@ -19,8 +20,7 @@ using Ending = TerminalHost::Ending;
 // A host that is given these answers; what it prints is kept from the test's own output.
 struct Conversation {
   explicit Conversation(const std::vector<std::string>& answers, bool strict = false)
-      : lines(answers, nullptr, ScriptedLines::Comments::AreLines),
-        host(Drawing::blank(), lines, {strict, false}) {
+      : lines(answers, nullptr), host(Drawing::blank(), lines, {strict, false}) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
   }
@@ -130,6 +130,77 @@ TEST(TerminalHost, StrictEndsAtTheFirstRefusalWithEscForTheCommand) {
   EXPECT_EQ(talk.host.ask_integer(L"N: ").kind, Answer<std::int32_t>::Kind::Cancelled);
   EXPECT_EQ(talk.host.ending(), Ending::Refused);
   EXPECT_EQ(talk.host.next_command(), std::nullopt);
+  (void)talk.printed();
+  EXPECT_EQ(talk.complaints, "korvel: stopped at -c, line 1: x\n");
+}
+
+TEST(TerminalHost, StrictStopsAtWhatACommandRefuses) {
+  struct Case {
+    std::string name;
+    void (*refuse)(DrawingHost&);
+    Ending ending;
+    std::string printed;
+    std::string complaints;
+  };
+  const auto no_stop = Ending::None;
+  for (const Case& one : {
+           Case{"an error", [](DrawingHost& host) { report<Message::TableNotFound>(host); },
+                Ending::Refused, "Error: table not found.\n",
+                "korvel: stopped at -c, line 1: go\n"},
+           Case{"input of a dialog",
+                [](DrawingHost& host) { host.note_refused_input(L"no table is chosen"); },
+                Ending::Refused, "",
+                "korvel: -c, line 1: no table is chosen\nkorvel: stopped at -c, line 1: go\n"},
+           Case{"a warning", [](DrawingHost& host) { report<Message::LayerNotFound>(host, L"X"); },
+                no_stop, "Warning: layer 'X' not found.\n", ""},
+       }) {
+    SCOPED_TRACE(one.name);
+    Conversation talk({"go"}, true);
+    ASSERT_TRUE(talk.host.next_command());
+    one.refuse(talk.host);
+    EXPECT_EQ(talk.host.ending(), one.ending);
+    EXPECT_EQ(talk.printed(), "Command: go\n" + one.printed);
+    EXPECT_EQ(talk.complaints, one.complaints);
+  }
+}
+
+// Lines that a person types; the input ends again and again.
+class TypedLines final : public LineSource {
+ public:
+  explicit TypedLines(std::deque<std::optional<std::wstring>> lines) : lines_(std::move(lines)) {}
+  Read next(std::wstring_view prompt, std::wstring& line) override {
+    prompts.emplace_back(prompt);
+    const std::optional<std::wstring> typed = lines_.empty() ? std::nullopt : lines_.front();
+    if (!lines_.empty()) lines_.pop_front();
+    line = typed.value_or(L"");
+    return typed ? Read::Line : Read::End;
+  }
+  [[nodiscard]] bool is_terminal() const override { return true; }
+  std::vector<std::wstring> prompts;
+
+ private:
+  std::deque<std::optional<std::wstring>> lines_;
+};
+
+TEST(TerminalHost, AsksBeforeTheEndOfTheInputLosesChanges) {
+  const std::wstring question = L"Discard all changes to drawing? [Yes/No] <No>: ";
+  TypedLines lines({std::nullopt, L"", L"LINE", std::nullopt, L"Yes"});
+  TerminalHost host(Drawing::blank(), lines, {});
+  ASSERT_TRUE(host.drawing().add_entity({PointShape{}}, EntityProperties{}));
+  EXPECT_EQ(host.next_command(), L"LINE") << "the first time it was not meant so";
+  EXPECT_EQ(host.ask_line(L"Point: "), std::nullopt);
+  EXPECT_EQ(host.next_command(), std::nullopt);
+  EXPECT_EQ(host.ending(), Ending::QuitDiscarding);
+  EXPECT_EQ(lines.prompts, (std::vector<std::wstring>{L"Command: ", question, L"Command: ",
+                                                      L"Point: ", question}));
+
+  TypedLines none({});
+  for (const TerminalHost::Manner manner : {TerminalHost::Manner{}, {.saves_at_end = true}}) {
+    TerminalHost other(Drawing::blank(), none, manner);
+    ASSERT_TRUE(other.drawing().add_entity({PointShape{}}, EntityProperties{}));
+    EXPECT_EQ(other.next_command(), std::nullopt) << "there is nobody to answer";
+  }
+  EXPECT_EQ(none.prompts, (std::vector<std::wstring>{L"Command: ", question, L"Command: "}));
 }
 
 TEST(TerminalHost, PicksEntities) {

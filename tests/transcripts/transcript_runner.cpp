@@ -6,13 +6,16 @@
 //   ; args: --strict samples/world.dxf    arguments of the console, as for a shell
 //   ; show: out.csv                       a file whose contents the golden holds as well
 //   ; needs: /dev/full                    something that other systems lack: left out there
+//   ; unsaved                             the case ends without -o
 // The golden holds standard output, then (if there is any) standard error, the files to show
 // (UTF-16 as UTF-8), and the exit status. Each case runs in an empty folder of its own in which
-// `samples` is the folder given. With --accept the goldens are written.
+// `samples` is the folder given; the drawing is saved elsewhere unless it says otherwise. With
+// --accept the goldens are written.
 // With --other-system the program was built for another system than the goldens: line ends of its
 // files, and numbers that are zero but for rounding, may differ.
 // A golden in the folder OTHER_GOLDENS, if there is one, stands for that of the same name: what the
-// program under test is meant to do otherwise.
+// program under test is meant to do otherwise. Such a program has no notes of a script's line
+// ("korvel: NAME.scr, line 7: ...") on standard error.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -45,6 +48,7 @@ struct Header {
   std::string args;
   std::vector<std::string> files_to_show;
   bool needs_this_system = false;
+  bool unsaved = false;
 };
 
 // An empty folder that goes when this does.
@@ -93,6 +97,7 @@ Header read_header(const fs::path& script) {
   std::ifstream file(script);
   for (std::string line; std::getline(file, line) && line.starts_with(';');) {
     if (line.starts_with("; needs: ")) header.needs_this_system = true;
+    if (line == "; unsaved") header.unsaved = true;
     if (line.starts_with(args)) header.args = line.substr(args.size());
     if (line.starts_with(show)) header.files_to_show.push_back(line.substr(show.size()));
   }
@@ -145,11 +150,14 @@ std::string run_case(const Setup& setup, const fs::path& script) {
   const TemporaryFolder folder;
   const TemporaryFolder outputs;
   fs::create_directory_symlink(setup.samples, folder.path() / "samples");
+  fs::create_symlink(script, folder.path() / script.filename());
   const fs::path out = outputs.path() / "out";
   const fs::path err = outputs.path() / "err";
+  const bool as_it_says = header.unsaved || header.args.find("-o ") != std::string::npos;
+  const std::string save = as_it_says ? "" : " -o " + quoted(outputs.path() / "saved.dxf");
   const std::string command = "cd " + quoted(folder.path()) + " && " + quoted(setup.korvel) + ' ' +
-                              header.args + " -s " + quoted(script) + " </dev/null >" +
-                              quoted(out) + " 2>" + quoted(err);
+                              header.args + " -s " + quoted(script.filename()) + save +
+                              " </dev/null >" + quoted(out) + " 2>" + quoted(err);
   const int status = std::system(command.c_str());
 
   std::string seen = contents(out).value_or("");
@@ -194,6 +202,12 @@ fs::path golden_of(const Setup& setup, const fs::path& script) {
   return !setup.other_goldens.empty() && fs::exists(other) ? other : golden;
 }
 
+std::string without_notes(const std::string& golden) {
+  static const std::regex note(R"(korvel: \S*\.scr, line \d+: [^\n]*\n)");
+  static const std::regex empty_part("--- stderr\n(--- |exit )");
+  return std::regex_replace(std::regex_replace(golden, note, ""), empty_part, "$1");
+}
+
 bool check(const Setup& setup, const fs::path& script) {
   if (setup.other_system && read_header(script).needs_this_system) return true;
   const fs::path golden = golden_of(setup, script);
@@ -203,8 +217,9 @@ bool check(const Setup& setup, const fs::path& script) {
     write(golden, seen);
     return true;
   }
-  const std::optional<std::string> expected = contents(golden);
+  std::optional<std::string> expected = contents(golden);
   if (!expected) return fail(script, "there is no golden beside it");
+  if (!setup.other_goldens.empty()) expected = without_notes(*expected);
   if (*expected == seen) return true;
   if (setup.other_system && common_form(*expected) == common_form(seen)) return true;
   print_difference(golden, seen);

@@ -26,12 +26,6 @@ Failure lack_of_memory(const std::filesystem::path& path) {
   return {to_utf8(path_text(path)) + ": there is not enough memory"};
 }
 
-// True if nothing would be lost, or may be.
-bool may_leave_drawing(ConsoleHost& host) {
-  return !host.drawing().changed() ||
-         ask_yes(host, L"Discard all changes to drawing? [Yes/No] <No>: ");
-}
-
 void start_blank(ConsoleHost& host) {
   host.replace_drawing(Drawing::blank());
   host.file.clear();
@@ -77,6 +71,11 @@ std::wstring contents_of(const Drawing& drawing) {
                      counted(drawing.entities(Space::Model).size(), L"entity", L"entities"),
                      counted(drawing.layers().size(), L"layer", L"layers"),
                      counted(table_count, L"object-data table", L"object-data tables"));
+}
+
+bool may_leave_drawing(ConsoleHost& host) {
+  return !host.drawing().changed() ||
+         ask_yes(host, L"Discard all changes to drawing? [Yes/No] <No>: ");
 }
 
 namespace host_command {

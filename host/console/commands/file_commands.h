@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "host/console/console.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/result.h"
 
@@ -18,6 +19,9 @@ namespace korvel {
 
 // Writes the notices of a drawing just opened to standard error, one "korvel: ..." line each.
 void print_notices(const Drawing& drawing);
+
+// True if nothing would be lost, or may be, which is asked.
+[[nodiscard]] bool may_leave_drawing(ConsoleHost& host);
 
 // "1234 entities, 7 layers, 5 object-data tables": entities of model space, layers with and without
 // a record, all tables.
