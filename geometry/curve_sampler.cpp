@@ -102,24 +102,20 @@ class Sampler {
     finish_part(closed);
   }
 
-  // The points between the ends.
-  void add_inside(const EllipticArc& arc, std::size_t pieces) {
+  // The points between the ends, of at most so many pieces; a whole turn has three at least.
+  void add_inside(const EllipticArc& arc, std::size_t most) {
+    const std::size_t least = is_whole_turn(arc.sweep) ? 3 : 1;
+    const std::size_t pieces = std::max(piece_count(arc.sweep, rule_, most), least);
     const double step = arc.sweep / static_cast<double>(pieces);
     for (std::size_t i = 1; i < pieces; ++i) {
       add(point_at(arc, arc.start + static_cast<double>(i) * step));
     }
   }
 
-  // At most so many pieces, but three of a whole turn.
-  void add_inside_within(const EllipticArc& arc, std::size_t most) {
-    const std::size_t pieces = piece_count(arc.sweep, rule_, most);
-    add_inside(arc, is_whole_turn(arc.sweep) ? std::max<std::size_t>(pieces, 3) : pieces);
-  }
-
   void add_whole(const EllipticArc& arc) {
     const bool closed = is_whole_turn(arc.sweep);
     add(point_at(arc, arc.start));
-    add_inside_within(arc, most_curve_points);
+    add_inside(arc, most_curve_points);
     if (!closed) add(point_at(arc, arc.start + arc.sweep));
     finish_part(closed);
   }
@@ -134,7 +130,7 @@ class Sampler {
       if (const CurvedEdge* const edge = loop.curve_of(i)) {
         add_edge(edge->curve, most);
       } else if (const auto arc = segment_arc(polyline, i)) {
-        add_inside_within(elliptic_arc(*arc), most);
+        add_inside(elliptic_arc(*arc), most);
       }
     }
     finish_part(closed);
@@ -142,7 +138,7 @@ class Sampler {
 
   void add_edge(const decltype(CurvedEdge::curve)& curve, std::size_t most) {
     if (const auto* const ellipse = std::get_if<EllipseShape>(&curve)) {
-      add_inside_within(elliptic_arc(*ellipse), most);
+      add_inside(elliptic_arc(*ellipse), most);
     } else if (const auto& spline = std::get<SplineShape>(curve); has_curve(spline)) {
       add_spline(spline);
     }

@@ -1,7 +1,9 @@
 // Length and area of shapes.
 #include "geometry/measures.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <numeric>
 #include <vector>
@@ -60,6 +62,14 @@ double loop_area(const HatchLoop& loop) {
   return area(sums);
 }
 
+// Whether there are points, and none is so far that the square of its distance is no number.
+bool are_near(const std::vector<Point3>& points) {
+  constexpr double far = 1e150;
+  return !points.empty() && std::ranges::all_of(points, [](const Point3& point) {
+    return std::abs(point.x) < far && std::abs(point.y) < far;
+  });
+}
+
 double hatch_area(const HatchShape& hatch) {
   std::vector<double> areas;
   for_each_loop(hatch, [&](const HatchLoop& loop) { areas.push_back(loop_area(loop)); });
@@ -70,6 +80,7 @@ double hatch_area(const HatchShape& hatch) {
   const PlaneFrame frame = plane_frame(hatch.loops.front().normal);
   for (Point3& point : outlines.points)
     point = from_world(frame, point);
+  if (!are_near(outlines.points)) return std::numeric_limits<double>::quiet_NaN();
   const std::vector<bool> holes = parts_within_others(outlines, areas);
   double filled = 0;
   for (std::size_t i = 0; i < areas.size(); ++i)

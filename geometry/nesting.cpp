@@ -1,14 +1,14 @@
 // Outlines within outlines.
 //
-// A point inside a part, away from all outlines, lies in as many larger parts as there are odd
-// numbers of their edges to its right. Larger and smaller halves of the parts are met with each
-// other, then the halves of the halves; so each edge takes part a logarithm of times.
+// A place inside a part, away from all outlines, lies in an odd number of the larger parts if the
+// number of their edges to its right is odd. The places of the smaller half of the parts count the
+// edges of the larger half, then each half is divided likewise; so an edge is looked at as often as
+// the parts can be halved.
 #include "geometry/nesting.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <limits>
+#include <iterator>
 #include <numeric>
 #include <optional>
 #include <span>

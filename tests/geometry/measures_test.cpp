@@ -110,6 +110,11 @@ PolylineShape upright(PolylineShape loop) {
   return loop;
 }
 
+TEST(Measures, OutlinesOfAHatchBeyondAllNumbersHaveNoArea) {
+  const PolylineShape thread = polyline({{{0, 0, 0}}, {{1e308, 1, 0}}, {{-1e308, -1, 0}}}, true);
+  EXPECT_FALSE(area_of(HatchShape{{thread, square(0, 1)}}));
+}
+
 TEST(Measures, OutlinesOfAHatchAreHolesByTurns) {
   SplineShape shifted_parabola = parabola();
   for (Point3& point : shifted_parabola.control_points)
