@@ -1,7 +1,6 @@
 // Reads single-line text, attribute definitions and paragraph text.
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <utility>
 
 #include "host/standalone/entity_shapes.h"
@@ -141,7 +140,8 @@ EntityGeometry read_mtext(EntityRecords& records, const dxf::TextCodec& codec) {
   MtextShape text;
   ParagraphMeasures measures;
   Point3 direction{1, 0, 0};
-  std::optional<double> rotation;
+  double rotation = 0;
+  bool is_turned = false;  // by the rotation, instead of the direction
   Extrusion extrusion;
   dxf::Group group;
   while (records.next(group)) {
@@ -161,6 +161,7 @@ EntityGeometry read_mtext(EntityRecords& records, const dxf::TextCodec& codec) {
         break;
       case 50:
         rotation = group.real() * radians_per_degree;
+        is_turned = true;
         break;
       case 71:
         text.attachment = static_cast<int>(std::clamp<std::int64_t>(group.integer(1), 1, 9));
@@ -168,7 +169,7 @@ EntityGeometry read_mtext(EntityRecords& records, const dxf::TextCodec& codec) {
       default:
         // Of a direction and an angle the later one counts.
         if (take_point(group, 11, direction)) {
-          rotation.reset();
+          is_turned = false;
         } else if (!take_point(group, 10, text.position)) {
           take_laid_out_size(group, text);
           extrusion.take(group);
@@ -180,8 +181,8 @@ EntityGeometry read_mtext(EntityRecords& records, const dxf::TextCodec& codec) {
   if (!(text.width > 0 && text.height > 0)) estimate_size(text, measures);
 
   const PlaneFrame plane = plane_frame(extrusion.normal);
-  const Vector3 along = rotation ? std::cos(*rotation) * plane.x + std::sin(*rotation) * plane.y
-                                 : direction - Point3{};
+  const Vector3 along = is_turned ? std::cos(rotation) * plane.x + std::sin(rotation) * plane.y
+                                  : direction - Point3{};
   text.normal = plane.normal;
   text.direction = plane_frame(plane.normal, along).x;
   return {std::move(text)};
