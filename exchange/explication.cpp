@@ -94,8 +94,10 @@ void expl(Session& session) {
   const auto file = host.choose_file_to_save({L"CSV files (*.csv)|*.csv||", L"csv", true});
   if (!file || check_writable(*file)) return;
   FileInProgress written(*file);
-  explicate(session.store, host, std::move(entities), request,
-            [&written](std::string_view bytes) { written.write(bytes); });
+  explicate(session.store, host, std::move(entities), request, [&written](std::string_view bytes) {
+    written.write(bytes);
+    return true;
+  });
   // Deliberately a file that cannot be written is not spoken of.
   (void)written.finish();
 }

@@ -2,10 +2,8 @@
 // each group and statistics of every column at the end.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "frame/drawing_host.h"
@@ -18,9 +16,6 @@ struct ExplicationRequest {
   std::optional<std::wstring> type_field;  // none: records are grouped by table
   std::wstring separator;                  // as it stands between cells, of any length
 };
-
-// Takes the next bytes of a file.
-using ByteSink = std::function<void(std::string_view)>;
 
 // Hands out the file's bytes in order, many at a time. Each entity counts once, however often it is
 // listed; groups come in the order of their keys and the entities of a group in that of their

@@ -153,7 +153,7 @@ void ExplicationText::end_line() {
 
 void ExplicationText::flush() {
   std::string room;
-  sink_(little_endian_bytes(text_.view(), room));
+  (void)sink_(little_endian_bytes(text_.view(), room));
   text_.clear();
 }
 

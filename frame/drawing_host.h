@@ -17,6 +17,7 @@
 #include "frame/entity_geometry.h"
 #include "frame/entity_id.h"
 #include "frame/entity_properties.h"
+#include "frame/file_access.h"
 #include "frame/object_copy.h"
 #include "frame/od_store.h"
 #include "frame/palette_set.h"
@@ -62,7 +63,7 @@ struct BlockAttribute {
   friend bool operator==(const BlockAttribute&, const BlockAttribute&) = default;
 };
 
-class DrawingHost : public Refusals {
+class DrawingHost : public FileAccess, public Refusals {
  public:
   // --- Entities ---
 

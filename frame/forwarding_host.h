@@ -156,6 +156,11 @@ class ForwardingHost : public DrawingHost {
  public:
   explicit ForwardingHost(DrawingHost& target) : target_(target) {}
 
+  [[nodiscard]] std::optional<FailedFile> replace_files(std::span<const NewFile> files) override {
+    return target_.replace_files(files);
+  }
+  void report_failed_file(const FailedFile& file) override { target_.report_failed_file(file); }
+
   [[nodiscard]] EntityList model_space() const override { return target_.model_space(); }
   [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override {
     return target_.opens(entity, mode);

@@ -56,6 +56,8 @@ class TraceLine {
   void append(std::wstring_view text);
   void append(const std::wstring& text) { append(std::wstring_view(text)); }
   void append(const std::filesystem::path& path);
+  void append(const NewFile& file) { append(file.target); }
+  void append(const FailedFile& file) { append(sentence_of(file)); }
   void append(OpenMode mode) { line_ += mode == OpenMode::Read ? L"read" : L"write"; }
   void append(EntityId id);
   void append(const ODValueView& value);

@@ -11,6 +11,13 @@ class TracingHost final : public ForwardingHost {
  public:
   TracingHost(DrawingHost& target, TraceSink sink) : Base(target), sink_(std::move(sink)) {}
 
+  [[nodiscard]] std::optional<FailedFile> replace_files(std::span<const NewFile> files) override {
+    return TraceLine(L"replace_files", files).returns(sink_, Base::replace_files(files));
+  }
+  void report_failed_file(const FailedFile& file) override {
+    TraceLine(L"report_failed_file", file).ends(sink_);
+    Base::report_failed_file(file);
+  }
   [[nodiscard]] EntityList model_space() const override {
     return TraceLine(L"model_space").returns(sink_, Base::model_space());
   }

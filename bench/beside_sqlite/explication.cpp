@@ -12,7 +12,6 @@
 #include "bench/beside_sqlite/cases.h"
 #include "bench/beside_sqlite/lines.h"
 #include "bench/measuring.h"
-#include "frame/file_bytes.h"
 
 namespace korvel::bench {
 namespace {
@@ -70,13 +69,20 @@ void compare_explication(Comparison& run) {
   double writing = no_time;
   for (int round = 0; round < rounds; ++round) {
     ours = std::min(ours, seconds([&] {
-                      FileInProgress written(file);
-                      write([&](std::string_view bytes) { written.write(bytes); });
-                      if (written.finish()) fail("the explication was not saved");
+                      const NewFile written{file, [&](const ByteSink& sink) {
+                                              write(sink);
+                                              return true;
+                                            }};
+                      if (run.host().replace_files({&written, 1})) {
+                        fail("the explication was not saved");
+                      }
                     }));
     theirs = std::min(theirs, seconds([&] { write_csv(run.database(), file); }));
     std::string bytes;
-    write([&](std::string_view piece) { bytes += piece; });
+    write([&](std::string_view piece) {
+      bytes += piece;
+      return true;
+    });
     check_last_lines(run.database(), bytes);
     writing = std::min(writing, seconds([&] {
                          std::ofstream out(file, std::ios::binary);

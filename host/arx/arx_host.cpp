@@ -13,8 +13,13 @@
 #include "host/arx/properties.h"
 #include "host/arx/reshaping.h"
 #include "host/arx/selection.h"
+#include "host/files/replace_files.h"
 
 namespace korvel::arx {
+
+std::optional<FailedFile> ArxHost::replace_files(std::span<const NewFile> files) {
+  return korvel::replace_files(files);
+}
 
 EntityList ArxHost::model_space() const { return arx::model_space(); }
 

@@ -14,6 +14,7 @@ class ArxHost final : public DrawingHost {
  public:
   ArxHost() = default;
 
+  [[nodiscard]] std::optional<FailedFile> replace_files(std::span<const NewFile> files) override;
   [[nodiscard]] EntityList model_space() const override;
   [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override;
   [[nodiscard]] EntityId layer_of(EntityId entity) const override;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "frame/utf.h"
+#include "host/files/replace_files.h"
 #include "host/standalone/dxf/number_text.h"
 
 namespace korvel {
@@ -25,6 +26,10 @@ void StandaloneHost::replace_drawing(std::unique_ptr<Drawing> drawing) {
   pick_first_.clear();
   previous_.clear();
   drawing_ = std::move(drawing);
+}
+
+std::optional<FailedFile> StandaloneHost::replace_files(std::span<const NewFile> files) {
+  return korvel::replace_files(files);
 }
 
 EntityList StandaloneHost::model_space() const { return drawing_->entities(Space::Model); }

@@ -24,6 +24,7 @@ class StandaloneHost : public DrawingHost {
   [[nodiscard]] const EntityList& previous_selection() const { return previous_; }
   void set_previous_selection(EntityList entities) { previous_ = std::move(entities); }
 
+  [[nodiscard]] std::optional<FailedFile> replace_files(std::span<const NewFile> files) override;
   [[nodiscard]] EntityList model_space() const override;
   [[nodiscard]] bool opens(EntityId entity, OpenMode mode) const override;
   [[nodiscard]] EntityId layer_of(EntityId entity) const override;

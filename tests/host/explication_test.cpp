@@ -53,8 +53,10 @@ class Explicated : public testing::Test {
   }
   std::string explicated(const EntityList& entities, const ExplicationRequest& request) {
     std::string bytes;
-    explicate(store_, host_, entities, request,
-              [&bytes](std::string_view piece) { bytes += piece; });
+    explicate(store_, host_, entities, request, [&bytes](std::string_view piece) {
+      bytes += piece;
+      return true;
+    });
     return bytes;
   }
 
