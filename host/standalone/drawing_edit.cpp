@@ -32,9 +32,9 @@ void Drawing::replace_item(dxf::ItemIndex item, std::string_view bytes) {
   if (journal_.just_changed(item)) {
     document_.item(item).span = document_.store_over(document_.item(item).span, bytes);
   } else {
-    dxf::Span fresh = document_.store(bytes);
-    std::swap(document_.item(item).span, fresh);
-    journal_.add(ItemChange{item, fresh});
+    const dxf::Span fresh = document_.store(bytes);
+    journal_.add(ItemChange{item, document_.item(item).span});
+    document_.item(item).span = fresh;
   }
   refresh(item);
 }
@@ -49,6 +49,7 @@ void Drawing::erase_item(dxf::ItemIndex item) {
 
 dxf::ItemIndex Drawing::add_item(dxf::ItemIndex terminator, std::string_view bytes,
                                  std::uint64_t handle) {
+  journal_.make_room();
   const dxf::ItemIndex item = document_.add_before(terminator, bytes, handle);
   dxf::Span absent = document_.item(item).span;
   absent.erased = true;
@@ -271,6 +272,7 @@ std::optional<std::int64_t> Drawing::integer_variable(std::string_view name) con
 }
 
 bool Drawing::set_variable(std::string_view name, std::string_view value) {
+  journal_.make_room();
   const dxf::Span former = document_.header_span();
   if (!set_variable_for_now(name, value)) return false;
   if (document_.header_span().offset != former.offset) {

@@ -87,15 +87,13 @@ std::shared_ptr<const ObjectCopy> Drawing::copied_tree(std::uint64_t handle,
 
 bool Drawing::store_extension_entry(EntityId id, const ExtensionEntry& entry) {
   if (!takes_records(id) || on_locked_layer(id)) return false;
-  journal_.open();
-  bool stored = false;
+  const OpenStep step(journal_);
   if (const auto* data = dynamic_cast<const CopiedRecords*>(entry.object.get())) {
-    stored = is_object_data_key(entry.name) && put_records(index_of(id), data->records);
-  } else if (const auto* copy = dynamic_cast<const CopiedTree*>(entry.object.get())) {
-    stored = !is_object_data_key(entry.name) && put_tree(index_of(id), entry.name, copy->tree);
+    return is_object_data_key(entry.name) && put_records(index_of(id), data->records);
   }
-  journal_.close();
-  return stored;
+  const auto* copy = dynamic_cast<const CopiedTree*>(entry.object.get());
+  return copy != nullptr && !is_object_data_key(entry.name) &&
+         put_tree(index_of(id), entry.name, copy->tree);
 }
 
 // Records of tables that are gone, or are not what they were, are left out.

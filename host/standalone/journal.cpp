@@ -1,22 +1,40 @@
 #include "host/standalone/journal.h"
 
 namespace korvel {
+namespace {
 
-void Journal::open() { ++depth_; }
+// One more fits in; room grows as with adding.
+template <class Element>
+void make_room_in(std::vector<Element>& elements) {
+  if (elements.size() == elements.capacity()) elements.reserve(2 * elements.size() + 1);
+}
 
-void Journal::close() {
+}  // namespace
+
+void Journal::open() {
+  if (depth_ == 0) {
+    current_.name = name_;
+    make_room_in(undo_);
+  }
+  ++depth_;
+}
+
+void Journal::close() noexcept {
   if (depth_ == 0 || --depth_ > 0 || current_.changes.empty()) return;
   current_.number = ++steps_made_;
-  current_.name = name_;
   undo_.push_back(std::move(current_));
   current_ = {};
   redo_.clear();
 }
 
+void Journal::make_room() {
+  const OpenStep step(*this);
+  make_room_in(current_.changes);
+}
+
 void Journal::add(Change change) {
-  open();
+  const OpenStep step(*this);
   current_.changes.push_back(std::move(change));
-  close();
 }
 
 bool Journal::just_changed(dxf::ItemIndex item) const {
@@ -45,19 +63,18 @@ Run* Journal::run(const Fits& fits) {
 }
 
 void Journal::add_records(std::uint32_t entity, RecordSpan former) {
-  open();
+  const OpenStep step(*this);
   auto* records = run<OdChange::Records>([](const OdChange::Records&) { return true; });
   if (records == nullptr) {
     Change& added = current_.changes.emplace_back(std::in_place_type<OdChange>);
     records = &std::get<OdChange>(added).what.emplace<OdChange::Records>();
   }
   records->formers.push_back({entity, former});
-  close();
 }
 
 void Journal::add_value(std::uint32_t table, std::uint32_t column, std::uint32_t row,
                         const Cell& former) {
-  open();
+  const OpenStep step(*this);
   auto* values = run<OdChange::Values>([&](const OdChange::Values& other) {
     return other.table == table && other.column == column;
   });
@@ -68,9 +85,8 @@ void Journal::add_value(std::uint32_t table, std::uint32_t column, std::uint32_t
     values->column = column;
     values->formers = cells_for(static_cast<ODType>(former.index()));
   }
-  values->rows.push_back(row);
   append(values->formers, former);
-  close();
+  values->rows.push_back(row);  // counts
 }
 
 std::optional<Journal::Step> Journal::take(std::vector<Step>& steps) {
@@ -80,8 +96,14 @@ std::optional<Journal::Step> Journal::take(std::vector<Step>& steps) {
   return step;
 }
 
-std::optional<Journal::Step> Journal::take_undo() { return take(undo_); }
+std::optional<Journal::Step> Journal::take_undo() {
+  make_room_in(redo_);
+  return take(undo_);
+}
 
-std::optional<Journal::Step> Journal::take_redo() { return take(redo_); }
+std::optional<Journal::Step> Journal::take_redo() {
+  make_room_in(undo_);
+  return take(redo_);
+}
 
 }  // namespace korvel

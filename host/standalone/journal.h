@@ -33,14 +33,18 @@ class Journal {
     std::vector<Change> changes;
   };
 
-  // Brackets a step; pairs nest and the outermost counts. A step without changes is none.
+  // Brackets a step; pairs nest and the outermost counts. A step without changes is none. Only the
+  // opening can fail, for lack of memory.
   void open();
-  void close();
+  void close() noexcept;
   // Names the steps that are closed from now on, after the command that makes them.
   void name_steps(std::wstring name) { name_ = std::move(name); }
 
-  // Outside a step the change is a step of its own.
+  // Outside a step the change is a step of its own. What fails to be added must not be done: it
+  // could not be taken back.
   void add(Change change);
+  // The next adding of one change cannot fail, for what is known only when it is done.
+  void make_room();
 
   // The same for an entity's records and for a value; what comes in a row is kept together.
   void add_records(std::uint32_t entity, RecordSpan former);
@@ -72,6 +76,18 @@ class Journal {
   std::vector<Step> undo_;
   std::vector<Step> redo_;
   std::uint64_t steps_made_ = 0;
+};
+
+// One pair, closed on every way out.
+class OpenStep {
+ public:
+  explicit OpenStep(Journal& journal) : journal_(journal) { journal_.open(); }
+  ~OpenStep() { journal_.close(); }
+  OpenStep(const OpenStep&) = delete;
+  OpenStep& operator=(const OpenStep&) = delete;
+
+ private:
+  Journal& journal_;
 };
 
 }  // namespace korvel

@@ -8,8 +8,8 @@ namespace korvel {
 namespace {
 
 // Calls visit(std::vector<T>&), unless the column has no type.
-template <class Visit>
-void visit_typed(CellVector& cells, Visit&& visit) {
+template <class Cells, class Visit>
+void visit_typed(Cells& cells, Visit&& visit) {
   std::visit(
       [&visit](auto& typed) {
         if constexpr (!std::is_same_v<std::decay_t<decltype(typed)>, std::monostate>) visit(typed);
@@ -43,12 +43,14 @@ void append(CellVector& cells, const Cell& cell) {
               [&](auto& typed) { typed.push_back(std::get<ValueOf<decltype(typed)>>(cell)); });
 }
 
-Cell exchange_cell(CellVector& cells, std::size_t row, const Cell& cell) {
-  Cell former;
-  visit_typed(cells, [&](auto& typed) {
-    former = std::exchange(typed[row], std::get<ValueOf<decltype(typed)>>(cell));
-  });
-  return former;
+Cell cell_at(const CellVector& cells, std::size_t row) {
+  Cell cell;
+  visit_typed(cells, [&](const auto& typed) { cell = typed[row]; });
+  return cell;
+}
+
+void set_cell(CellVector& cells, std::size_t row, const Cell& cell) {
+  visit_typed(cells, [&](auto& typed) { typed[row] = std::get<ValueOf<decltype(typed)>>(cell); });
 }
 
 void swap_cells(CellVector& cells, std::size_t row, CellVector& others, std::size_t other_row) {
@@ -57,7 +59,7 @@ void swap_cells(CellVector& cells, std::size_t row, CellVector& others, std::siz
   });
 }
 
-void fill_up(CellVector& cells, std::size_t rows) {
+void resize(CellVector& cells, std::size_t rows) {
   visit_typed(cells, [rows](auto& typed) { typed.resize(rows); });
 }
 

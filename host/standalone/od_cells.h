@@ -19,14 +19,14 @@ using Cell = std::variant<std::monostate, std::int32_t, double, TextPool::Id, Po
 // The cell must be of the vector's type.
 void append(CellVector& cells, const Cell& cell);
 
-// Puts the cell there and gives the one that stood there.
-Cell exchange_cell(CellVector& cells, std::size_t row, const Cell& cell);
+[[nodiscard]] Cell cell_at(const CellVector& cells, std::size_t row);
+void set_cell(CellVector& cells, std::size_t row, const Cell& cell);
 
 // Exchanges cells of two vectors of one type.
 void swap_cells(CellVector& cells, std::size_t row, CellVector& others, std::size_t other_row);
 
 // Fills a vector that is shorter with zeros.
-void fill_up(CellVector& cells, std::size_t rows);
+void resize(CellVector& cells, std::size_t rows);
 
 // Bitwise for reals: a negative zero is not a zero.
 [[nodiscard]] bool same(const Cell& left, const Cell& right);

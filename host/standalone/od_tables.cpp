@@ -34,6 +34,10 @@ ODTableDef OdTable::definition() const {
   return copy;
 }
 
+void OdTables::make_room() {
+  if (journal_ != nullptr) journal_->make_room();
+}
+
 void OdTables::note(OdChange change) {
   if (journal_ != nullptr) journal_->add(std::move(change));
 }
@@ -58,6 +62,7 @@ std::optional<std::uint32_t> OdTables::find(std::wstring_view name) const {
 }
 
 std::uint32_t OdTables::add_table(const ODTableDef& definition) {
+  make_room();
   OdTable table{definition.name, {}, 0, false};
   for (const ODColumnDef& column : definition.columns) {
     table.columns.push_back({column, cells_for(column.type)});
@@ -75,17 +80,19 @@ void OdTables::delete_table(std::uint32_t table) {
       if (references_[span.first + i].table == table) remove_record(entity, i);
     }
   }
-  tables_[table].deleted = true;
   note({OdChange::TablePresence{table}});
+  tables_[table].deleted = true;
 }
 
 void OdTables::rename_table(std::uint32_t table, std::wstring name) {
   touch_carriers(table);
+  make_room();
   std::swap(tables_[table].name, name);
   note({OdChange::TableName{table, std::move(name)}});
 }
 
 void OdTables::rename_column(std::uint32_t table, std::uint32_t column, std::wstring name) {
+  make_room();
   std::swap(tables_[table].columns[column].definition.name, name);
   note({OdChange::ColumnName{table, column, std::move(name)}});
 }
@@ -94,6 +101,7 @@ void OdTables::insert_column(std::uint32_t table, std::uint32_t column,
                              const ODColumnDef& definition) {
   touch_carriers(table);
   OdTable& owner = tables_[table];
+  make_room();
   OdColumn inserted{definition, cells_for(definition.type)};
   const Cell initial = cell_for(view_of(definition.default_value), texts_);
   for (std::uint32_t row = 0; row < owner.rows; ++row)
@@ -104,6 +112,7 @@ void OdTables::insert_column(std::uint32_t table, std::uint32_t column,
 
 void OdTables::remove_column(std::uint32_t table, std::uint32_t column) {
   touch_carriers(table);
+  make_room();
   OdTable& owner = tables_[table];
   auto taken_out = std::make_unique<OdColumn>(std::move(owner.columns[column]));
   owner.columns.erase(owner.columns.begin() + column);
@@ -143,6 +152,7 @@ std::uint32_t OdTables::count_of(RecordSpan span, std::uint32_t table) const {
 RecordRef OdTables::add_row(std::uint32_t table, std::span<const ODValueView> values) {
   OdTable& owner = tables_[table];
   for (std::size_t i = 0; i < owner.columns.size(); ++i) {
+    resize(owner.columns[i].cells, owner.rows);  // a row may have been begun in vain
     append(owner.columns[i].cells, cell_for(values[i], texts_));
   }
   return {table, owner.rows++};
@@ -150,8 +160,8 @@ RecordRef OdTables::add_row(std::uint32_t table, std::span<const ODValueView> va
 
 void OdTables::set_records(std::uint32_t entity, RecordSpan span) {
   touch(entity);
-  const RecordSpan former = std::exchange(records_[entity], span);
-  if (journal_ != nullptr) journal_->add_records(entity, former);
+  if (journal_ != nullptr) journal_->add_records(entity, records_[entity]);
+  records_[entity] = span;
 }
 
 void OdTables::append_record(std::uint32_t entity, RecordRef record) {
@@ -185,10 +195,11 @@ void OdTables::set_value(std::uint32_t entity, RecordRef record, std::uint32_t c
                          const ODValueView& value) {
   const Cell cell = cell_for(value, texts_);
   CellVector& cells = tables_[record.table].columns[column].cells;
-  const Cell former = exchange_cell(cells, record.row, cell);
+  const Cell former = cell_at(cells, record.row);
   if (same(former, cell)) return;
   touch(entity);
   if (journal_ != nullptr) journal_->add_value(record.table, column, record.row, former);
+  set_cell(cells, record.row, cell);
 }
 
 void OdTables::exchange(OdChange& change, JournalDirection direction) {
@@ -215,7 +226,7 @@ void OdTables::exchange(OdChange& change, JournalDirection direction) {
       std::vector<OdColumn>& columns = od.tables_[was.table].columns;
       const auto place = columns.begin() + was.column;
       if (was.taken_out) {
-        fill_up(was.taken_out->cells, od.tables_[was.table].rows);
+        resize(was.taken_out->cells, od.tables_[was.table].rows);
         columns.insert(place, std::move(*was.taken_out));
         was.taken_out.reset();
       } else {

@@ -86,6 +86,7 @@ class OdTables {
   void exchange(OdChange& change, JournalDirection direction);
 
  private:
+  void make_room();
   void note(OdChange change);
   void touch(std::uint32_t entity);
   void touch_carriers(std::uint32_t table);

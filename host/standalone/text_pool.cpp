@@ -30,8 +30,9 @@ TextPool::Id TextPool::look_up(std::wstring_view text) {
 
 wchar_t* TextPool::room_for(std::size_t characters) {
   if (characters > left_) {
-    left_ = std::max(characters, block_size);
-    free_ = blocks_.emplace_back(left_).data();
+    const std::size_t size = std::max(characters, block_size);
+    free_ = blocks_.emplace_back(size).data();
+    left_ = size;
   }
   wchar_t* const room = free_;
   free_ += characters;
@@ -41,8 +42,8 @@ wchar_t* TextPool::room_for(std::size_t characters) {
 
 void TextPool::grow() {
   constexpr std::size_t least_slots = 1024;
-  const std::vector<Slot> former =
-      std::exchange(slots_, std::vector<Slot>(std::max(least_slots, 2 * slots_.size())));
+  std::vector<Slot> larger(std::max(least_slots, 2 * slots_.size()));
+  const std::vector<Slot> former = std::exchange(slots_, std::move(larger));
   const std::size_t mask = slots_.size() - 1;
   for (const Slot& known : former) {
     if (known.number == 0) continue;

@@ -91,8 +91,9 @@ Span Document::store(std::string_view bytes) {
 
 Span Document::store_over(const Span& former, std::string_view bytes) {
   const bool is_last = former.offset + former.length == original_.size() + added_.size();
-  if (is_last && former.offset >= original_.size()) added_.resize(former.offset - original_.size());
-  return store(bytes);
+  if (!is_last || former.offset < original_.size()) return store(bytes);
+  added_.replace(former.offset - original_.size(), former.length, bytes);
+  return {former.offset, static_cast<std::uint32_t>(bytes.size())};
 }
 
 ItemIndex Document::add_before(ItemIndex terminator, std::string_view bytes, std::uint64_t handle) {
