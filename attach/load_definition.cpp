@@ -106,6 +106,7 @@ void load_definition(Session& session) {
   const auto loaded = load_definitions(host, session.store, *file);
   if (!loaded) {
     report<Message::UnableToOpen>(host, path_text(*file));
+    host.report_failed_file({*file, FileDirection::Read, L"it cannot be opened", true});
     return report<Message::OperationUnsuccessful>(host);
   }
   for (const LoadedDefinition& definition : *loaded)

@@ -53,9 +53,9 @@ void attr_template(Session& session) {
   const AttributeTemplate made = attribute_template(blocks, session.store);
   TextFileWriter writer(TextEncoding::Ansi);
   writer.write(made.text);
-  if (const std::optional<TextFileError> error = writer.save(*file)) {
-    return host.print_error(format_text(L"Error: %s\n", error->message));
-  }
+  const NewFile target = new_file(*file, writer.bytes());
+  // Deliberately nothing is printed of a file that cannot be written.
+  if (const auto failed = host.replace_files({&target, 1})) return host.report_failed_file(*failed);
   host.print(format_text(L"Generated template for %i block(s), %i table(s)\n", blocks.size(),
                          made.tables));
 }

@@ -147,6 +147,10 @@ std::optional<AttributeMapping> ask_mapping(Session& session) {
   MappingReading reading = read_attribute_mapping(std::move(text.text), session.store);
   if (!reading.messages.empty()) host.print_error(reading.messages);
   host.print(format_text(L"%i attribute mappings loaded\n", reading.count));
+  if (reading.failed) {
+    host.report_failed_file(
+        {*file, FileDirection::Read, L"it has a line that is no mapping", true});
+  }
   if (reading.failed || reading.count == 0) return std::nullopt;
   return std::move(reading.mapping);
 }

@@ -176,9 +176,8 @@ void export_csv(Session& session, const RecordRows& rows) {
 
   const CsvExport written = write_csv(session.store, host, *table, rows, *format);
   if (written.interrupted) return;
-  if (const auto error = save_file(*file, written.bytes)) {
-    return host.print_error(format_text(L"Error: %s\n", error->message));
-  }
+  const NewFile target = new_file(*file, written.bytes);
+  if (const auto failed = host.replace_files({&target, 1})) return report_unwritten(host, *failed);
   warn_of_spreadsheets(host, written);
   report<Message::CompletedOutOf>(host, written.rows, rows.rows.size());
 }

@@ -107,13 +107,15 @@ void import_csv(Session& session, std::wstring_view table_name) {
   if (!file) return;
   std::string utf8;
   if (const auto error = read_utf8_file(*file, most_csv_bytes, TextEncoding::Ansi, utf8)) {
-    return host.print_error(format_text(L"Error: %s\n", error->message));
+    host.print_error(format_text(L"Error: %s\n", error->message));
+    return host.report_failed_file({*file, FileDirection::Read, error->reason, true});
   }
 
   const CsvPlan plan = plan_import(session, *table, utf8, *format);
   if (plan.interrupted) return;
   if (plan.damage) {
-    return host.print_error(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));
+    host.print_error(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));
+    return host.report_failed_file({*file, FileDirection::Read, *plan.damage, true});
   }
   std::size_t written = 0;
   if (is_wanted(host, plan)) {

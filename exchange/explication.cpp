@@ -9,7 +9,6 @@
 #include "exchange/record_reader.h"
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
-#include "frame/file_bytes.h"
 #include "frame/session.h"
 
 namespace korvel {
@@ -83,7 +82,7 @@ void explicate(ODStore& store, DrawingHost& host, EntityList entities,
 
 void expl(Session& session) {
   DrawingHost& host = session.host;
-  EntityList entities = selected_entities(host);
+  const EntityList entities = selected_entities(host);
   if (entities.empty()) return;
   SelectSharedCol dialog(session.store, user_tables_on(session.store, entities));
   if (!host.show(dialog)) return;
@@ -92,14 +91,13 @@ void expl(Session& session) {
     return host.note_refused_input(missing);
   }
   const auto file = host.choose_file_to_save({L"CSV files (*.csv)|*.csv||", L"csv", true});
-  if (!file || check_writable(*file)) return;
-  FileInProgress written(*file);
-  explicate(session.store, host, std::move(entities), request, [&written](std::string_view bytes) {
-    written.write(bytes);
-    return true;
-  });
-  // Deliberately a file that cannot be written is not spoken of.
-  (void)written.finish();
+  if (!file) return;
+  const NewFile target{*file, [&](const ByteSink& sink) {
+                         explicate(session.store, host, entities, request, sink);
+                         return true;
+                       }};
+  // Deliberately nothing is printed of a file that cannot be written.
+  if (const auto failed = host.replace_files({&target, 1})) host.report_failed_file(*failed);
 }
 
 }  // namespace korvel

@@ -247,11 +247,8 @@ void export_mif(Session& session, const RecordRows& rows) {
 
   const MifExport written = write_mif(session.store, host, rows, layout);
   if (written.interrupted) return;
-  const std::array<FileContent, 2> contents{
-      {{files->mif, {written.mif}}, {files->mid, {written.mid}}}};
-  if (const auto error = save_files(contents)) {
-    return host.print_error(format_text(L"Error: %s\n", error->message));
-  }
+  const std::array targets{new_file(files->mif, written.mif), new_file(files->mid, written.mid)};
+  if (const auto failed = host.replace_files(targets)) return report_unwritten(host, *failed);
   warn(host, L"texts cut off after 254 bytes", written.cut_texts);
   warn(host, L"texts with blanks instead of line breaks", written.broken_lines);
   report<Message::CompletedOutOf>(host, written.rows, rows.rows.size());

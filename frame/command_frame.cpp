@@ -68,6 +68,13 @@ void report_unread(DrawingHost& host, const TextFileError& error,
   const bool unread = error.kind == CannotOpen || error.kind == CannotRead;
   host.print_error(unread ? format_text(L"Error: unable to read '%s'\n", path_text(path))
                           : format_text(L"Error: %s\n", error.message));
+  host.report_failed_file({path, FileDirection::Read, error.reason, true});
+}
+
+void report_unwritten(DrawingHost& host, FailedFile file) {
+  host.print_error(format_text(L"Error: %s\n", sentence_of(file)));
+  file.announced = true;
+  host.report_failed_file(file);
 }
 
 void leave_selected(DrawingHost& host, const EntityList& entities) {

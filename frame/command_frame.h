@@ -59,8 +59,12 @@ void report(DrawingHost& host, const Args&... args) {
 }
 
 // Says why a text file of the user's was not taken: that it cannot be read, or what is wrong in it.
+// The host learns of it, too.
 void report_unread(DrawingHost& host, const TextFileError& error,
                    const std::filesystem::path& path);
+
+// Prints "Error: " and the sentence about the file. The host learns of it, too.
+void report_unwritten(DrawingHost& host, FailedFile file);
 
 // Brackets changes of entities and object data.
 class DocumentLock {

@@ -117,6 +117,7 @@ std::optional<TextFileError> find_long_line(std::wstring_view text) {
     if (end - begin > max_line_length) {
       return TextFileError{
           TextFileErrorKind::LineTooLong, number,
+          format_text(L"line %i is longer than %i characters", number, max_line_length),
           format_text(L"Line %i is longer than %i characters.", number, max_line_length)};
     }
     begin = end + 1;
@@ -183,10 +184,6 @@ void TextFileWriter::write(std::wstring_view text) {
     if (end < text.size()) bytes_ += platform_line_end;
     begin = end + 1;
   }
-}
-
-std::optional<TextFileError> TextFileWriter::save(const std::filesystem::path& target) const {
-  return save_file(target, bytes_);
 }
 
 }  // namespace korvel

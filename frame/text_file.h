@@ -67,7 +67,7 @@ struct TextReading {
                                                           std::size_t most_bytes,
                                                           TextEncoding unmarked, std::string& utf8);
 
-// Assembles a text in memory and puts it on disk in one go.
+// Assembles the bytes of a text file.
 class TextFileWriter {
  public:
   explicit TextFileWriter(TextEncoding encoding);
@@ -78,9 +78,6 @@ class TextFileWriter {
 
   // The file as it stands so far.
   [[nodiscard]] const std::string& bytes() const { return bytes_; }
-
-  // As save_file does it. None if all went well.
-  [[nodiscard]] std::optional<TextFileError> save(const std::filesystem::path& target) const;
 
  private:
   TextEncoding encoding_;

@@ -170,8 +170,9 @@ class TableComparison {
 
  private:
   std::string written() { return write_csv(store_, host_, table_, rows_, {}).bytes; }
-  void save(std::string_view bytes) const {
-    if (save_file(file_, bytes)) fail("the file is not written");
+  void save(std::string_view bytes) {
+    const NewFile target = new_file(file_, bytes);
+    if (host_.replace_files({&target, 1})) fail("the file is not written");
   }
   [[nodiscard]] std::string read() const {
     std::string text;

@@ -39,8 +39,9 @@ class LineSource {
   virtual void set_words(const std::vector<std::wstring>& /*words*/) {}
 };
 
-// What befell a drawing file, the worse the greater.
-enum class FileFault { None, NotRead, NotWritten };
+// What makes a script fail, the worse the greater: a file was not read, or not written, or a
+// command was not finished for lack of memory.
+enum class Fault { None, NotRead, NotWritten, NotFinished };
 
 enum class Changes { Kept, Discarded };
 
@@ -60,7 +61,11 @@ class ConsoleHost : public StandaloneHost {
   [[nodiscard]] virtual std::optional<EntityList> ask_selection_with(std::wstring_view prompt) = 0;
 
   // The same about a drawing file; the worst fault decides how the program ends.
-  virtual void refuse_file(FileFault fault, std::wstring_view sentence) = 0;
+  virtual void refuse_file(Fault fault, std::wstring_view sentence) = 0;
+
+  // What to do about the drawing's own file when another program has changed it.
+  enum class ChangedFile { Ask, Keep, Replace };
+  [[nodiscard]] virtual ChangedFile changed_file() const = 0;
 
   // Ends the console after the current command. Discarded: the user gave up what is not saved.
   virtual void quit(Changes changes) = 0;

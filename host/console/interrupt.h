@@ -7,7 +7,8 @@ namespace korvel::interrupt {
 // From now on SIGINT does not end the program by itself.
 void install();
 
-// Whether Ctrl+C was pressed since it was last taken.
+// Whether Ctrl+C was pressed since it was last taken, also if it waits until a file is in its
+// place.
 [[nodiscard]] bool is_pressed();
 // The same, and takes it.
 [[nodiscard]] bool take();

@@ -8,6 +8,7 @@
 
 #include "host/console/exit_status.h"
 #include "host/console/interrupt.h"
+#include "host/files/disk.h"
 
 namespace korvel::interrupt {
 namespace {
@@ -48,7 +49,7 @@ void install() {
   sigaction(SIGINT, &action, nullptr);
 }
 
-bool is_pressed() { return pressed; }
+bool is_pressed() { return pressed || disk::interrupt_waits(); }
 
 bool take() {
   drain();

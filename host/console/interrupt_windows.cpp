@@ -6,6 +6,7 @@
 
 #include "host/console/exit_status.h"
 #include "host/console/interrupt.h"
+#include "host/files/disk.h"
 
 namespace korvel::interrupt {
 namespace {
@@ -25,7 +26,7 @@ BOOL WINAPI on_event(DWORD event) {
 
 void install() { SetConsoleCtrlHandler(on_event, TRUE); }
 
-bool is_pressed() { return pressed; }
+bool is_pressed() { return pressed || disk::interrupt_waits(); }
 
 bool take() { return pressed.exchange(false); }
 

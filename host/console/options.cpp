@@ -4,7 +4,11 @@
 #include <functional>
 
 #include "frame/file_bytes.h"
+#include "frame/utf.h"
+#include "host/console/commands/file_commands.h"
+#include "host/console/commands/questions.h"
 #include "host/console/exit_status.h"
+#include "host/console/paths.h"
 #include "host/console/platform.h"
 
 namespace korvel {
@@ -12,6 +16,15 @@ namespace {
 
 std::function<void(const std::string&)> into(std::optional<std::filesystem::path>& path) {
   return [&path](const std::string& argument) { path = path_of(argument); };
+}
+
+// As SAVEAS takes it.
+std::function<void(const std::string&)> into_output(std::optional<std::filesystem::path>& path) {
+  return [&path](const std::string& argument) {
+    path = with_drawing_extension(path_of(argument));
+    if (is_no_file(*path) || has_drawing_extension(*path)) return;
+    throw CLI::ValidationError("--output", to_utf8(drawing_extension_refusal));
+  };
 }
 
 }  // namespace
@@ -32,13 +45,14 @@ std::variant<Options, int> read_options(const std::vector<std::string>& argument
          "Input lines from a file, after those of -c; lines that begin with ; are comments")
       ->type_name("FILE");
   app.add_option_function(
-         "-o,--output", into(options.output),
+         "-o,--output", into_output(options.output),
          "Save the drawing there when the input has ended, unless QUIT discarded its changes")
       ->type_name("FILE");
   app.add_flag("--strict", options.strict,
                "Stop at the first line that is not understood or refused");
   app.add_flag("--overwrite", options.overwrite,
-               "-o may replace a file that exists and is not the drawing itself");
+               "-o may replace a file that exists and is not the drawing itself; SAVE and -o may\n"
+               "replace a drawing that another program has changed");
   app.add_flag("--list-commands", options.list_commands, "List the commands and end");
   app.add_flag("--no-progress", options.no_progress, "Show no progress meter");
   app.add_flag("--no-color", options.no_color, "Write plain text at a terminal, too");

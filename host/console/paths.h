@@ -9,6 +9,9 @@ namespace korvel {
 
 [[nodiscard]] bool is_folder(const std::filesystem::path& path);
 
+// A folder, a device or a pipe.
+[[nodiscard]] bool is_no_file(const std::filesystem::path& path);
+
 // Whether something is at `target`, and it is not the file `own`, whatever their names. An empty
 // `own` is no file.
 [[nodiscard]] bool replaces_another(const std::filesystem::path& target,

@@ -27,6 +27,9 @@ class Utf8Streams {
 // A variable of the environment, likewise; none if it is not set or empty.
 [[nodiscard]] std::optional<std::string> variable(const char* name);
 
+// From now on writing to a pipe that nobody reads any more fails instead of ending the program.
+void ignore_closed_pipes();
+
 inline constexpr int standard_input = 0;
 inline constexpr int standard_output = 1;
 inline constexpr int standard_error = 2;

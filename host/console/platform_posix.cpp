@@ -1,4 +1,5 @@
 // Arguments, environment and terminals on POSIX systems.
+#include <csignal>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -8,6 +9,8 @@ namespace korvel::platform {
 
 Utf8Streams::Utf8Streams() = default;
 Utf8Streams::~Utf8Streams() = default;
+
+void ignore_closed_pipes() { (void)std::signal(SIGPIPE, SIG_IGN); }
 
 std::vector<std::string> arguments(int argc, char** argv) { return {argv, argv + argc}; }
 

@@ -34,12 +34,13 @@ bool may_write_output(const Options& options, const std::filesystem::path& own) 
 }
 
 // What a script could not read or write counts; a person at a terminal has seen to it.
-int status_of(FileFault worst, const LineSource& lines) {
+int status_of(Fault worst, const LineSource& lines) {
   if (lines.is_terminal()) return exit_status::done;
   switch (worst) {
-    case FileFault::NotWritten:
+    case Fault::NotWritten:
+    case Fault::NotFinished:
       return exit_status::output_not_written;
-    case FileFault::NotRead:
+    case Fault::NotRead:
       return exit_status::input_not_read;
     default:
       return exit_status::done;
@@ -55,7 +56,7 @@ int status_of(const TerminalHost& host, const LineSource& lines) {
     default:
       break;
   }
-  const int file_status = status_of(host.worst_file_fault(), lines);
+  const int file_status = status_of(host.worst_fault(), lines);
   if (file_status != exit_status::done) return file_status;
   return host.ending() == TerminalHost::Ending::InputEndedInPrompt
              ? exit_status::input_ended_in_prompt
@@ -82,7 +83,9 @@ int save_output(const Options& options, TerminalHost& host, int status) {
   if (!options.output) warn_of_lost_changes(host);
   if (!options.output || !wants_saving(host.ending())) return status;
   if (!may_write_output(options, host.file)) return exit_status::output_not_written;
-  const std::optional<Failure> failure = save_drawing(host.drawing(), *options.output);
+  const std::optional<Failure> failure = save_unless_changed(
+      host, *options.output,
+      [&host](std::wstring_view question) { return host.ask_yes_at_end(question); });
   if (!failure) return status;
   complain(failure->reason);
   return exit_status::output_not_written;
@@ -133,7 +136,7 @@ int run_console(const Options& options, const PluginLoader& load_plugin) {
   interrupt::install();
   const bool progress = !options.no_progress && platform::is_terminal(platform::standard_error);
   TerminalHost host(std::move(*drawing), *input->lines,
-                    {options.strict, progress, options.output.has_value()});
+                    {options.strict, progress, options.output.has_value(), options.overwrite});
   if (options.drawing) host.file = *options.drawing;
   if (const std::unique_ptr<LoadedPlugin> plugin = load_plugin(host)) {
     CommandLoop(host, *input->lines, *plugin).run();
@@ -163,6 +166,7 @@ bool output_was_written() { return std::fflush(stdout) == 0 && std::ferror(stdou
 
 int run_program(int argc, char** argv, const PluginLoader& load_plugin) try {
   const platform::Utf8Streams streams;
+  platform::ignore_closed_pipes();
   const int status = run(platform::arguments(argc, argv), load_plugin);
   if (output_was_written()) return status;
   complain("standard output could not be written");

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/console/console.h"
-#include "host/standalone/disk.h"
+#include "host/files/disk.h"
 #include "host/standalone/result.h"
 
 namespace korvel {

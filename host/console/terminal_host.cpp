@@ -11,6 +11,7 @@
 #include "frame/text_file.h"
 #include "frame/utf.h"
 #include "host/console/commands/file_commands.h"
+#include "host/console/commands/questions.h"
 #include "host/console/form.h"
 #include "host/console/interrupt.h"
 #include "host/console/output.h"
@@ -181,9 +182,33 @@ void TerminalHost::quit(Changes changes) {
   ending_ = changes == Changes::Discarded ? Ending::QuitDiscarding : Ending::Quit;
 }
 
-void TerminalHost::refuse_file(FileFault fault, std::wstring_view sentence) {
-  worst_file_fault_ = std::max(worst_file_fault_, fault);
+void TerminalHost::refuse_file(Fault fault, std::wstring_view sentence) {
+  worst_fault_ = std::max(worst_fault_, fault);
   refuse(sentence);
+}
+
+void TerminalHost::report_failed_file(const FailedFile& failed) {
+  const bool read = failed.direction == FileDirection::Read;
+  worst_fault_ = std::max(worst_fault_, read ? Fault::NotRead : Fault::NotWritten);
+  if (!failed.announced) {
+    const std::wstring_view failure = read ? L"cannot be read" : L"cannot be written";
+    const std::wstring text =
+        format_text(L"%s: %s: %s", path_text(failed.path), failure, failed.reason);
+    complain(to_utf8(at_place(lines_.place(), text)));
+  }
+  stop_if_strict();
+}
+
+ConsoleHost::ChangedFile TerminalHost::changed_file() const {
+  if (manner_.overwrite) return ChangedFile::Replace;
+  return lines_.is_terminal() ? ChangedFile::Ask : ChangedFile::Keep;
+}
+
+bool TerminalHost::ask_yes_at_end(std::wstring_view prompt) {
+  const Ending ended = std::exchange(ending_, Ending::None);
+  const bool yes = ask_yes(*this, prompt);
+  ending_ = ended;
+  return yes;
 }
 
 // --- Prompts ----------------------------------------------------------------------------------
@@ -364,7 +389,10 @@ void TerminalHost::unlock() {
 bool TerminalHost::run_guarded(std::wstring_view name, const std::function<void()>& action) {
   const int locks_before = locks_;
   const std::optional<std::wstring> failure = run_or_explain(name, action);
-  if (failure) refuse(*failure);
+  if (failure) {
+    worst_fault_ = std::max(worst_fault_, Fault::NotFinished);
+    refuse(*failure);
+  }
   end_progress();
   while (locks_ > locks_before)
     unlock();

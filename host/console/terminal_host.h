@@ -16,6 +16,7 @@ class TerminalHost final : public ConsoleHost {
     bool strict = false;         // the first refusal ends the run
     bool show_progress = false;  // on standard error
     bool saves_at_end = false;   // what the input leaves changed is not lost
+    bool overwrite = false;      // a drawing's file that another program has changed, too
   };
   // The lines must outlive the host.
   TerminalHost(std::unique_ptr<Drawing> drawing, LineSource& lines, Manner manner);
@@ -32,7 +33,10 @@ class TerminalHost final : public ConsoleHost {
   };
   [[nodiscard]] Ending ending() const { return ending_; }
 
-  [[nodiscard]] FileFault worst_file_fault() const { return worst_file_fault_; }
+  [[nodiscard]] Fault worst_fault() const { return worst_fault_; }
+
+  // A question when the console has ended already, in a conversation that goes on for it alone.
+  [[nodiscard]] bool ask_yes_at_end(std::wstring_view prompt);
 
   // The line typed at the command prompt; none: the console ends.
   [[nodiscard]] std::optional<std::wstring> next_command();
@@ -53,9 +57,11 @@ class TerminalHost final : public ConsoleHost {
   void print_error(std::wstring_view message) override;
   void note_refused_input(std::wstring_view reason) override;
   [[nodiscard]] std::optional<EntityList> ask_selection_with(std::wstring_view prompt) override;
-  void refuse_file(FileFault fault, std::wstring_view sentence) override;
+  void refuse_file(Fault fault, std::wstring_view sentence) override;
+  [[nodiscard]] ChangedFile changed_file() const override;
   void quit(Changes changes) override;
 
+  void report_failed_file(const FailedFile& failed) override;
   [[nodiscard]] std::optional<EntityList> ask_selection() override;
   void print(std::wstring_view text) override;
   [[nodiscard]] std::optional<std::wstring> ask_string(std::wstring_view prompt) override;
@@ -108,7 +114,7 @@ class TerminalHost final : public ConsoleHost {
   bool at_line_start_ = true;
   bool interrupted_before_ = false;  // and no line was read since
   bool interrupt_seen_ = false;      // by the running command, which ends for it
-  FileFault worst_file_fault_ = FileFault::None;
+  Fault worst_fault_ = Fault::None;
   int locks_ = 0;
   bool escaped_ = false;                      // a question of the running command
   std::optional<std::wstring> given_answer_;  // to the next question, instead of a line

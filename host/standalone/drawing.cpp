@@ -6,9 +6,9 @@
 #include "frame/file_bytes.h"
 #include "frame/utf.h"
 #include "host/standalone/blank_drawing.h"
+#include "host/standalone/drawing_file.h"
 #include "host/standalone/drawing_reader.h"
 #include "host/standalone/entity_reader.h"
-#include "host/standalone/file_save.h"
 #include "host/standalone/od_format.h"
 #include "host/standalone/od_writing.h"
 
@@ -25,9 +25,13 @@ std::unique_ptr<Drawing> Drawing::blank() {
 }
 
 Result<std::unique_ptr<Drawing>> Drawing::open(const std::filesystem::path& path) {
+  // Taken first: what is written while the file is read counts as written afterwards.
+  const std::optional<disk::Stamp> file = disk::stamp_of(path);
   Result<std::string> bytes = read_file(path);
   if (!bytes) return bytes.failure();
-  return read(std::move(*bytes), to_utf8(path_text(path)));
+  Result<std::unique_ptr<Drawing>> drawing = read(std::move(*bytes), to_utf8(path_text(path)));
+  if (drawing) (*drawing)->file_ = file;
+  return drawing;
 }
 
 Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::string& name) {
@@ -38,11 +42,12 @@ Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::str
 
 std::optional<Failure> Drawing::save(const std::filesystem::path& path) {
   const OdWriting writing(*this);
-  std::optional<Failure> failed =
-      replace_file(path, [&](const ByteWriter& sink) { return document_.write(sink, writing); });
+  const auto write = [&](const ByteSink& sink) { return document_.write(sink, writing); };
+  std::optional<Failure> failed = save_file({path, write});
   if (!failed) {
     saved_state_ = journal_.state();
     saved_header_ = document_.header_span();
+    file_ = disk::stamp_of(path);
   }
   return failed;
 }
@@ -62,6 +67,11 @@ std::string Drawing::to_bytes() {
 bool Drawing::changed() const {
   return journal_.state() != saved_state_ ||
          document_.bytes(document_.header_span()) != document_.bytes(saved_header_);
+}
+
+bool Drawing::has_another_file(const std::filesystem::path& path) const {
+  const std::optional<disk::Stamp> there = disk::stamp_of(path);
+  return there && there != file_;
 }
 
 std::optional<std::string> Drawing::why_no_object_data() const {

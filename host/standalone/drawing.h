@@ -18,6 +18,7 @@
 #include "frame/entity_id.h"
 #include "frame/entity_properties.h"
 #include "frame/object_copy.h"
+#include "host/files/disk.h"
 #include "host/standalone/block_names.h"
 #include "host/standalone/dxf/document.h"
 #include "host/standalone/extents_cache.h"
@@ -78,6 +79,10 @@ class Drawing {
 
   // Changed since it was opened or last saved; undoing the changes makes it unchanged again.
   [[nodiscard]] bool changed() const;
+
+  // Whether the file there is another one, or was written by another program, since this drawing
+  // was read from it or saved to it. False: there is none.
+  [[nodiscard]] bool has_another_file(const std::filesystem::path& path) const;
 
   // "AC1032" and the like; empty when the file does not say.
   [[nodiscard]] const std::string& version() const { return document_.version(); }
@@ -291,6 +296,7 @@ class Drawing {
   std::vector<std::string> notices_;
   std::uint64_t saved_state_ = 0;
   dxf::Span saved_header_;
+  std::optional<disk::Stamp> file_;  // that it was last read from or saved to
 };
 
 }  // namespace korvel

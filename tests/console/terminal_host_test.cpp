@@ -309,6 +309,7 @@ TEST(CommandLoop, FindsCommandsAndSurvivesThem) {
             "Command: \n");
   EXPECT_EQ(talk.host.drawing().undo(), std::optional<std::wstring>(L"KORVEL_THROW"))
       << "the step that the command left open was closed";
+  EXPECT_EQ(talk.host.worst_fault(), Fault::NotFinished);
   EXPECT_EQ(talk.host.ending(), Ending::InputEnded);
 }
 
@@ -369,6 +370,29 @@ TEST(HostCommands, CtrlCEndsTheCommandAndIsNotSeenByTheNextPrompt) {
     EXPECT_EQ(host.drawing().entities(Space::Model).size(), 2U);
     EXPECT_EQ(host.ending(), Ending::InputEnded);
   }
+}
+
+TEST(HostCommands, SaveLeavesAFileThatAnotherProgramChanged) {
+  const std::filesystem::path path = std::filesystem::path(testing::TempDir()) / "changed.dxf";
+  const auto saves = [&path](LineSource& lines, bool overwrite, Fault fault) {
+    TerminalHost host(Drawing::blank(), lines, {.overwrite = overwrite});
+    EXPECT_FALSE(host.drawing().save(path));
+    host.file = path;
+    std::ofstream(path) << "another's";
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(host.run_host_command(*find_host_command(L"SAVE")));
+    (void)testing::internal::GetCapturedStdout();
+    EXPECT_EQ(host.worst_fault(), fault);
+    return std::filesystem::file_size(path) > 9;
+  };
+  ScriptedLines script({}, nullptr);
+  EXPECT_FALSE(saves(script, false, Fault::NotWritten));
+  EXPECT_TRUE(saves(script, true, Fault::None));
+  TypedLines typed({L"", L"Y"});
+  EXPECT_FALSE(saves(typed, false, Fault::NotWritten));
+  EXPECT_TRUE(saves(typed, false, Fault::None));
+  std::filesystem::remove(path);
+  std::filesystem::remove(std::filesystem::path(path).replace_extension(".bak"));
 }
 
 TEST(HostCommands, ListTellsObjectDataThatCannotBeRead) {

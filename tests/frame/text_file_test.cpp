@@ -1,14 +1,11 @@
-// Text files: encodings, line ends, refusals, and what saving leaves behind.
+// Text files: encodings, line ends, refusals.
 #include "frame/text_file.h"
 
-#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -106,15 +103,8 @@ class TextFile : public testing::Test {
   void SetUp() override { fs::create_directories(folder_); }
   void TearDown() override { fs::remove_all(folder_); }
 
-  static std::string content(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
   static void put(const fs::path& path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
-  }
-  [[nodiscard]] auto files() const {
-    return std::distance(fs::directory_iterator(folder_), fs::directory_iterator());
   }
 
   const fs::path folder_ =
@@ -128,12 +118,11 @@ TEST_F(TextFile, IsReadBackAsItWasWritten) {
     TextFileWriter writer(encoding);
     for (const std::wstring& line : lines)
       writer.write(line);
-    ASSERT_FALSE(writer.save(folder_ / "a.txt"));
+    put(folder_ / "a.txt", writer.bytes());
     TextReading reading = read_text_file(folder_ / "a.txt", TextEncoding::Ansi);
     EXPECT_FALSE(reading.error);
     EXPECT_TRUE(lines_of(reading.text) == lines);
   }
-  EXPECT_EQ(files(), 1);
 }
 
 TEST_F(TextFile, HasTheBytesOfItsEncoding) {
@@ -145,47 +134,6 @@ TEST_F(TextFile, HasTheBytesOfItsEncoding) {
   ansi.write(L"\u0414\n\nx");
   EXPECT_EQ(ansi.bytes(), "\xD0\x94\n\nx");
 #endif
-}
-
-// Of several megabytes, in pieces.
-TEST_F(TextFile, IsReplacedWhenTheLastPieceIsThere) {
-  const fs::path target = folder_ / "a.txt";
-  put(target, "old");
-  std::string expected;
-  for (const bool finishes : {false, true}) {
-    FileInProgress written(target);
-    expected.clear();
-    for (char letter = 'a'; letter <= 'z'; ++letter) {
-      const std::string piece(letter == 'm' ? 4'000'000 : 120'000, letter);
-      written.write(piece);
-      expected += piece;
-    }
-    EXPECT_EQ(content(target), "old");
-    if (finishes) {
-      EXPECT_FALSE(written.finish());
-    }
-  }
-  EXPECT_TRUE(content(target) == expected);
-  EXPECT_EQ(files(), 1);
-}
-
-TEST_F(TextFile, InPiecesSaysWhyItCannotBeWritten) {
-  for (const fs::path& target : {folder_, folder_ / "no such folder" / "a.txt"}) {
-    FileInProgress written(target);
-    written.write("text");
-    const auto error = written.finish();
-    ASSERT_TRUE(error) << target;
-    EXPECT_NE(error->message.find(path_text(target)), std::wstring::npos) << target;
-  }
-  EXPECT_EQ(files(), 0);
-  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is always full";
-  FileInProgress full("/dev/full");
-  for (int piece = 0; piece < 3; ++piece)
-    full.write(std::string(100'000, 'x'));
-  const auto error = full.finish();
-  ASSERT_TRUE(error);
-  EXPECT_NE(error->message.find(from_utf8(std::generic_category().message(ENOSPC))),
-            std::wstring::npos);
 }
 
 TEST_F(TextFile, ReportsWhatCannotBeReadWithItsName) {
@@ -204,74 +152,6 @@ TEST_F(TextFile, ReportsWhatCannotBeReadWithItsName) {
     EXPECT_EQ(reading.error->kind, kind) << name;
     EXPECT_NE(reading.error->message.find(path_text(folder_ / name)), std::wstring::npos) << name;
   }
-}
-
-TEST_F(TextFile, IsReplacedThroughALinkWithItsPermissions) {
-  const fs::path real = folder_ / "real.txt";
-  put(real, "old");
-  fs::permissions(real, fs::perms::owner_read | fs::perms::owner_write);
-  std::error_code code;
-  fs::create_symlink("real.txt", folder_ / "link.txt", code);
-  if (code) GTEST_SKIP() << "no links here: " << code.message();
-  TextFileWriter writer(TextEncoding::Ansi);
-  writer.write(L"new");
-  ASSERT_FALSE(writer.save(folder_ / "link.txt"));
-  EXPECT_TRUE(fs::is_symlink(folder_ / "link.txt"));
-  EXPECT_EQ(content(real), "new");
-  EXPECT_EQ(fs::status(real).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_EQ(files(), 2);
-}
-
-TEST_F(TextFile, SaysWhyItCannotBeWrittenAndLeavesNothing) {
-  TextFileWriter writer(TextEncoding::Ansi);
-  writer.write(L"text");
-  for (const fs::path& target : {folder_, folder_ / "no such folder" / "a.txt"}) {
-    EXPECT_TRUE(check_writable(target)) << target;
-    const auto error = writer.save(target);
-    ASSERT_TRUE(error) << target;
-    EXPECT_EQ(error->kind, TextFileErrorKind::CannotWrite);
-    EXPECT_NE(error->message.find(path_text(target)), std::wstring::npos) << target;
-  }
-  EXPECT_EQ(files(), 0);
-}
-
-TEST_F(TextFile, IsNotTouchedByTheQuestionWhetherItCanBeWritten) {
-  put(folder_ / "a.txt", "old");
-  EXPECT_FALSE(check_writable(folder_ / "a.txt"));
-  EXPECT_FALSE(check_writable(folder_ / "new.txt"));
-  EXPECT_EQ(content(folder_ / "a.txt"), "old");
-  EXPECT_EQ(files(), 1);
-}
-
-TEST_F(TextFile, HasANameOfAnyLetters) {
-  const std::wstring name = L"Stra\u00DFe \u0414\U00010400.txt";
-  TextFileWriter writer(TextEncoding::Ansi);
-  writer.write(L"text");
-  ASSERT_FALSE(writer.save(folder_ / path_of(name)));
-  EXPECT_EQ(content(folder_ / path_of(to_utf8(name))), "text");
-  EXPECT_EQ(path_text(fs::directory_iterator(folder_)->path().filename()), name);
-}
-
-TEST_F(TextFile, NoticesAFullDisk) {
-  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is always full";
-  TextFileWriter writer(TextEncoding::Ansi);
-  writer.write(L"text");
-  ASSERT_TRUE(writer.save("/dev/full"));
-  EXPECT_TRUE(fs::is_character_file("/dev/full"));
-}
-
-TEST_F(TextFile, SeveralAreReplacedTogetherOrNotAtAll) {
-  put(folder_ / "old", "old");
-  EXPECT_FALSE(
-      save_files(std::vector<FileContent>{{folder_ / "old", {"1"}}, {folder_ / "new", {"2"}}}));
-  EXPECT_EQ(content(folder_ / "old"), "1");
-  EXPECT_EQ(content(folder_ / "new"), "2");
-  EXPECT_EQ(files(), 2);
-  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no device that is always full";
-  EXPECT_TRUE(save_files(std::vector<FileContent>{
-      {folder_ / "old", {"3"}}, {folder_ / "newer", {"4"}}, {"/dev/full", {"5"}}}));
-  EXPECT_EQ(content(folder_ / "old"), "1");
-  EXPECT_EQ(files(), 2);
 }
 
 TEST_F(TextFile, LargeOnesAreReadAsUtf8WhateverTheirLines) {

@@ -1,4 +1,7 @@
 // The promises of the drawing's host.
+#include <array>
+#include <filesystem>
+
 #include "frame/command_frame.h"
 #include "tests/host/contract_records.h"
 #include "tests/host/contract_suite.h"
@@ -202,6 +205,19 @@ TEST_P(HostContract, LockingNests) {
   host_.unlock();
   EXPECT_TRUE(store_.attach(plain_, road(L"b")));
   EXPECT_EQ(records_of(plain_), (Records{road(L"a"), road(L"b")}));
+}
+
+TEST_P(HostContract, FilesAreReplacedTogetherOrNotAtAll) {
+  const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "contract.txt";
+  const std::filesystem::path nowhere = file / "nowhere.txt";
+  const std::array written{new_file(file, "whole")};
+  EXPECT_FALSE(host_.replace_files(written));
+  const std::array refused{new_file(file, "gone"), new_file(nowhere, "")};
+  const std::optional<FailedFile> failed = host_.replace_files(refused);
+  ASSERT_TRUE(failed);
+  EXPECT_EQ(failed->path, nowhere);
+  EXPECT_EQ(std::filesystem::file_size(file), 5U);
+  std::filesystem::remove(file);
 }
 
 }  // namespace korvel::test

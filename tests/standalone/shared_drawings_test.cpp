@@ -8,7 +8,7 @@
 #include <set>
 
 #include "host/standalone/drawing_dump.h"
-#include "host/standalone/file_save.h"
+#include "host/standalone/drawing_file.h"
 #include "tests/standalone/drawing_bytes.h"
 
 namespace korvel {

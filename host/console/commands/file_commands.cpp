@@ -2,6 +2,7 @@
 #include "host/console/commands/file_commands.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <new>
 #include <utility>
@@ -18,12 +19,34 @@
 namespace korvel {
 namespace {
 
-void refuse_failure(ConsoleHost& host, FileFault fault, std::string_view reason) {
+void refuse_failure(ConsoleHost& host, Fault fault, std::string_view reason) {
   host.refuse_file(fault, from_utf8(reason) + L".");
 }
 
-Failure lack_of_memory(const std::filesystem::path& path) {
-  return {to_utf8(path_text(path)) + ": there is not enough memory"};
+Failure failure(const std::filesystem::path& path, std::string_view what) {
+  return {to_utf8(path_text(path)) + ": " + std::string(what)};
+}
+
+// `work` with what it throws as a failure that names the file.
+template <class Work>
+auto guarded(const std::filesystem::path& path, const Work& work) -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    return failure(path, "there is not enough memory");
+  } catch (const std::exception& error) {
+    return failure(path, error.what());
+  }
+}
+
+// Whether another program's changes would be lost, and may not.
+bool keeps_changed_file(ConsoleHost& host, const std::filesystem::path& path,
+                        const YesQuestion& ask) {
+  using enum ConsoleHost::ChangedFile;
+  if (replaces_another(path, host.file) || !host.drawing().has_another_file(path)) return false;
+  if (host.changed_file() != Ask) return host.changed_file() == Keep;
+  return !ask(
+      L"Another program has changed the drawing file. Do you want to replace it? [Yes/No] <N>: ");
 }
 
 void start_blank(ConsoleHost& host) {
@@ -32,8 +55,9 @@ void start_blank(ConsoleHost& host) {
 }
 
 void save_to(ConsoleHost& host, const std::filesystem::path& path) {
-  if (const std::optional<Failure> failure = save_drawing(host.drawing(), path)) {
-    refuse_failure(host, FileFault::NotWritten, failure->reason);
+  const auto ask = [&host](std::wstring_view question) { return ask_yes(host, question); };
+  if (const std::optional<Failure> failure = save_unless_changed(host, path, ask)) {
+    refuse_failure(host, Fault::NotWritten, failure->reason);
     return;
   }
   host.file = path;
@@ -43,19 +67,21 @@ void save_to(ConsoleHost& host, const std::filesystem::path& path) {
 }  // namespace
 
 Result<std::unique_ptr<Drawing>> open_drawing(const std::filesystem::path& path) {
-  try {
-    return Drawing::open(path);
-  } catch (const std::bad_alloc&) {
-    return lack_of_memory(path);
-  }
+  return guarded(path, [&] { return Drawing::open(path); });
 }
 
 std::optional<Failure> save_drawing(Drawing& drawing, const std::filesystem::path& path) {
-  try {
-    return drawing.save(path);
-  } catch (const std::bad_alloc&) {
-    return lack_of_memory(path);
-  }
+  return guarded(path, [&] { return drawing.save(path); });
+}
+
+std::optional<Failure> save_unless_changed(ConsoleHost& host, const std::filesystem::path& path,
+                                           const YesQuestion& ask) {
+  if (!keeps_changed_file(host, path, ask)) return save_drawing(host.drawing(), path);
+  return failure(path, "not saved: another program has changed it; --overwrite replaces it");
+}
+
+bool has_drawing_extension(const std::filesystem::path& path) {
+  return equal_ignoring_case(path_text(path.extension()), L".dxf");
 }
 
 void print_notices(const Drawing& drawing) {
@@ -98,7 +124,7 @@ void open(ConsoleHost& host) {
   const std::filesystem::path path = drawing_path(*answer);
   Result<std::unique_ptr<Drawing>> opened = open_drawing(path);
   if (!opened) {
-    refuse_failure(host, FileFault::NotRead, opened.reason());
+    refuse_failure(host, Fault::NotRead, opened.reason());
     return;
   }
   host.replace_drawing(std::move(*opened));
@@ -119,8 +145,8 @@ void save_as(ConsoleHost& host) {
   const std::optional<std::wstring> answer = ask_word(host, L"Save drawing as: ");
   if (!answer || answer->empty()) return;
   const std::filesystem::path path = drawing_path(*answer);
-  if (!equal_ignoring_case(path_text(path.extension()), L".dxf")) {
-    host.refuse_file(FileFault::NotWritten, L"Drawings are saved as .dxf files.");
+  if (!has_drawing_extension(path)) {
+    host.refuse_file(Fault::NotWritten, drawing_extension_refusal);
     return;
   }
   // Nobody is asked about a folder: it cannot be replaced, which saving says.

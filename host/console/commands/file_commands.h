@@ -2,9 +2,11 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "host/console/console.h"
 #include "host/standalone/drawing.h"
@@ -12,10 +14,20 @@
 
 namespace korvel {
 
-// As the drawing does it; that there is not enough memory is a failure like any other.
+// As the drawing does it; what is thrown meanwhile is a failure like any other.
 [[nodiscard]] Result<std::unique_ptr<Drawing>> open_drawing(const std::filesystem::path& path);
 [[nodiscard]] std::optional<Failure> save_drawing(Drawing& drawing,
                                                   const std::filesystem::path& path);
+
+// The same for a file that is the drawing's own, if it still is as the drawing knows it, or may be
+// replaced nevertheless, for which a person at a terminal is asked.
+using YesQuestion = std::function<bool(std::wstring_view prompt)>;
+[[nodiscard]] std::optional<Failure> save_unless_changed(ConsoleHost& host,
+                                                         const std::filesystem::path& path,
+                                                         const YesQuestion& ask);
+
+inline constexpr std::wstring_view drawing_extension_refusal = L"Drawings are saved as .dxf files.";
+[[nodiscard]] bool has_drawing_extension(const std::filesystem::path& path);
 
 // Writes the notices of a drawing just opened to standard error, one "korvel: ..." line each.
 void print_notices(const Drawing& drawing);

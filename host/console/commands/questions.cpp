@@ -8,6 +8,7 @@
 #include "frame/file_bytes.h"
 #include "frame/format.h"
 #include "frame/utf.h"
+#include "host/console/paths.h"
 #include "host/console/typed_text.h"
 
 namespace korvel {
@@ -78,8 +79,11 @@ std::optional<Point3> ask_required_point(ConsoleHost& host, std::wstring_view pr
 }
 
 std::filesystem::path drawing_path(std::wstring_view answer) {
-  std::filesystem::path path = path_of(unquoted(answer).value_or(std::wstring(answer)));
-  if (path.has_filename() && !path.has_extension()) path += ".dxf";
+  return with_drawing_extension(path_of(unquoted(answer).value_or(std::wstring(answer))));
+}
+
+std::filesystem::path with_drawing_extension(std::filesystem::path path) {
+  if (path.has_filename() && !path.has_extension() && !is_no_file(path)) path += ".dxf";
   return path;
 }
 

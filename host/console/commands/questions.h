@@ -63,6 +63,8 @@ struct PointQuestion {
 
 // A path as typed, quotes around it taken off; with `.dxf` behind a name without extension.
 [[nodiscard]] std::filesystem::path drawing_path(std::wstring_view answer);
+// What is there and is a folder or a device keeps its name.
+[[nodiscard]] std::filesystem::path with_drawing_extension(std::filesystem::path path);
 
 // The entities a command of the host works on: the pick-first set, which it uses up, else those
 // selected at the prompt, which become the previous selection. Erased ones are left out. None:

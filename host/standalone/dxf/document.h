@@ -13,6 +13,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "frame/file_access.h"
 #include "host/standalone/dxf/group.h"
 #include "host/standalone/dxf/group_writer.h"
 #include "host/standalone/dxf/handle_index.h"
@@ -156,7 +157,7 @@ class Document {
   // --- Writing ---
 
   // Takes the file in pieces, in order; answers false when it can take no more.
-  using ByteSink = std::function<bool(std::string_view)>;
+  using ByteSink = korvel::ByteSink;
 
   // What the drawing writes in place of items, for this one writing. Handles that it needs must
   // have been given out before.

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace korvel::disk {
 
@@ -16,8 +17,10 @@ class OpenFile {
  public:
   explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
   ~OpenFile() { (void)close(); }
+  OpenFile(OpenFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
+  OpenFile& operator=(OpenFile&&) = delete;
 
   [[nodiscard]] bool is_open() const { return descriptor_ >= 0; }
   [[nodiscard]] int descriptor() const { return descriptor_; }
@@ -35,6 +38,8 @@ class OpenFile {
 
 // The descriptor, or -1 and the reason in errno.
 [[nodiscard]] int open_to_read(const std::filesystem::path& path);
+// The same of a device or a pipe, which are written as they are.
+[[nodiscard]] int open_to_write(const std::filesystem::path& path);
 
 enum class Kind { RegularFile, Pipe, Device };
 struct Status {
@@ -43,25 +48,45 @@ struct Status {
 };
 [[nodiscard]] std::optional<Status> status_of(const OpenFile& file);
 
-// A new file in the same folder under a name of its own. Its descriptor is -1 on failure, with the
-// reason in errno.
-struct NewFile {
-  int descriptor = -1;
-  std::filesystem::path path;
+// Tells one content of a file from another without reading it.
+struct Stamp {
+  std::uint64_t volume = 0;
+  std::uint64_t file = 0;  // its number on the volume
+  std::uint64_t size = 0;
+  std::int64_t written = 0;  // when, in the finest unit that the system has
+
+  friend bool operator==(const Stamp&, const Stamp&) = default;
 };
-[[nodiscard]] NewFile create_beside(const std::filesystem::path& target);
+// None: there is no such file.
+[[nodiscard]] std::optional<Stamp> stamp_of(const std::filesystem::path& path);
+
+// Why an existing file is not to be replaced, although its folder may allow it: it is
+// write-protected. No error: it may.
+[[nodiscard]] std::error_code why_protected(const std::filesystem::path& path);
+
+// A temporary file, held by a lock until it is closed. Its descriptor is -1 on failure, with the
+// reason in errno; then there is no file.
+[[nodiscard]] OpenFile create_held(const std::filesystem::path& path);
+
+// Gives a file a second name, under which it is held in the same way as far as the system can.
+[[nodiscard]] OpenFile link_held(const std::filesystem::path& file,
+                                 const std::filesystem::path& second, std::error_code& error);
+
+// Removes a temporary file that no process holds.
+void remove_if_left(const std::filesystem::path& path);
 
 // Lets the new file be used by those who may use `target`, or any new file if there is none.
 void give_permissions(const OpenFile& file, const std::filesystem::path& target);
 
-// Renames `fresh` to `target`, whatever stood there, and waits until the disk knows it.
-[[nodiscard]] std::error_code replace(const std::filesystem::path& fresh,
+// Renames `file`, which is `fresh`, to `target`, whatever is there, and waits until the disk knows
+// it.
+[[nodiscard]] std::error_code replace(OpenFile& file, const std::filesystem::path& fresh,
                                       const std::filesystem::path& target);
 
 // In bytes.
 [[nodiscard]] std::uint64_t physical_memory();
 
-// While one exists, Ctrl+C and the end of the program that others wish wait.
+// While one exists, Ctrl+C and other wishes that the program end wait.
 class InterruptsHeld {
  public:
   InterruptsHeld();
@@ -73,5 +98,8 @@ class InterruptsHeld {
   struct Former;
   std::unique_ptr<Former> former_;
 };
+
+// Whether such a wish waits.
+[[nodiscard]] bool interrupt_waits();
 
 }  // namespace korvel::disk
