@@ -226,35 +226,30 @@ class Replacement {
 
 enum class Backup { None, Kept };
 
-Failure replace(std::span<const NewFile> files, Backup backup) {
-  std::optional<disk::InterruptsHeld> interrupts_held;  // until nothing is left over
-  std::deque<Replacement> replacements;
-  for (const NewFile& file : files) {
-    const Replacement& added = replacements.emplace_back(file);
-    if (Failure failed = added.check()) return failed;
-    // Who waits at a pipe must be able to leave.
-    if (!added.is_device() && !interrupts_held) interrupts_held.emplace();
-  }
-  for (Replacement& replacement : replacements) {
-    if (Failure failed = replacement.begin()) return failed;
-  }
-  // What a device has got cannot be taken back.
+using Replacements = std::deque<Replacement>;
+
+// False: it failed, or the bytes are not wanted. What a device has got cannot be taken back, so
+// devices come last.
+bool write_all(Replacements& replacements, Failure& failed) {
   for (const bool devices : {false, true}) {
     for (Replacement& replacement : replacements) {
       if (replacement.is_device() != devices) continue;
-      Failure failed;
-      if (!replacement.write(failed) || failed) return failed;
+      if (!replacement.write(failed) || failed) return false;
     }
   }
-  const bool keeps_old = backup == Backup::Kept || files.size() > 1;
+  return true;
+}
+
+Failure keep_old_files(Replacements& replacements, Backup backup) {
   for (Replacement& replacement : replacements) {
-    if (Failure failed = keeps_old ? replacement.keep_old() : std::nullopt) return failed;
+    Failure failed = replacement.keep_old();
+    if (!failed && backup == Backup::Kept) failed = replacement.put_old();
+    if (failed) return failed;
   }
-  for (Replacement& replacement : replacements) {
-    if (Failure failed = backup == Backup::Kept ? replacement.put_old() : std::nullopt) {
-      return failed;
-    }
-  }
+  return std::nullopt;
+}
+
+Failure put_all(Replacements& replacements) {
   for (std::size_t i = 0; i < replacements.size(); ++i) {
     Failure failed = replacements[i].put_new();
     if (!failed) continue;
@@ -263,6 +258,25 @@ Failure replace(std::span<const NewFile> files, Backup backup) {
     return failed;
   }
   return std::nullopt;
+}
+
+Failure replace(std::span<const NewFile> files, Backup backup) {
+  std::optional<disk::InterruptsHeld> interrupts_held;  // until nothing is left over
+  Replacements replacements;
+  for (const NewFile& file : files) {
+    const Replacement& added = replacements.emplace_back(file);
+    if (Failure failed = added.check()) return failed;
+    // Who waits at a pipe must be able to leave.
+    if (!added.is_device() && !interrupts_held) interrupts_held.emplace();
+  }
+  Failure failed;
+  for (Replacement& replacement : replacements) {
+    if ((failed = replacement.begin())) return failed;
+  }
+  if (!write_all(replacements, failed)) return failed;
+  const bool keeps_old = backup == Backup::Kept || files.size() > 1;
+  if (keeps_old && (failed = keep_old_files(replacements, backup))) return failed;
+  return put_all(replacements);
 }
 
 }  // namespace
