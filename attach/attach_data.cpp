@@ -12,13 +12,12 @@ namespace {
 
 int carry_out(const AttachRequest& request, const EntityList& entities, Session& session) {
   const DocumentLock lock(session.host);
-  Progress progress(session.host, static_cast<std::int64_t>(entities.size()));
   if (request.action == AttachAction::Detach) {
-    return detach_records(session.store, entities, request.table, progress);
+    return detach_records(session.store, entities, request.table, session.host);
   }
   const std::optional<ODTableDef> table = session.store.table(request.table);
   if (!table) return 0;
-  return attach_records(session.store, entities, record_with(*table, request.fields), progress);
+  return attach_records(session.store, entities, record_with(*table, request.fields), session.host);
 }
 
 }  // namespace
@@ -36,25 +35,27 @@ ODRecord record_with(const ODTableDef& table, std::span<const FieldText> fields)
 }
 
 int attach_records(ODStore& store, const EntityList& entities, const ODRecord& record,
-                   Progress& progress) {
+                   ProgressMeter& meter) {
   const std::unique_ptr<RecordIterator> present = store.records_of(record.table);
   int attached = 0;
+  WriteWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     present->open(entity, OpenMode::Read);
     if (present->done() && store.attach(entity, record)) ++attached;
-    progress.step();
   }
   return attached;
 }
 
 int detach_records(ODStore& store, const EntityList& entities, std::wstring_view table,
-                   Progress& progress) {
+                   ProgressMeter& meter) {
   const std::unique_ptr<RecordIterator> records = store.records_of(table);
   int detached = 0;
+  WriteWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     records->open(entity, OpenMode::Write);
     if (!records->done() && records->remove()) ++detached;
-    progress.step();
   }
   return detached;
 }

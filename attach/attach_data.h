@@ -30,13 +30,13 @@ struct AttachRequest {
 [[nodiscard]] ODRecord record_with(const ODTableDef& table, std::span<const FieldText> fields);
 
 // Attaches the record to every entity that carries none of its table yet. Gives the number of
-// entities that got one; what refuses it is left out. Progress moves by one for each entity.
+// entities that got one; what refuses it is left out.
 int attach_records(ODStore& store, const EntityList& entities, const ODRecord& record,
-                   Progress& progress);
+                   ProgressMeter& meter);
 
 // Removes one record of the table, the first, from every entity that carries any: deliberately one
 // even where there are more. Gives the number of entities that lost one.
 int detach_records(ODStore& store, const EntityList& entities, std::wstring_view table,
-                   Progress& progress);
+                   ProgressMeter& meter);
 
 }  // namespace korvel

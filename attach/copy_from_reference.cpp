@@ -1,7 +1,9 @@
-#include "attach/copy_from_reference.h"
-
+// Gives entities the object data, and if wanted the properties, of one reference entity. Records of
+// topology tables are never copied.
 #include <algorithm>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,9 +45,88 @@ void attach_all(ODStore& store, EntityId target, const std::vector<ODRecord>& re
     store.attach(target, record);
 }
 
-// What the five commands share; `copy` does the work and gives the number to report.
-template <class Copy>
-void copy_from_reference(Session& session, const Copy& copy) {
+// Copies of what targets are given, and the giving: each gives to one target and returns what that
+// adds to the number to report. An entity that cannot be written is skipped and counts all the
+// same.
+
+// New records with default values, as many of each table as the reference has. What a target
+// carries already does not matter, and the reference is a target like any other.
+class TableCopy {
+ public:
+  TableCopy(ODStore& store, EntityId reference)
+      : store_(store), records_(default_records_of(store, reference)) {}
+  std::size_t operator()(EntityId target) const {
+    attach_all(store_, target, records_);
+    return records_.empty() ? 0 : 1;
+  }
+
+ private:
+  ODStore& store_;
+  std::vector<ODRecord> records_;
+};
+
+// A copy of every record. The reference itself counts, but is given nothing.
+class RecordCopy {
+ public:
+  RecordCopy(ODStore& store, EntityId reference)
+      : store_(store), reference_(reference), records_(user_records_of(store, reference)) {}
+  std::size_t operator()(EntityId target) const {
+    if (target != reference_) attach_all(store_, target, records_);
+    return 1;
+  }
+
+ private:
+  ODStore& store_;
+  EntityId reference_;
+  std::vector<ODRecord> records_;
+};
+
+// Writes over every record of a target, but for the reference itself, the values of the reference's
+// first record of the same table. Counts the records written.
+class ValueCopy {
+ public:
+  ValueCopy(ODStore& store, EntityId reference)
+      : reference_(reference),
+        sources_(user_records_of(store, reference)),
+        record_(store.records()) {}
+  std::size_t operator()(EntityId target) const {
+    std::size_t written = 0;
+    if (target == reference_) return written;
+    for (record_->open(target, OpenMode::Write); !record_->done(); record_->next()) {
+      const auto source = std::ranges::find(sources_, record_->table_name(), &ODRecord::table);
+      if (source != sources_.end() && record_->update(*source)) ++written;
+    }
+    return written;
+  }
+
+ private:
+  EntityId reference_;
+  std::vector<ODRecord> sources_;
+  std::unique_ptr<RecordIterator> record_;
+};
+
+// Colour, layer, linetype, linetype scale and lineweight, and then records. Every target counts,
+// also when there are only properties to copy.
+template <class Records>
+class FullCopy {
+ public:
+  FullCopy(DrawingHost& host, ODStore& store, EntityId reference)
+      : host_(host), properties_(host.properties_of(reference)), records_(store, reference) {}
+  std::size_t operator()(EntityId target) const {
+    if (properties_) host_.set_properties(target, *properties_);
+    records_(target);
+    return 1;
+  }
+
+ private:
+  DrawingHost& host_;
+  std::optional<EntityProperties> properties_;
+  Records records_;
+};
+
+// What the five commands share; `copy_of` reads the reference and gives what copies to one target.
+template <class CopyOf>
+void copy_from_reference(Session& session, const CopyOf& copy_of) {
   DrawingHost& host = session.host;
   const EntityList targets = selected_entities(host);
   if (targets.empty()) return report<Message::Completed>(host, 0);
@@ -55,76 +136,38 @@ void copy_from_reference(Session& session, const Copy& copy) {
   std::size_t count = 0;
   {
     const DocumentLock lock(host);
-    count = copy(reference, targets);
+    const auto copy = copy_of(reference);
+    WriteWalk walk(host, targets.size());
+    for (const EntityId target : targets) {
+      if (!walk.step()) break;
+      count += copy(target);
+    }
   }
   report<Message::Completed>(host, count);
 }
 
-void copy_data(Session& session,
-               std::size_t (*copy)(ODStore&, EntityId reference, const EntityList& targets)) {
-  copy_from_reference(session, [&](EntityId reference, const EntityList& targets) {
-    return copy(session.store, reference, targets);
+template <class Copy>
+void copy_data(Session& session) {
+  copy_from_reference(session, [&](EntityId reference) { return Copy(session.store, reference); });
+}
+
+template <class Records>
+void copy_everything(Session& session) {
+  copy_from_reference(session, [&](EntityId reference) {
+    return FullCopy<Records>(session.host, session.store, reference);
   });
 }
 
 }  // namespace
 
-std::size_t copy_tables(ODStore& store, EntityId reference, const EntityList& targets) {
-  const std::vector<ODRecord> records = default_records_of(store, reference);
-  if (records.empty()) return 0;
-  for (const EntityId target : targets)
-    attach_all(store, target, records);
-  return targets.size();
-}
+void copy_od(Session& session) { copy_data<TableCopy>(session); }
 
-std::size_t copy_records(ODStore& store, EntityId reference, const EntityList& targets) {
-  const std::vector<ODRecord> records = user_records_of(store, reference);
-  for (const EntityId target : targets) {
-    if (target != reference) attach_all(store, target, records);
-  }
-  return targets.size();
-}
+void copy_od_value(Session& session) { copy_data<RecordCopy>(session); }
 
-std::size_t copy_values(ODStore& store, EntityId reference, const EntityList& targets) {
-  const std::vector<ODRecord> sources = user_records_of(store, reference);
-  const std::unique_ptr<RecordIterator> walk = store.records();
-  std::size_t written = 0;
-  for (const EntityId target : targets) {
-    if (target == reference) continue;
-    for (walk->open(target, OpenMode::Write); !walk->done(); walk->next()) {
-      const auto source = std::ranges::find(sources, walk->table_name(), &ODRecord::table);
-      if (source != sources.end() && walk->update(*source)) ++written;
-    }
-  }
-  return written;
-}
+void copy_value(Session& session) { copy_data<ValueCopy>(session); }
 
-void copy_properties(DrawingHost& host, EntityId reference, const EntityList& targets) {
-  const std::optional<EntityProperties> properties = host.properties_of(reference);
-  if (!properties) return;
-  for (const EntityId target : targets)
-    host.set_properties(target, *properties);
-}
+void copy_all(Session& session) { copy_everything<TableCopy>(session); }
 
-void copy_od(Session& session) { copy_data(session, copy_tables); }
-
-void copy_od_value(Session& session) { copy_data(session, copy_records); }
-
-void copy_value(Session& session) { copy_data(session, copy_values); }
-
-void copy_all(Session& session) {
-  copy_from_reference(session, [&](EntityId reference, const EntityList& targets) {
-    copy_properties(session.host, reference, targets);
-    copy_tables(session.store, reference, targets);
-    return targets.size();  // also when there were only properties to copy
-  });
-}
-
-void copy_all_value(Session& session) {
-  copy_from_reference(session, [&](EntityId reference, const EntityList& targets) {
-    copy_properties(session.host, reference, targets);
-    return copy_records(session.store, reference, targets);
-  });
-}
+void copy_all_value(Session& session) { copy_everything<RecordCopy>(session); }
 
 }  // namespace korvel

@@ -77,11 +77,15 @@ std::optional<DuplicateMode> duplicate_mode_of(std::wstring_view answer) {
   return std::nullopt;
 }
 
-int remove_duplicates(ODStore& store, const EntityList& entities, DuplicateMode mode) {
+int remove_duplicates(ODStore& store, const EntityList& entities, DuplicateMode mode,
+                      ProgressMeter& meter) {
   DuplicateRemover remover(store, mode);
   int tables = 0;
-  for (const EntityId entity : entities)
+  WriteWalk walk(meter, entities.size());
+  for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     tables += remover.clean(entity);
+  }
   return tables;
 }
 
@@ -97,7 +101,7 @@ void remove_duplicate_od(Session& session) {
   int tables = 0;
   {
     const DocumentLock lock(session.host);
-    tables = remove_duplicates(session.store, selection, *mode);
+    tables = remove_duplicates(session.store, selection, *mode, session.host);
   }
   report<Message::Completed>(session.host, tables);
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "frame/od_store.h"
+#include "frame/progress_meter.h"
 
 namespace korvel {
 
@@ -18,6 +19,7 @@ enum class DuplicateMode { First, Last };
 // Duplicates are records of one table on one entity, whatever their values; names that differ in
 // letter case alone count as one table. Gives, summed over the entities, the number of tables of
 // which at least one record was removed. What refuses to be removed stays.
-int remove_duplicates(ODStore& store, const EntityList& entities, DuplicateMode mode);
+int remove_duplicates(ODStore& store, const EntityList& entities, DuplicateMode mode,
+                      ProgressMeter& meter);
 
 }  // namespace korvel

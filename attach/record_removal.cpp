@@ -26,22 +26,26 @@ int remove_each(RecordIterator& records) {
 
 }  // namespace
 
-int remove_tables(ODStore& store, const EntityList& entities,
-                  std::span<const std::wstring> tables) {
+int remove_tables(ODStore& store, const EntityList& entities, std::span<const std::wstring> tables,
+                  ProgressMeter& meter) {
   int removed = 0;
+  WriteWalk walk(meter, tables.size() * entities.size());
   for (const std::wstring& table : tables) {
     const std::unique_ptr<RecordIterator> records = store.records_of(table);
     for (const EntityId entity : entities) {
+      if (!walk.step()) return removed;
       if (records->open(entity, OpenMode::Write)) removed += remove_each(*records);
     }
   }
   return removed;
 }
 
-int remove_all(ODStore& store, const EntityList& entities) {
+int remove_all(ODStore& store, const EntityList& entities, ProgressMeter& meter) {
   const std::unique_ptr<RecordIterator> records = store.records();
   int carriers = 0;
+  WriteWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     records->open(entity, OpenMode::Write);
     if (records->done()) continue;
     ++carriers;
@@ -54,13 +58,13 @@ void rm(Session& session) {
   const EntityList selection = selected_entities(session.host);
   if (selection.empty()) return report<Message::NoObjectsSelected>(session.host);
   PGUIODList dialog(std::wstring(text(Message::DetachSelected)),
-                    session.store.tables_on(selection));
+                    session.store.tables_on(selection, session.host));
   if (!session.host.show(dialog)) return;
 
   int removed = 0;
   {
     const DocumentLock lock(session.host);
-    removed = remove_tables(session.store, selection, dialog.checked());
+    removed = remove_tables(session.store, selection, dialog.checked(), session.host);
   }
   report<Message::Completed>(session.host, removed);
 }
@@ -76,7 +80,7 @@ void rm_all(Session& session) {
   int carriers = 0;
   {
     const DocumentLock lock(session.host);
-    carriers = remove_all(session.store, selection);
+    carriers = remove_all(session.store, selection, session.host);
   }
   report<Message::CompletedOutOf>(session.host, carriers, selection.size());
 }

@@ -5,15 +5,17 @@
 #include <string>
 
 #include "frame/od_store.h"
+#include "frame/progress_meter.h"
 
 namespace korvel {
 
 // Removes every record of the tables, table by table, from every entity. A table that does not
 // exist (any more) and what cannot be removed are skipped. Gives the number of records removed.
-int remove_tables(ODStore& store, const EntityList& entities, std::span<const std::wstring> tables);
+int remove_tables(ODStore& store, const EntityList& entities, std::span<const std::wstring> tables,
+                  ProgressMeter& meter);
 
 // Removes every record, topology tables included. Gives the number of entities that carried any and
 // could be opened for writing.
-int remove_all(ODStore& store, const EntityList& entities);
+int remove_all(ODStore& store, const EntityList& entities, ProgressMeter& meter);
 
 }  // namespace korvel

@@ -8,7 +8,7 @@
 namespace korvel {
 
 TableUse table_use(ODStore& store, DrawingHost& host) {
-  const std::vector<std::wstring> on_entities = store.tables_on(model_space_entities(host));
+  const std::vector<std::wstring> on_entities = store.tables_on(model_space_entities(host), host);
   TableUse use;
   for (std::wstring& name : user_tables(store)) {
     const bool used = std::ranges::binary_search(on_entities, name);
@@ -30,10 +30,14 @@ OptionsRmUnused::OptionsRmUnused(const TableUse& use) : Dialog(L"Remove Unused O
 
 void OptionsRmUnused::act(const Button& /*button*/) { unused_.toggle_all(); }
 
-int delete_tables(ODStore& store, std::span<const std::wstring> tables) {
-  return static_cast<int>(std::ranges::count_if(tables, [&store](const std::wstring& table) {
-    return store.delete_table(table) == TableChange::Done;
-  }));
+int delete_tables(ODStore& store, std::span<const std::wstring> tables, ProgressMeter& meter) {
+  int deleted = 0;
+  WriteWalk walk(meter, tables.size());
+  for (const std::wstring& table : tables) {
+    if (!walk.step()) break;
+    if (store.delete_table(table) == TableChange::Done) ++deleted;
+  }
+  return deleted;
 }
 
 void rm_unused(Session& session) {
@@ -43,7 +47,7 @@ void rm_unused(Session& session) {
   int deleted = 0;
   {
     const DocumentLock lock(session.host);
-    deleted = delete_tables(session.store, dialog.checked());
+    deleted = delete_tables(session.store, dialog.checked(), session.host);
   }
   report<Message::Completed>(session.host, deleted);
 }

@@ -18,7 +18,8 @@ struct TableUse {
 };
 
 // Used is a table of which an entity of model space carries a record. Deliberately nothing else is
-// looked at: a table used in paper space or inside a block alone is unused.
+// looked at: a table used in paper space or inside a block alone is unused. Throws Interrupted:
+// what was not looked at must never pass for unused.
 [[nodiscard]] TableUse table_use(ODStore& store, DrawingHost& host);
 
 // Shows both lists; what is unused can be checked, and nothing is at first.
@@ -38,6 +39,6 @@ class OptionsRmUnused final : public Dialog {
 };
 
 // Gives the number of definitions deleted; their records go with them, wherever they are.
-int delete_tables(ODStore& store, std::span<const std::wstring> tables);
+int delete_tables(ODStore& store, std::span<const std::wstring> tables, ProgressMeter& meter);
 
 }  // namespace korvel

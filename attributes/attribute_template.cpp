@@ -11,9 +11,9 @@ namespace korvel {
 
 BlockCatalogue block_catalogue(DrawingHost& host, const EntityList& entities) {
   BlockCatalogue blocks;
-  Progress progress(host, static_cast<std::int64_t>(entities.size()));
+  ReadWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
-    progress.step();
+    walk.step();
     const std::optional<std::wstring> block = host.block_name_of(entity);
     if (!block) continue;
     for (BlockAttribute& attribute : host.attributes_of(entity))

@@ -61,10 +61,9 @@ std::size_t for_each_reference(const AttributeMapping& mapping, const ODStore& s
   for (const auto& [block, attributes] : mapping)
     blocks.emplace(block, tables_of(attributes, store));
   std::size_t references = 0;
-  Progress progress(host, static_cast<std::int64_t>(entities.size()));
+  WriteWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
-    if (host.interrupted()) break;
-    progress.step();
+    if (!walk.step()) break;
     const std::optional<std::wstring> name = host.block_name_of(entity);
     if (!name) continue;
     const auto block = blocks.find(*name);

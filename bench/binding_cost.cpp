@@ -64,11 +64,12 @@ struct Case {
 
 template <Presence criterion>
 std::size_t presence_search(const Side& at) {
-  return find_by_presence(criterion, at.store, at.entities).size();
+  return find_by_presence(criterion, at.store, at.entities, at.host).size();
 }
 
 std::size_t value_search(const Side& at) {
-  return find_by_values({{L"Roads"}, {{L"WIDTH", L">5"}}, true}, at.store, at.entities).size();
+  return find_by_values({{L"Roads"}, {{L"WIDTH", L">5"}}, true}, at.store, at.entities, at.host)
+      .size();
 }
 
 std::size_t read_one_column(const Side& at) {
@@ -116,18 +117,17 @@ std::size_t without_binding(const Side& at) {
 std::size_t attach(const Side& at) {
   const std::optional<ODTableDef> table = at.store.table(L"Extra");
   if (!table) return 0;
-  Progress progress(at.host, static_cast<std::int64_t>(at.entities.size()));
   return static_cast<std::size_t>(
-      attach_records(at.store, at.entities, default_record(*table), progress));
+      attach_records(at.store, at.entities, default_record(*table), at.host));
 }
 
 std::size_t detach(const Side& at) {
-  Progress progress(at.host, static_cast<std::int64_t>(at.entities.size()));
-  return static_cast<std::size_t>(detach_records(at.store, at.entities, L"Roads", progress));
+  return static_cast<std::size_t>(detach_records(at.store, at.entities, L"Roads", at.host));
 }
 
 std::size_t duplicates(const Side& at) {
-  return static_cast<std::size_t>(remove_duplicates(at.store, at.entities, DuplicateMode::Last));
+  return static_cast<std::size_t>(
+      remove_duplicates(at.store, at.entities, DuplicateMode::Last, at.host));
 }
 
 constexpr std::array cases = {
@@ -151,7 +151,8 @@ class Comparison {
     for (int i = 0; i < circumstances.tables; ++i) {
       (void)drawing_store_.define_table({L"Other" + std::to_wstring(i), extra.columns});
     }
-    for (const int count : drawing_store_.count_records(entities_, drawing_store_.table_names()))
+    for (const int count :
+         drawing_store_.count_records(entities_, drawing_store_.table_names(), host_))
       records_ += static_cast<std::size_t>(count);
     std::printf("\n%zu entities, %zu records, %zu tables, %d more iterators\n", entities_.size(),
                 records_, drawing_store_.table_names().size(), iterators_);

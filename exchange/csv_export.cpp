@@ -136,24 +136,20 @@ void warn_of_spreadsheets(DrawingHost& host, const CsvExport& written) {
 
 CsvExport write_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
                     const RecordRows& rows, const CsvFormat& format) {
-  constexpr std::size_t rows_between_looks = 4096;
+  constexpr std::size_t rows_to_judge_by = 4096;
   CsvExport result;
   result.bytes = "\xEF\xBB\xBF";
   TableWriter writer(table, rows.columns, format, result);
   writer.header();
   RecordReader reader(store.records_of(table.name));
-  Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
+  ReadWalk walk(host, rows.rows.size());
   EntityId owner;
   for (std::size_t i = 0; i < rows.rows.size(); ++i) {
-    if (i % rows_between_looks == 0 && host.interrupted()) {
-      result.interrupted = true;
-      break;
-    }
+    walk.step();
     // By what the first rows took, with some room.
-    if (i == rows_between_looks)
+    if (i == rows_to_judge_by)
       result.bytes.reserve(result.bytes.size() / i * rows.rows.size() * 5 / 4);
     const RecordKey& key = rows.rows[i];
-    progress.step();
     const RecordValues record = reader.at(key);
     if (!record) continue;
     if (key.entity != owner) writer.begin_entity(host.handle_of(key.entity));
@@ -175,7 +171,6 @@ void export_csv(Session& session, const RecordRows& rows) {
   if (!file) return;
 
   const CsvExport written = write_csv(session.store, host, *table, rows, *format);
-  if (written.interrupted) return;
   const NewFile target = new_file(*file, written.bytes);
   if (const auto failed = host.replace_files({&target, 1})) return report_unwritten(host, *failed);
   warn_of_spreadsheets(host, written);

@@ -17,7 +17,6 @@ namespace korvel {
 struct CsvExport {
   std::string bytes;     // with a byte-order mark
   std::size_t rows = 0;  // written; a record that is gone is left out
-  bool interrupted = false;
   // Cells that a spreadsheet program would alter, texts and reals by their risk.
   Findings handles;
   std::array<Findings, spreadsheet_risks> texts;

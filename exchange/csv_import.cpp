@@ -45,13 +45,13 @@ bool is_wanted(DrawingHost& host, const CsvPlan& plan) {
 
 // The number of records that were written.
 std::size_t change_records(ODStore& store, const ODTableDef& table, const CsvPlan& plan,
-                           Progress& progress) {
+                           WriteWalk& walk) {
   const std::unique_ptr<RecordIterator> record = store.records_of(table.name);
   CellReader reader(plan.decimal_sign);
   std::size_t written = 0;
   RecordKey here;
   for (const CsvRow& row : plan.changes) {
-    progress.step();
+    if (!walk.step()) break;
     if (row.key.entity != here.entity) {
       record->open(row.key.entity, OpenMode::Write);
       here = {row.key.entity, 1};
@@ -70,13 +70,13 @@ std::size_t change_records(ODStore& store, const ODTableDef& table, const CsvPla
 
 // The number of records that were attached.
 std::size_t add_records(ODStore& store, const ODTableDef& table, const CsvPlan& plan,
-                        Progress& progress) {
+                        WriteWalk& walk) {
   CellReader reader(plan.decimal_sign);
   std::size_t written = 0;
   const ODRecord defaults = default_record(table);
   ODRecord added;
   for (const CsvRow& row : plan.additions) {
-    progress.step();
+    if (!walk.step()) break;
     added = defaults;
     const bool all = write_cells(table, plan, row, reader,
                                  [&added](std::uint32_t column, const ODValueView& value) {
@@ -90,11 +90,11 @@ std::size_t add_records(ODStore& store, const ODTableDef& table, const CsvPlan& 
 
 }  // namespace
 
-std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
+std::size_t apply_csv(ODStore& store, ProgressMeter& meter, const ODTableDef& table,
                       const CsvPlan& plan) {
-  Progress progress(host, static_cast<std::int64_t>(plan.changes.size() + plan.additions.size()));
-  const std::size_t changed = change_records(store, table, plan, progress);
-  return changed + add_records(store, table, plan, progress);
+  WriteWalk walk(meter, plan.changes.size() + plan.additions.size());
+  const std::size_t changed = change_records(store, table, plan, walk);
+  return changed + add_records(store, table, plan, walk);
 }
 
 void import_csv(Session& session, std::wstring_view table_name) {
@@ -112,7 +112,6 @@ void import_csv(Session& session, std::wstring_view table_name) {
   }
 
   const CsvPlan plan = plan_import(session, *table, utf8, *format);
-  if (plan.interrupted) return;
   if (plan.damage) {
     host.print_error(format_text(L"Error: '%s', %s.\n", path_text(*file), *plan.damage));
     return host.report_failed_file({*file, FileDirection::Read, *plan.damage, true});

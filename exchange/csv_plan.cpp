@@ -33,6 +33,7 @@ class Planner {
           const CsvFormat& format)
       : host_(host),
         table_(table),
+        lines_(static_cast<std::size_t>(std::ranges::count(utf8, '\n'))),
         reader_(utf8, format.separator),
         records_(store.records_of(table.name)),
         verdicts_(format.decimal_sign),
@@ -42,9 +43,9 @@ class Planner {
   }
 
   CsvPlan plan() {
-    constexpr std::size_t rows_between_looks = 4096;
     plan_.damage = header_.read(reader_, table_, plan_.ignored_columns);
     if (plan_.damage) return std::move(plan_);
+    ReadWalk walk(host_, lines_);
     while (reader_.next(cells_)) {
       if (cells_.size() == 1 && cells_[0].empty()) continue;  // an empty line
       if (cells_.size() != header_.columns().size()) {
@@ -52,10 +53,8 @@ class Planner {
                                    cells_.size(), header_.columns().size());
         return std::move(plan_);
       }
-      if (plan_.rows++ % rows_between_looks == 0 && host_.interrupted()) {
-        plan_.interrupted = true;
-        return std::move(plan_);
-      }
+      walk.step();
+      ++plan_.rows;
       plan_row();
     }
     if (reader_.error()) plan_.damage = words_for(*reader_.error());
@@ -193,6 +192,7 @@ class Planner {
 
   DrawingHost& host_;
   const ODTableDef& table_;
+  std::size_t lines_;  // quoted line breaks included
   CsvReader reader_;
   CsvHeader header_;
   RecordReader records_;

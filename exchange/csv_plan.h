@@ -31,7 +31,6 @@ struct CsvRow {
 struct CsvPlan {
   // Why nothing can be done: a sentence without the file's name and a line end.
   std::optional<std::wstring> damage;
-  bool interrupted = false;
 
   char decimal_sign = '.';        // of the cells
   std::vector<CsvRow> changes;    // in the order of their keys
@@ -54,13 +53,13 @@ struct CsvPlan {
 // Compares the text with the table, which must be there. The first row names the columns: "Handle"
 // and "Record", and any of the table's. A record number one above those the entity has, or none,
 // is a new record. Entities that are not of model space are unknown. The text is altered and must
-// outlive the plan.
+// outlive the plan. Throws Interrupted.
 [[nodiscard]] CsvPlan plan_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
                                std::string& utf8, const CsvFormat& format);
 
 // Carries the plan out. The number of rows written; a row of which a value is refused is none. The
 // document is to be locked.
-std::size_t apply_csv(ODStore& store, DrawingHost& host, const ODTableDef& table,
+std::size_t apply_csv(ODStore& store, ProgressMeter& meter, const ODTableDef& table,
                       const CsvPlan& plan);
 
 // The plan for a person: counts, and of each kind the first rows with their lines.

@@ -26,12 +26,13 @@ class Explication {
         text_(columns, request, sink) {}
 
   void write(const ExplicationGroups& groups) {
-    Progress progress(host_, static_cast<std::int64_t>(groups.record_count()));
+    ReadWalk walk(host_, groups.record_count());
     for (const ExplicationGroup& group : groups.in_order()) {
       text_.begin_group(group.key);
       std::size_t entity_count = 0;
       std::optional<std::uint32_t> entity;
       for (const ExplainedRecord& record : group.records) {
+        walk.step();
         const EntityId id = entities_[record.entity];
         if (record.entity != entity) {
           entity = record.entity;
@@ -40,7 +41,6 @@ class Explication {
           host_.append_handle(id, handle_);
         }
         text_.add_record(handle_, record.table, records_.at({id, record.number}));
-        progress.step();
       }
       text_.end_group(entity_count);
     }
@@ -63,8 +63,9 @@ std::wstring_view what_is_missing(const ExplicationRequest& request) {
   return {};
 }
 
-std::vector<std::wstring> user_tables_on(ODStore& store, const EntityList& entities) {
-  std::vector<std::wstring> tables = store.tables_on(entities);
+std::vector<std::wstring> user_tables_on(ODStore& store, const EntityList& entities,
+                                         ProgressMeter& meter) {
+  std::vector<std::wstring> tables = store.tables_on(entities, meter);
   std::erase_if(tables, [](const std::wstring& name) { return !is_user_table(name); });
   return tables;
 }
@@ -76,7 +77,7 @@ void explicate(ODStore& store, DrawingHost& host, EntityList entities,
   if (!std::ranges::is_sorted(entities)) std::ranges::sort(entities);
   entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
   const ExplicationColumns columns = explication_columns(store, request);
-  const ExplicationGroups groups(store, entities, columns, request.type_field.has_value());
+  const ExplicationGroups groups(store, entities, columns, request.type_field.has_value(), host);
   Explication(store, host, entities, columns, request, sink).write(groups);
 }
 
@@ -84,7 +85,7 @@ void expl(Session& session) {
   DrawingHost& host = session.host;
   const EntityList entities = selected_entities(host);
   if (entities.empty()) return;
-  SelectSharedCol dialog(session.store, user_tables_on(session.store, entities));
+  SelectSharedCol dialog(session.store, user_tables_on(session.store, entities, host));
   if (!host.show(dialog)) return;
   const ExplicationRequest request = dialog.request();
   if (const std::wstring_view missing = what_is_missing(request); !missing.empty()) {

@@ -6,11 +6,13 @@
 
 #include "exchange/table_finder.h"
 #include "frame/value_text.h"
+#include "frame/walk.h"
 
 namespace korvel {
 
 ExplicationGroups::ExplicationGroups(ODStore& store, const EntityList& entities,
-                                     const ExplicationColumns& columns, bool by_type_field)
+                                     const ExplicationColumns& columns, bool by_type_field,
+                                     ProgressMeter& meter)
     : tables_(columns.tables) {
   if (!by_type_field) {  // a table's group has its index for a number
     for (const ExplainedTable& table : tables_)
@@ -18,14 +20,16 @@ ExplicationGroups::ExplicationGroups(ODStore& store, const EntityList& entities,
   }
   std::vector<Number> groups;  // by record
   TableFinder<ExplainedTable> finder(tables_);
-  const std::unique_ptr<RecordIterator> walk = store.records();
+  const std::unique_ptr<RecordIterator> record = store.records();
+  ReadWalk walk(meter, entities.size());
   for (std::uint32_t entity = 0; entity < entities.size(); ++entity) {
-    walk->open(entities[entity], OpenMode::Read);
-    for (std::int32_t number = 1; !walk->done(); walk->next(), ++number) {
-      const std::optional<std::size_t> found = finder.find(walk->table_name());
+    walk.step();
+    record->open(entities[entity], OpenMode::Read);
+    for (std::int32_t number = 1; !record->done(); record->next(), ++number) {
+      const std::optional<std::size_t> found = finder.find(record->table_name());
       if (!found) continue;
       const auto table = static_cast<std::uint32_t>(*found);
-      const Number group = by_type_field ? group_of(table, *walk) : table;
+      const Number group = by_type_field ? group_of(table, *record) : table;
       records_.push_back({entity, number, table});
       groups.push_back(group);
       ++counts_[group];

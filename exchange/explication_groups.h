@@ -28,11 +28,11 @@ struct ExplicationGroup {
 };
 
 // With a type field the key of a record is the text of that field, empty if its table has none;
-// without one it is the name of its table.
+// without one it is the name of its table. Throws Interrupted.
 class ExplicationGroups {
  public:
   ExplicationGroups(ODStore& store, const EntityList& entities, const ExplicationColumns& columns,
-                    bool by_type_field);
+                    bool by_type_field, ProgressMeter& meter);
 
   // In ordinal order of their keys. What they hold lives as long as this.
   [[nodiscard]] std::vector<ExplicationGroup> in_order() const;

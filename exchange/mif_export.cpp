@@ -205,22 +205,16 @@ void warn(DrawingHost& host, std::wstring_view what, const Findings& findings) {
 
 MifExport write_mif(ODStore& store, DrawingHost& host, const RecordRows& rows,
                     const MifLayout& layout) {
-  constexpr std::size_t rows_between_looks = 4096;
   MifExport result;
   MifObjects objects;
   MidWriter values(layout, result);
   MifRowReader rows_read(store, host, rows.table);
-  Progress progress(host, static_cast<std::int64_t>(rows.rows.size()));
+  ReadWalk walk(host, rows.rows.size());
   std::string data;
   std::string object;
   EntityId owner;
-  for (std::size_t i = 0; i < rows.rows.size(); ++i) {
-    if (i % rows_between_looks == 0 && host.interrupted()) {
-      result.interrupted = true;
-      return result;
-    }
-    const RecordKey& key = rows.rows[i];
-    progress.step();
+  for (const RecordKey& key : rows.rows) {
+    walk.step();
     const std::optional<MifRow> row = rows_read.at(key);
     if (!row) continue;
     if (key.entity != owner) {
@@ -246,7 +240,6 @@ void export_mif(Session& session, const RecordRows& rows) {
   if (!files) return;
 
   const MifExport written = write_mif(session.store, host, rows, layout);
-  if (written.interrupted) return;
   const std::array targets{new_file(files->mif, written.mif), new_file(files->mid, written.mid)};
   if (const auto failed = host.replace_files(targets)) return report_unwritten(host, *failed);
   warn(host, L"texts cut off after 254 bytes", written.cut_texts);

@@ -16,7 +16,6 @@ struct MifExport {
   std::string mif;
   std::string mid;
   std::size_t rows = 0;  // written; a record that is gone is left out
-  bool interrupted = false;
   Findings cut_texts;
   Findings broken_lines;  // texts whose line breaks became blanks
 };

@@ -83,8 +83,8 @@ void translate_to_aliases(Session& session, const EntityList& entities, const Al
   {
     const DocumentLock lock(session.host);
     records = translate_values(session.store, session.host, entities, maps);
-    columns = translate_columns(session.store, maps);
-    translate_tables(session.store, maps.tables);
+    columns = translate_columns(session.store, maps, session.host);
+    translate_tables(session.store, maps.tables, session.host);
   }
   report_values(session.host, records);
   report_columns(session.host, columns);
@@ -95,8 +95,8 @@ void translate_to_names(Session& session, const EntityList& entities, const Alia
   std::vector<ColumnChange> columns;
   {
     const DocumentLock lock(session.host);
-    translate_tables(session.store, maps.tables);
-    columns = translate_columns(session.store, maps);
+    translate_tables(session.store, maps.tables, session.host);
+    columns = translate_columns(session.store, maps, session.host);
     records = translate_values(session.store, session.host, entities, maps);
   }
   report_columns(session.host, columns);

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "exchange/value_aliases.h"
-#include "frame/command_frame.h"
+#include "frame/walk.h"
 
 namespace korvel {
 namespace {
@@ -45,28 +45,36 @@ std::vector<ColumnRename> planned_renames(const ODStore& store, const AliasMaps&
 
 }  // namespace
 
-void translate_tables(ODStore& store, const Aliases& tables) {
-  for (const auto& [name, alias] : tables)
+void translate_tables(ODStore& store, const Aliases& tables, ProgressMeter& meter) {
+  WriteWalk walk(meter, tables.size());
+  for (const auto& [name, alias] : tables) {
+    if (!walk.step()) break;
     (void)store.rename_table(name, alias);
+  }
 }
 
-std::vector<ColumnChange> translate_columns(ODStore& store, const AliasMaps& maps) {
+std::vector<ColumnChange> translate_columns(ODStore& store, const AliasMaps& maps,
+                                            ProgressMeter& meter) {
+  const std::vector<ColumnRename> renames = planned_renames(store, maps);
   std::vector<ColumnChange> results;
-  for (const ColumnRename& rename : planned_renames(store, maps))
+  WriteWalk walk(meter, renames.size());
+  for (const ColumnRename& rename : renames) {
+    if (!walk.step()) break;
     results.push_back(store.rename_column(rename.table, rename.from, rename.to));
+  }
   return results;
 }
 
-std::size_t translate_values(ODStore& store, DrawingHost& host, const EntityList& entities,
+std::size_t translate_values(ODStore& store, ProgressMeter& meter, const EntityList& entities,
                              const AliasMaps& maps) {
   ValueAliases aliases(store, maps);
   const std::unique_ptr<RecordIterator> records = store.records();
   std::size_t written = 0;
-  Progress progress(host, static_cast<std::int64_t>(entities.size()));
+  WriteWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     for (records->open(entity, OpenMode::Write); !records->done(); records->next())
       written += aliases.translate(*records) ? 1 : 0;
-    progress.step();
   }
   return written;
 }

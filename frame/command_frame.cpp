@@ -4,11 +4,6 @@
 #include <unordered_set>
 
 namespace korvel {
-namespace {
-
-constexpr std::int64_t most_moves = 100;
-
-}  // namespace
 
 EntityList pick_first_entities(DrawingHost& host) { return host.pick_first(); }
 
@@ -16,18 +11,24 @@ std::optional<EntityList> asked_entities(DrawingHost& host) { return host.ask_se
 
 EntityList model_space_entities(DrawingHost& host) {
   EntityList entities = host.model_space();
-  std::erase_if(entities, [&host](EntityId id) { return !host.opens(id, OpenMode::Read); });
+  ReadWalk walk(host, entities.size());
+  std::erase_if(entities, [&](EntityId id) {
+    walk.step();
+    return !host.opens(id, OpenMode::Read);
+  });
   return entities;
 }
 
-void usable_filter(const DrawingHost& host, EntityList& entities) {
+void usable_filter(DrawingHost& host, EntityList& entities) {
   std::unordered_set<EntityId> usable_layers;
   for (const Layer& layer : host.layers()) {
     if (!layer.frozen && !layer.hidden && !layer.locked && !layer.off) {
       usable_layers.insert(layer.id);
     }
   }
+  ReadWalk walk(host, entities.size());
   for (std::size_t i = 0; i < entities.size();) {
+    walk.step();
     if (host.opens(entities[i], OpenMode::Read) &&
         usable_layers.contains(host.layer_of(entities[i]))) {
       ++i;
@@ -85,19 +86,6 @@ void leave_selected(DrawingHost& host, const EntityList& entities) {
 void leave_found(DrawingHost& host, const EntityList& found) {
   leave_selected(host, found);
   report<Message::Selected>(host, found.size());
-}
-
-Progress::Progress(DrawingHost& host, std::int64_t range)
-    : host_(host),
-      stride_(std::max<std::int64_t>((range + most_moves - 1) / most_moves, 1)),
-      next_move_(stride_) {
-  host_.start_progress(L"KORVEL", range);
-}
-
-void Progress::step() {
-  if (++done_ < next_move_) return;
-  host_.move_progress(done_);
-  next_move_ = done_ + stride_;
 }
 
 }  // namespace korvel

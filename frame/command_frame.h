@@ -1,5 +1,4 @@
-// How most commands begin and end: the entities they work on, the result they leave selected, the
-// progress they show.
+// How most commands begin and end: the entities they work on and the result they leave selected.
 #pragma once
 
 #include <optional>
@@ -8,6 +7,7 @@
 #include "frame/drawing_host.h"
 #include "frame/file_bytes.h"
 #include "frame/message.h"
+#include "frame/walk.h"
 
 namespace korvel {
 
@@ -17,13 +17,14 @@ namespace korvel {
 // The selection the user makes at the host's ordinary prompt; none: Esc.
 [[nodiscard]] std::optional<EntityList> asked_entities(DrawingHost& host);
 
-// Every entity of "*Model_Space" that opens for reading, in the host's order.
+// Every entity of "*Model_Space" that opens for reading, in the host's order. Throws Interrupted,
+// as do the filter and the gathering below.
 [[nodiscard]] EntityList model_space_entities(DrawingHost& host);
 
 // Drops every entity that does not open for reading or whose layer is frozen, hidden, locked or
 // off. Deliberately not stable: the last entity takes the place of a dropped one, so the order
 // changes whenever something was dropped.
-void usable_filter(const DrawingHost& host, EntityList& entities);
+void usable_filter(DrawingHost& host, EntityList& entities);
 
 // Drops all but the first occurrence of each entity and keeps the order.
 void drop_repeated(EntityList& entities);
@@ -47,6 +48,17 @@ void leave_selected(DrawingHost& host, const EntityList& entities);
 
 // How a search ends: leaves what it found selected and prints how many they are, none included.
 void leave_found(DrawingHost& host, const EntityList& found);
+
+// The same for a search that ends so after Esc, too: an interrupted one has found nothing.
+template <class Search>
+void leave_what_finds(DrawingHost& host, const Search& search) {
+  EntityList found;
+  try {
+    found = search();
+  } catch (const Interrupted&) {
+  }
+  leave_found(host, found);
+}
 
 // Prints the catalogue's message with its arguments.
 template <Message message, class... Args>
@@ -76,24 +88,6 @@ class DocumentLock {
 
  private:
   DrawingHost& host_;
-};
-
-// The progress meter of a command that walks many entities, ended on every way out.
-class Progress {
- public:
-  Progress(DrawingHost& host, std::int64_t range);
-  ~Progress() { host_.end_progress(); }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
-  // One item done. The meter itself moves at most a hundred times.
-  void step();
-
- private:
-  DrawingHost& host_;
-  std::int64_t done_ = 0;
-  std::int64_t stride_;
-  std::int64_t next_move_;
 };
 
 }  // namespace korvel

@@ -21,6 +21,7 @@
 #include "frame/object_copy.h"
 #include "frame/od_store.h"
 #include "frame/palette_set.h"
+#include "frame/progress_meter.h"
 #include "frame/refusals.h"
 
 namespace korvel {
@@ -63,7 +64,7 @@ struct BlockAttribute {
   friend bool operator==(const BlockAttribute&, const BlockAttribute&) = default;
 };
 
-class DrawingHost : public FileAccess, public Refusals {
+class DrawingHost : public ProgressMeter, public FileAccess, public Refusals {
  public:
   // --- Entities ---
 
@@ -213,17 +214,6 @@ class DrawingHost : public FileAccess, public Refusals {
     return std::nullopt;
   }
   virtual void set_profile(std::wstring_view /*name*/, std::wstring_view /*value*/) {}
-
-  // --- Progress meter ---
-
-  // One meter at a time: started with its label and its range from 0, moved, and ended.
-  virtual void start_progress(std::wstring_view label, std::int64_t range) = 0;
-  virtual void move_progress(std::int64_t position) = 0;
-  virtual void end_progress() = 0;
-
-  // Whether the user pressed Esc since the last prompt was answered; a command that works long asks
-  // now and then, and ends as if it had been cancelled. A host that cannot tell answers false.
-  [[nodiscard]] virtual bool interrupted() { return false; }
 
   // --- Commands of the host ---
 

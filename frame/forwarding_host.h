@@ -99,15 +99,17 @@ class ForwardingStore : public ODStore {
     return target_.attach(entity, record);
   }
   [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
-                                               std::span<const std::wstring> tables) override {
-    return target_.count_records(entities, tables);
+                                               std::span<const std::wstring> tables,
+                                               ProgressMeter& meter) override {
+    return target_.count_records(entities, tables, meter);
   }
-  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
-    return target_.tables_on(entities);
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities,
+                                                    ProgressMeter& meter) override {
+    return target_.tables_on(entities, meter);
   }
   void mark_passing(const EntityList& entities, std::wstring_view table_name, int column,
-                    ValueTest& test, std::vector<char>& marks) override {
-    target_.mark_passing(entities, table_name, column, test, marks);
+                    ValueTest& test, std::vector<char>& marks, ProgressMeter& meter) override {
+    target_.mark_passing(entities, table_name, column, test, marks, meter);
   }
   bool add_path_alias(std::wstring_view name, std::wstring_view path) override {
     return target_.add_path_alias(name, path);
@@ -138,15 +140,17 @@ class IteratingStore : public ForwardingStore {
 
   // NOLINTBEGIN(bugprone-parent-virtual-call): past the one that passes them on
   [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
-                                               std::span<const std::wstring> tables) override {
-    return ODStore::count_records(entities, tables);
+                                               std::span<const std::wstring> tables,
+                                               ProgressMeter& meter) override {
+    return ODStore::count_records(entities, tables, meter);
   }
-  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
-    return ODStore::tables_on(entities);
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities,
+                                                    ProgressMeter& meter) override {
+    return ODStore::tables_on(entities, meter);
   }
   void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                    ValueTest& test, std::vector<char>& marks) override {
-    ODStore::mark_passing(entities, table, column, test, marks);
+                    ValueTest& test, std::vector<char>& marks, ProgressMeter& meter) override {
+    ODStore::mark_passing(entities, table, column, test, marks, meter);
   }
   // NOLINTEND(bugprone-parent-virtual-call)
 };
@@ -271,6 +275,9 @@ class ForwardingHost : public DrawingHost {
   void move_progress(std::int64_t position) override { target_.move_progress(position); }
   void end_progress() override { target_.end_progress(); }
   [[nodiscard]] bool interrupted() override { return target_.interrupted(); }
+  [[nodiscard]] std::chrono::milliseconds time_between_questions() const override {
+    return target_.time_between_questions();
+  }
 
   bool run_command(std::wstring_view name, EntityId entity) override {
     return target_.run_command(name, entity);

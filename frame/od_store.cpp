@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "frame/walk.h"
+
 namespace korvel {
 namespace {
 
@@ -76,38 +78,45 @@ std::unique_ptr<RecordIterator> ODStore::records_of(std::wstring_view table) {
 }
 
 std::vector<int> ODStore::count_records(const EntityList& entities,
-                                        std::span<const std::wstring> tables) {
-  const std::unique_ptr<RecordIterator> walk = records();
+                                        std::span<const std::wstring> tables,
+                                        ProgressMeter& meter) {
+  ReadWalk walk(meter, entities.size());
+  const std::unique_ptr<RecordIterator> record = records();
   std::vector<int> counts;
   counts.reserve(entities.size());
   for (const EntityId entity : entities) {
+    walk.step();
     int count = 0;
-    for (walk->open(entity, OpenMode::Read); !walk->done(); walk->next()) {
-      if (std::ranges::find(tables, walk->table_name()) != tables.end()) ++count;
+    for (record->open(entity, OpenMode::Read); !record->done(); record->next()) {
+      if (std::ranges::find(tables, record->table_name()) != tables.end()) ++count;
     }
     counts.push_back(count);
   }
   return counts;
 }
 
-std::vector<std::wstring> ODStore::tables_on(const EntityList& entities) {
-  const std::unique_ptr<RecordIterator> walk = records();
+std::vector<std::wstring> ODStore::tables_on(const EntityList& entities, ProgressMeter& meter) {
+  ReadWalk walk(meter, entities.size());
+  const std::unique_ptr<RecordIterator> record = records();
   std::set<std::wstring, std::less<>> names;
   for (const EntityId entity : entities) {
-    for (walk->open(entity, OpenMode::Read); !walk->done(); walk->next()) {
-      if (!names.contains(walk->table_name())) names.emplace(walk->table_name());
+    walk.step();
+    for (record->open(entity, OpenMode::Read); !record->done(); record->next()) {
+      if (!names.contains(record->table_name())) names.emplace(record->table_name());
     }
   }
   return {names.begin(), names.end()};
 }
 
 void ODStore::mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                           ValueTest& test, std::vector<char>& marks) {
-  const std::unique_ptr<RecordIterator> walk = records_of(table);
+                           ValueTest& test, std::vector<char>& marks, ProgressMeter& meter) {
+  ReadWalk walk(meter, entities.size());
+  const std::unique_ptr<RecordIterator> record = records_of(table);
   for (std::size_t i = 0; i < entities.size(); ++i) {
+    walk.step();
     if (marks[i] != 0) continue;
-    for (walk->open(entities[i], OpenMode::Read); !walk->done(); walk->next()) {
-      if (!test(walk->value(column))) continue;
+    for (record->open(entities[i], OpenMode::Read); !record->done(); record->next()) {
+      if (!test(record->value(column))) continue;
       marks[i] = 1;
       break;
     }

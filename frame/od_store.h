@@ -2,7 +2,8 @@
 //
 // A host implements these two classes; a second host can be written from this header alone. The
 // rules that hold for all operations:
-// - No operation throws or prints. What cannot be done is answered by the result.
+// - No operation throws or prints, but for the passes, which the user can interrupt. What cannot be
+//   done is answered by the result.
 // - Table names are compared exactly, letter case included.
 // - Changes are made between DrawingHost::lock and unlock; any of them may be refused (a locked
 //   layer, missing rights, a table of the host's own), and a refused change changes nothing.
@@ -21,6 +22,7 @@
 #include "frame/entity_id.h"
 #include "frame/od_table.h"
 #include "frame/od_value.h"
+#include "frame/progress_meter.h"
 
 namespace korvel {
 
@@ -173,20 +175,23 @@ class ODStore {
   // --- Passes over the records of many entities ---
   //
   // Each gives what the iterators would; a host that knows a shorter way takes it. An entity that
-  // cannot be opened for reading has no records.
+  // cannot be opened for reading has no records. Each is a ReadWalk: the meter moves from entity to
+  // entity, and an interrupt throws Interrupted.
 
   // For each entity, in the order given, the number of its records that are of one of the tables.
   [[nodiscard]] virtual std::vector<int> count_records(const EntityList& entities,
-                                                       std::span<const std::wstring> tables);
+                                                       std::span<const std::wstring> tables,
+                                                       ProgressMeter& meter);
 
   // The tables of which at least one of the entities carries a record, topology tables included:
   // distinct and in ordinal order.
-  [[nodiscard]] virtual std::vector<std::wstring> tables_on(const EntityList& entities);
+  [[nodiscard]] virtual std::vector<std::wstring> tables_on(const EntityList& entities,
+                                                            ProgressMeter& meter);
 
   // Marks each entity that has a record of the table whose value in the column (by index) passes.
   // `marks` is as long as `entities`; what is marked already stays so and is not asked about.
   virtual void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                            ValueTest& test, std::vector<char>& marks);
+                            ValueTest& test, std::vector<char>& marks, ProgressMeter& meter);
 
   // --- Other drawings ---
 

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "frame/utf.h"
+#include "frame/walk.h"
 
 namespace korvel {
 namespace {
@@ -65,6 +66,8 @@ void CkorvelApp::on_unload() {
 std::optional<std::wstring> run_or_explain(std::wstring_view command,
                                            const std::function<void()>& action) try {
   action();
+  return std::nullopt;
+} catch (const Interrupted&) {
   return std::nullopt;
 } catch (const std::bad_alloc&) {
   return std::wstring(command) + L" was not finished: there is not enough memory.";

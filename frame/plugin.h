@@ -61,8 +61,9 @@ class CkorvelApp final : public ModuleApp {
   Palettes palettes;
 };
 
-// Runs what the command does. None: it came to its end. Otherwise it threw, and the sentence says
-// why it was not finished.
+// Runs what the command does. None: it came to its end, or the user interrupted it before it
+// changed anything, which is an end like Esc. Otherwise it threw, and the sentence says why it was
+// not finished.
 [[nodiscard]] std::optional<std::wstring> run_or_explain(std::wstring_view command,
                                                          const std::function<void()>& action);
 

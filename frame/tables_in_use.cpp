@@ -6,10 +6,10 @@
 
 namespace korvel {
 
-std::vector<std::wstring> tables_in_use(ODStore& store, const DrawingHost& host,
+std::vector<std::wstring> tables_in_use(ODStore& store, DrawingHost& host,
                                         const EntityList& entities) {
   const std::vector<std::wstring> used =
-      store.tables_on(entities.empty() ? host.model_space() : entities);
+      store.tables_on(entities.empty() ? host.model_space() : entities, host);
   std::vector<std::wstring> names = store.table_names();
   std::erase_if(names, [&used](const std::wstring& name) {
     return !is_user_table(name) || (!used.empty() && !std::ranges::binary_search(used, name));

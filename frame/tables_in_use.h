@@ -12,8 +12,8 @@ namespace korvel {
 
 // The tables that their dialogs list, in the drawing's order: the user tables of which one of the
 // entities carries a record, or, when no entities are handed over, one in model space. When no
-// table at all is in use, every user table.
-[[nodiscard]] std::vector<std::wstring> tables_in_use(ODStore& store, const DrawingHost& host,
+// table at all is in use, every user table. Throws Interrupted.
+[[nodiscard]] std::vector<std::wstring> tables_in_use(ODStore& store, DrawingHost& host,
                                                       const EntityList& entities);
 
 // The entities they change: those handed over, else the pick-first set, else what the user selects;

@@ -132,16 +132,18 @@ class TracingStore final : public ForwardingStore {
     return std::make_unique<TracingRecordIterator>(Base::records_of(table_name), sink_);
   }
   [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
-                                               std::span<const std::wstring> tables) override {
+                                               std::span<const std::wstring> tables,
+                                               ProgressMeter& meter) override {
     return TraceLine(L"count_records", entities, tables)
-        .returns(sink_, Base::count_records(entities, tables));
+        .returns(sink_, Base::count_records(entities, tables, meter));
   }
-  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override {
-    return TraceLine(L"tables_on", entities).returns(sink_, Base::tables_on(entities));
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities,
+                                                    ProgressMeter& meter) override {
+    return TraceLine(L"tables_on", entities).returns(sink_, Base::tables_on(entities, meter));
   }
   void mark_passing(const EntityList& entities, std::wstring_view table_name, int column,
-                    ValueTest& test, std::vector<char>& marks) override {
-    Base::mark_passing(entities, table_name, column, test, marks);
+                    ValueTest& test, std::vector<char>& marks, ProgressMeter& meter) override {
+    Base::mark_passing(entities, table_name, column, test, marks, meter);
     TraceLine(L"mark_passing", entities, table_name, column)
         .returns(sink_, std::ranges::count(marks, 1));
   }

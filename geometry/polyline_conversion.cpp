@@ -143,7 +143,9 @@ std::size_t convert_to_polylines(DrawingHost& host, const EntityList& entities,
                                  PolylineTarget target, int precision) {
   PolylineConversion conversion(target, precision);
   std::size_t converted = 0;
+  WriteWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     std::optional<EntityGeometry> geometry = host.geometry_of(entity);
     if (geometry && conversion.convert(*geometry) && host.set_geometry(entity, *geometry)) {
       ++converted;

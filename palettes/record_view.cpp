@@ -60,7 +60,7 @@ class KeyCollector {
 
 }  // namespace
 
-void RecordView::read(ODStore& store, const DrawingHost& host, const EntityList& entities,
+void RecordView::read(ODStore& store, DrawingHost& host, const EntityList& entities,
                       std::wstring_view table, const RecordArrangement& arrangement) {
   std::vector<RecordKey> chosen_before;
   if (any_chosen()) chosen_before = chosen_rows();
@@ -77,7 +77,9 @@ void RecordView::read(ODStore& store, const DrawingHost& host, const EntityList&
   KeyCollector group_keys(there(arrangement.group_by), host);
   std::vector<ColumnFilter> filters = filters_of(arrangement, table_);
   const std::unique_ptr<RecordIterator> record = store.records_of(table);
+  ReadWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
+    walk.step();
     std::int32_t number = 0;
     for (record->open(entity, OpenMode::Read); !record->done(); record->next()) {
       ++number;

@@ -30,9 +30,9 @@ struct RecordArrangement {
 class RecordView {
  public:
   // Reads the records of the entities anew. What was chosen stays chosen as long as it is there;
-  // without the table there are no lines.
-  void read(ODStore& store, const DrawingHost& host, const EntityList& entities,
-            std::wstring_view table, const RecordArrangement& arrangement);
+  // without the table there are no lines. Throws Interrupted; only reading anew helps then.
+  void read(ODStore& store, DrawingHost& host, const EntityList& entities, std::wstring_view table,
+            const RecordArrangement& arrangement);
 
   [[nodiscard]] const ODTableDef& table() const { return table_; }
   [[nodiscard]] bool is_grouped() const { return !groups_.empty(); }

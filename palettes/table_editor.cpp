@@ -104,13 +104,15 @@ void TableEditor::add_command(std::wstring_view label, const Command& command) {
   items_.push_back({std::wstring(label), nullptr, command.handler});
 }
 
-void TableEditor::act(const Button& button) {
+// Interrupted, an item ends as after Esc in its first dialog, and the palette stays.
+void TableEditor::act(const Button& button) try {
   const auto item = std::ranges::find(items_, button.label, &MenuItem::label);
   if (item->handler != nullptr) {
     run_on_rows(item->handler);
   } else {
     (this->*item->action)();
   }
+} catch (const Interrupted&) {
 }
 
 // --- What is shown ------------------------------------------------------------------------------
@@ -122,10 +124,14 @@ void TableEditor::shown() {
 }
 
 void TableEditor::drawing_closes() {
-  view_ = {};
-  profile_.clear();
   table.items.clear();
   table.selected.reset();
+  show_no_rows();
+}
+
+void TableEditor::show_no_rows() {
+  view_ = {};
+  profile_.clear();
   records.top = 0;
   count_rows();
 }
@@ -160,7 +166,8 @@ void TableEditor::take_columns() {
   profile_ = load_profile(session().host, grid_name(), names);
 }
 
-void TableEditor::refresh() {
+// Interrupted, it shows no rows: those from before would pass for what the controls ask for.
+void TableEditor::refresh() try {
   take_columns();
   RecordArrangement arrangement;
   for (const std::vector<std::wstring>& cells : filter.rows)
@@ -173,6 +180,9 @@ void TableEditor::refresh() {
              arrangement);
   if (records.top >= line_count()) records.top = 0;
   count_rows();
+} catch (const Interrupted&) {
+  show_no_rows();
+  count.text += L" (interrupted)";
 }
 
 void TableEditor::count_rows() {

@@ -56,6 +56,7 @@ class TableEditor final : public Palette, private GridLines {
   void take_tables();
   void take_columns();
   void refresh();
+  void show_no_rows();
   void begin_synchronizing();
   void follow_selection();
   void lead_selection();

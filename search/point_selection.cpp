@@ -10,7 +10,9 @@ namespace korvel {
 EntityList find_around(Point3 point, DrawingHost& host) {
   EntityList found = host.entities_around(point);
   usable_filter(host, found);
+  ReadWalk walk(host, found.size());
   std::erase_if(found, [&](EntityId entity) {
+    walk.step();
     const std::optional<EntityGeometry> geometry = host.geometry_of(entity);
     return !geometry || !area_contains(*geometry, point);
   });

@@ -25,8 +25,10 @@ bool has_duplicate_table(RecordIterator& records, EntityId entity) {
 }
 
 void search(Session& session, Presence criterion) {
-  const EntityList gathered = gather(session.host).entities;
-  leave_found(session.host, find_by_presence(criterion, session.store, gathered));
+  leave_what_finds(session.host, [&] {
+    const EntityList gathered = gather(session.host).entities;
+    return find_by_presence(criterion, session.store, gathered, session.host);
+  });
 }
 
 }  // namespace
@@ -45,11 +47,15 @@ bool meets(Presence criterion, RecordIterator& records, EntityId entity) {
   return false;
 }
 
-EntityList find_by_presence(Presence criterion, ODStore& store, const EntityList& entities) {
+EntityList find_by_presence(Presence criterion, ODStore& store, const EntityList& entities,
+                            ProgressMeter& meter) {
   const std::unique_ptr<RecordIterator> records = store.records();
   EntityList found;
-  std::ranges::copy_if(entities, std::back_inserter(found),
-                       [&](EntityId entity) { return meets(criterion, *records, entity); });
+  ReadWalk walk(meter, entities.size());
+  for (const EntityId entity : entities) {
+    walk.step();
+    if (meets(criterion, *records, entity)) found.push_back(entity);
+  }
   return found;
 }
 

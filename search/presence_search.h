@@ -15,8 +15,8 @@ enum class Presence : int { None = 0, Any = 2, Multiple = 3, Duplicated = 4 };
 // duplicated. An entity whose records cannot be read has none.
 [[nodiscard]] bool meets(Presence criterion, RecordIterator& records, EntityId entity);
 
-// The entities that meet the criterion, in the order given.
+// The entities that meet the criterion, in the order given. Throws Interrupted.
 [[nodiscard]] EntityList find_by_presence(Presence criterion, ODStore& store,
-                                          const EntityList& entities);
+                                          const EntityList& entities, ProgressMeter& meter);
 
 }  // namespace korvel

@@ -42,11 +42,13 @@ std::size_t Statistics::unused_tables() const {
   return static_cast<std::size_t>(std::ranges::count(tables, std::size_t{0}, &Table::records));
 }
 
-Statistics count_object_data(ODStore& store, const EntityList& entities) {
+Statistics count_object_data(ODStore& store, const EntityList& entities, ProgressMeter& meter) {
   Statistics statistics;
   Tallies tallies;
   const std::unique_ptr<RecordIterator> records = store.records();
+  ReadWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
+    walk.step();
     ++statistics.objects;
     if (!records->open(entity, OpenMode::Read) || records->done()) continue;
     std::size_t count = 0;
@@ -80,7 +82,8 @@ std::wstring statistics_text(const Statistics& statistics) {
 }
 
 void stat(Session& session) {
-  const Statistics statistics = count_object_data(session.store, session.host.model_space());
+  const Statistics statistics =
+      count_object_data(session.store, session.host.model_space(), session.host);
   session.host.show_text(text(Message::StatisticsCaption), statistics_text(statistics),
                          window_width, window_height);
 }

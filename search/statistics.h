@@ -27,8 +27,9 @@ struct Statistics {
 
 // Topology tables are not among the tables that are counted, but, deliberately unlike in the
 // presence search, an entity that carries only their records is one with data. An entity whose
-// records cannot be read has none.
-[[nodiscard]] Statistics count_object_data(ODStore& store, const EntityList& entities);
+// records cannot be read has none. Throws Interrupted.
+[[nodiscard]] Statistics count_object_data(ODStore& store, const EntityList& entities,
+                                           ProgressMeter& meter);
 
 // The report, a line a figure. Tables with records have a line each, which stand, deliberately,
 // between the second and the third figure.

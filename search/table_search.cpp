@@ -17,8 +17,9 @@ std::wstring_view caption(TableCriterion criterion) {
 
 void search(Session& session, TableCriterion criterion) {
   const EntityList selected = pick_first_entities(session.host);
-  const std::vector<std::wstring> tables =
-      selected.empty() ? user_tables(session.store) : session.store.tables_on(selected);
+  const std::vector<std::wstring> tables = selected.empty()
+                                               ? user_tables(session.store)
+                                               : session.store.tables_on(selected, session.host);
   if (!selected.empty() && tables.empty()) return leave_found(session.host, {});
 
   bool& simultaneous = session.choices.simultaneous;
@@ -26,16 +27,19 @@ void search(Session& session, TableCriterion criterion) {
   if (!session.host.show(dialog)) return;
   simultaneous = dialog.simultaneous.on;
 
-  const EntityList gathered = gather(session.host).entities;
-  const TableSearch request{criterion, dialog.tables.checked(), simultaneous};
-  leave_found(session.host, find_by_tables(request, session.store, gathered));
+  leave_what_finds(session.host, [&] {
+    const EntityList gathered = gather(session.host).entities;
+    const TableSearch request{criterion, dialog.tables.checked(), simultaneous};
+    return find_by_tables(request, session.store, gathered, session.host);
+  });
 }
 
 }  // namespace
 
-EntityList find_by_tables(const TableSearch& search, ODStore& store, const EntityList& entities) {
+EntityList find_by_tables(const TableSearch& search, ODStore& store, const EntityList& entities,
+                          ProgressMeter& meter) {
   const int least = search.simultaneous ? static_cast<int>(search.tables.size()) : 1;
-  const std::vector<int> counts = store.count_records(entities, search.tables);
+  const std::vector<int> counts = store.count_records(entities, search.tables, meter);
   EntityList found;
   for (std::size_t i = 0; i < entities.size(); ++i) {
     const bool meets = search.criterion == TableCriterion::Carries

@@ -22,8 +22,8 @@ struct TableSearch {
 // To carry any of the tables is to have a record of one of them. To carry all is to have as many
 // records of them as there are tables; deliberately, two records of one table do for two tables.
 // An entity lacks what it does not carry. Where no table is asked for, nothing carries it, and to
-// lack all of no tables is impossible: then both criteria find nothing.
+// lack all of no tables is impossible: then both criteria find nothing. Throws Interrupted.
 [[nodiscard]] EntityList find_by_tables(const TableSearch& search, ODStore& store,
-                                        const EntityList& entities);
+                                        const EntityList& entities, ProgressMeter& meter);
 
 }  // namespace korvel

@@ -26,11 +26,11 @@ std::vector<ODTableDef> definitions(const ODStore& store, const std::vector<std:
 // Marks the entities with a record in which the field's value passes.
 std::vector<char> marks_of(const ValueCriterion& criterion, ValuePattern& pattern,
                            const std::vector<ODTableDef>& tables, ODStore& store,
-                           const EntityList& entities) {
+                           const EntityList& entities, ProgressMeter& meter) {
   std::vector<char> marks(entities.size(), 0);
   for (const ODTableDef& table : tables) {
     if (const std::optional<std::size_t> column = table.column(criterion.field)) {
-      store.mark_passing(entities, table.name, static_cast<int>(*column), pattern, marks);
+      store.mark_passing(entities, table.name, static_cast<int>(*column), pattern, marks, meter);
     }
   }
   return marks;
@@ -63,7 +63,8 @@ void note_unknown_fields(const ValueSearch& search, const ODStore& store, Drawin
 
 }  // namespace
 
-EntityList find_by_values(const ValueSearch& search, ODStore& store, const EntityList& entities) {
+EntityList find_by_values(const ValueSearch& search, ODStore& store, const EntityList& entities,
+                          ProgressMeter& meter) {
   const std::vector<ODTableDef> tables = definitions(store, search.tables);
   EntityList found;
   const EntityList* left = &entities;
@@ -71,7 +72,7 @@ EntityList find_by_values(const ValueSearch& search, ODStore& store, const Entit
     ValuePattern pattern(criterion.pattern, search.extended);
     const bool met_at_once = pattern.needs_no_value() && !search.tables.empty();
     if (met_at_once) continue;
-    found = marked(*left, marks_of(criterion, pattern, tables, store, *left));
+    found = marked(*left, marks_of(criterion, pattern, tables, store, *left, meter));
     left = &found;
   }
   return left == &found ? found : entities;
@@ -87,7 +88,7 @@ void has_specific_values(Session& session) {
 
   const EntityList gathered = gather(session.host).entities;
   if (gathered.empty()) return;
-  leave_found(session.host, find_by_values(search, session.store, gathered));
+  leave_found(session.host, find_by_values(search, session.store, gathered, session.host));
 }
 
 }  // namespace korvel

@@ -24,8 +24,8 @@ struct ValueSearch {
 // different records. Without tables no criterion is met, without criteria every entity is found.
 //
 // The pattern that is exactly "*" is deliberately met by every entity, whether or not it carries
-// the field, as long as there is a table.
+// the field, as long as there is a table. Throws Interrupted.
 [[nodiscard]] EntityList find_by_values(const ValueSearch& search, ODStore& store,
-                                        const EntityList& entities);
+                                        const EntityList& entities, ProgressMeter& meter);
 
 }  // namespace korvel

@@ -60,7 +60,9 @@ CoordinateCount set_coordinates(DrawingHost& host, ODStore& store, const EntityL
   RepresentativePoint representative(request.rules, std::pow(0.1, decimals_during_run));
   const std::unique_ptr<RecordIterator> records = store.records_of(request.table);
   CoordinateCount count;
+  WriteWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     if (!host.opens(entity, OpenMode::Read)) continue;
     ++count.opened;
     if (!records->open(entity, OpenMode::Read) || records->done()) continue;

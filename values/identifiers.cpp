@@ -80,14 +80,14 @@ struct NumberIn {
 
 }  // namespace
 
-std::int64_t number_records(ODStore& store, const EntityList& entities,
-                            const Numbering& numbering) {
+std::int64_t number_records(ODStore& store, const EntityList& entities, const Numbering& numbering,
+                            ProgressMeter& meter) {
   const std::optional<int> column = column_index(store, numbering.table, numbering.column);
   if (!column) return 0;
   Counter counter(numbering, *column);
   const std::unique_ptr<RecordIterator> records = store.records_of(numbering.table);
-  // NOLINTNEXTLINE(modernize-loop-convert): not every compiler takes a reversed view
-  for (auto entity = entities.rbegin(); entity != entities.rend(); ++entity) {
+  WriteWalk walk(meter, entities.size());
+  for (auto entity = entities.rbegin(); entity != entities.rend() && walk.step(); ++entity) {
     for (records->open(*entity, OpenMode::Write); !records->done(); records->next()) {
       if (!counter.number(*records)) return counter.stored();
     }
@@ -96,12 +96,14 @@ std::int64_t number_records(ODStore& store, const EntityList& entities,
 }
 
 std::int32_t proposed_first(ODStore& store, const EntityList& entities, std::wstring_view table,
-                            std::wstring_view column) {
+                            std::wstring_view column, ProgressMeter& meter) {
   const std::optional<int> index = column_index(store, table, column);
   if (!index) return 0;
   const std::unique_ptr<RecordIterator> records = store.records_of(table);
   std::int32_t most = 0;
+  ReadWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
+    walk.step();
     if (!records->open(entity, OpenMode::Read) || records->done()) continue;
     most = std::max(most, std::visit(NumberIn{}, records->value(*index)));
   }
@@ -130,7 +132,7 @@ void set_id(Session& session) {
   std::int64_t count = 0;
   {
     const DocumentLock lock(host);
-    count = number_records(session.store, *entities, numbering);
+    count = number_records(session.store, *entities, numbering, host);
   }
   report<Message::Completed>(host, count);
 }

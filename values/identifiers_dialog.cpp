@@ -39,8 +39,8 @@ void OptionsWild::changed(const Control& control) {
   if (&control == &tables) fill_fields();
   if (&control != &field || !field.selected) return;
   take_default();
-  first.text =
-      std::to_wstring(proposed_first(store_, host_.model_space(), tables.text(), field.text()));
+  first.text = std::to_wstring(
+      proposed_first(store_, host_.model_space(), tables.text(), field.text(), host_));
 }
 
 void OptionsWild::fill_fields() {

@@ -69,12 +69,14 @@ class MeasureWriter {
 
 }  // namespace
 
-MeasureCounts set_measures(ODStore& store, const DrawingHost& host, const EntityList& entities,
+MeasureCounts set_measures(ODStore& store, DrawingHost& host, const EntityList& entities,
                            const MeasureColumns& columns) {
   MeasureCounts counts;
   MeasureWriter writer(store, columns);
   const std::unique_ptr<RecordIterator> records = store.records_of(columns.table);
+  WriteWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     if (!host.opens(entity, OpenMode::Read)) continue;
     ++counts.entities;
     if (!records->open(entity, OpenMode::Read) || records->done()) continue;

@@ -30,7 +30,7 @@ struct MeasureCounts {
 // leaves the value of what it has not. The volume is the area times the thickness without its sign;
 // without a thickness there is none. Rounded to the decimals, the measure is stored as the text
 // that it is then. The document is to be locked.
-MeasureCounts set_measures(ODStore& store, const DrawingHost& host, const EntityList& entities,
+MeasureCounts set_measures(ODStore& store, DrawingHost& host, const EntityList& entities,
                            const MeasureColumns& columns);
 
 }  // namespace korvel

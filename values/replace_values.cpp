@@ -25,20 +25,22 @@ std::vector<int> columns_of(const ODTableDef& table, const std::vector<std::wstr
 }  // namespace
 
 std::size_t replace_in_records(const ReplaceRequest& request, ODStore& store,
-                               const EntityList& entities) {
+                               const EntityList& entities, ProgressMeter& meter) {
   ValueReplacement replaced(request.search, request.replacement);
   std::size_t written = 0;
+  WriteWalk walk(meter, request.tables.size() * entities.size());
   for (const std::wstring& name : request.tables) {
     const std::optional<ODTableDef> table = store.table(name);
     if (!table) continue;
     const std::vector<int> columns = columns_of(*table, request.fields);
     if (columns.empty()) continue;
-    const std::unique_ptr<RecordIterator> walk = store.records_of(name);
+    const std::unique_ptr<RecordIterator> record = store.records_of(name);
     for (const EntityId entity : entities) {
-      for (walk->open(entity, OpenMode::Write); !walk->done(); walk->next()) {
+      if (!walk.step()) return written;
+      for (record->open(entity, OpenMode::Write); !record->done(); record->next()) {
         for (const int column : columns) {
-          const std::optional<ODValueView> value = replaced(walk->value(column));
-          if (value && walk->set_value(column, *value)) ++written;
+          const std::optional<ODValueView> value = replaced(record->value(column));
+          if (value && record->set_value(column, *value)) ++written;
         }
       }
     }
@@ -61,7 +63,7 @@ void replace_values(Session& session) {
   std::size_t written = 0;
   {
     const DocumentLock lock(host);
-    written = replace_in_records(request, session.store, *entities);
+    written = replace_in_records(request, session.store, *entities, host);
   }
   report<Message::Completed>(host, written);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frame/od_store.h"
+#include "frame/progress_meter.h"
 
 namespace korvel {
 
@@ -20,6 +21,6 @@ struct ReplaceRequest {
 // exist and entities that cannot be written are skipped. Writes, so the document is to be locked
 // around it.
 std::size_t replace_in_records(const ReplaceRequest& request, ODStore& store,
-                               const EntityList& entities);
+                               const EntityList& entities, ProgressMeter& meter);
 
 }  // namespace korvel

@@ -61,7 +61,7 @@ std::optional<Outcome> ask_and_add(Session& session, SumScope scope, const Add& 
   Outcome outcome{{}, entities->size()};
   {
     const DocumentLock lock(host);
-    outcome.sums = add(from->place, to->place, session.store, *entities);
+    outcome.sums = add(from->place, to->place, session.store, *entities, host);
   }
   if (outcome.sums.refused > 0) {
     report<Message::InvalidTypeOf>(host, request.to.table, request.to.column);
@@ -72,25 +72,29 @@ std::optional<Outcome> ask_and_add(Session& session, SumScope scope, const Add& 
 }  // namespace
 
 SumCounts add_within_records(const std::wstring& table, int from, int to, ODStore& store,
-                             const EntityList& entities) {
+                             const EntityList& entities, ProgressMeter& meter) {
   ValueSum sum_of;
   SumCounts counts;
-  const std::unique_ptr<RecordIterator> walk = store.records_of(table);
+  WriteWalk walk(meter, entities.size());
+  const std::unique_ptr<RecordIterator> record = store.records_of(table);
   for (const EntityId entity : entities) {
-    for (walk->open(entity, OpenMode::Write); !walk->done(); walk->next()) {
-      add_up(counts, *walk, to, sum_of(walk->value(to), walk->value(from)));
+    if (!walk.step()) break;
+    for (record->open(entity, OpenMode::Write); !record->done(); record->next()) {
+      add_up(counts, *record, to, sum_of(record->value(to), record->value(from)));
     }
   }
   return counts;
 }
 
 SumCounts add_between_records(const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
-                              const EntityList& entities) {
+                              const EntityList& entities, ProgressMeter& meter) {
   ValueSum sum_of;
   SumCounts counts;
+  WriteWalk walk(meter, entities.size());
   const std::unique_ptr<RecordIterator> source = store.records_of(from.table);
   const std::unique_ptr<RecordIterator> target = store.records_of(to.table);
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     source->open(entity, OpenMode::Read);
     target->open(entity, OpenMode::Write);
     if (source->done() || target->done()) continue;
@@ -102,8 +106,8 @@ SumCounts add_between_records(const ColumnOfTable& from, const ColumnOfTable& to
 
 void add_val(Session& session) {
   const auto add = [](const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
-                      const EntityList& entities) {
-    return add_within_records(from.table, from.column, to.column, store, entities);
+                      const EntityList& entities, ProgressMeter& meter) {
+    return add_within_records(from.table, from.column, to.column, store, entities, meter);
   };
   if (const std::optional<Outcome> outcome = ask_and_add(session, SumScope::OneTable, add)) {
     report<Message::Completed>(session.host, outcome->sums.written);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "frame/od_store.h"
+#include "frame/progress_meter.h"
 
 namespace korvel {
 
@@ -23,11 +24,11 @@ struct SumCounts {
 
 // Adds within every record of the table; the two columns may be one. Counts records.
 SumCounts add_within_records(const std::wstring& table, int from, int to, ODStore& store,
-                             const EntityList& entities);
+                             const EntityList& entities, ProgressMeter& meter);
 
 // Adds from the entity's first record of the one table to its first of the other, on every entity
 // that has both. Counts entities.
 SumCounts add_between_records(const ColumnOfTable& from, const ColumnOfTable& to, ODStore& store,
-                              const EntityList& entities);
+                              const EntityList& entities, ProgressMeter& meter);
 
 }  // namespace korvel

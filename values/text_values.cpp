@@ -41,13 +41,16 @@ struct Texts {
 };
 
 // Those on locked layers count, as they are only read.
-Texts readable_texts(const DrawingHost& host) {
+Texts readable_texts(DrawingHost& host) {
   std::unordered_set<EntityId> shown_layers;
   for (const Layer& layer : host.layers()) {
     if (!layer.frozen && !layer.hidden && !layer.off) shown_layers.insert(layer.id);
   }
   Texts found;
-  for (const EntityId entity : host.model_space()) {
+  const EntityList entities = host.model_space();
+  ReadWalk walk(host, entities.size());
+  for (const EntityId entity : entities) {
+    walk.step();
     if (!shown_layers.contains(host.layer_of(entity))) continue;
     const std::optional<EntityGeometry> geometry = host.geometry_of(entity);
     if (!geometry) continue;
@@ -75,7 +78,7 @@ Extents widened(Extents extents, double tolerance) {
 // Finds the texts in reach of one entity after the other.
 class TextFinder {
  public:
-  TextFinder(const DrawingHost& host, double tolerance)
+  TextFinder(DrawingHost& host, double tolerance)
       : host_(host),
         tolerance_(tolerance),
         texts_(readable_texts(host)),
@@ -148,13 +151,15 @@ class TextFinder {
 
 }  // namespace
 
-TextCounts set_texts(ODStore& store, const DrawingHost& host, const EntityList& entities,
+TextCounts set_texts(ODStore& store, DrawingHost& host, const EntityList& entities,
                      const TextColumn& column) {
   TextCounts counts;
   TextFinder finder(host, column.tolerance);
   ColumnValue value(store, column.table, column.column);
   const std::unique_ptr<RecordIterator> records = store.records_of(column.table);
+  WriteWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
+    if (!walk.step()) break;
     if (!host.opens(entity, OpenMode::Read)) continue;
     ++counts.entities;
     if (!records->open(entity, OpenMode::Read) || records->done()) continue;

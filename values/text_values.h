@@ -28,8 +28,8 @@ struct TextCounts {
 // view. A justified text counts by the point it is aligned to, a block reference as a point. Texts
 // are the single-line and multiline texts of model space on layers that are thawed and on, locked
 // ones included, without their formatting; the entity itself is none of them. The document is to be
-// locked.
-TextCounts set_texts(ODStore& store, const DrawingHost& host, const EntityList& entities,
+// locked. Throws Interrupted before it writes anything.
+TextCounts set_texts(ODStore& store, DrawingHost& host, const EntityList& entities,
                      const TextColumn& column);
 
 }  // namespace korvel

@@ -20,12 +20,10 @@ void compare_attach(Comparison& run) {
                                 {L"NAME", ODType::Character, std::wstring(L"new")}}};
   if (store.define_table(extra_table) != TableChange::Done) fail("no table Extra");
   const ODRecord extra = default_record(extra_table);
-  run.change("attach one record to every entity",
-             [&] {
-               Progress progress(run.host(), static_cast<std::int64_t>(all.size()));
-               return static_cast<std::size_t>(attach_records(store, all, extra, progress));
-             },
-             {"INSERT INTO extra SELECT entity, 2, 'new' FROM entities"});
+  run.change(
+      "attach one record to every entity",
+      [&] { return static_cast<std::size_t>(attach_records(store, all, extra, run.host())); },
+      {"INSERT INTO extra SELECT entity, 2, 'new' FROM entities"});
 }
 
 void compare_number(Comparison& run) {
@@ -35,13 +33,13 @@ void compare_number(Comparison& run) {
   run.change("number records, integers",
              [&] {
                return static_cast<std::size_t>(
-                   number_records(store, all, {L"Roads", L"LANES", L"", L"", 1}));
+                   number_records(store, all, {L"Roads", L"LANES", L"", L"", 1}, run.host()));
              },
              {"UPDATE roads SET lanes = (SELECT max(rowid) FROM roads) + 1 - rowid"});
   run.change("number records, texts",
              [&] {
                return static_cast<std::size_t>(
-                   number_records(store, all, {L"Roads", L"NAME", L"R-", L"", 1}));
+                   number_records(store, all, {L"Roads", L"NAME", L"R-", L"", 1}, run.host()));
              },
              {"UPDATE roads SET name = 'R-' || ((SELECT max(rowid) FROM roads) + 1 - rowid)"});
 }
@@ -52,15 +50,17 @@ void compare_replace(Comparison& run) {
   run.change(
       "replace a piece of text",
       [&] {
-        return replace_in_records({{L"Roads"}, {L"NAME"}, L"reet 1", L"r. 1"}, store, all);
+        return replace_in_records({{L"Roads"}, {L"NAME"}, L"reet 1", L"r. 1"}, store, all,
+                                  run.host());
       },
       {"UPDATE roads SET name = replace(name, 'reet 1', 'r. 1') WHERE name LIKE '%reet 1%'",
        "UPDATE roads SET name = replace(name, 'reet 1', 'r. 1') WHERE instr(name, 'reet 1')"});
-  run.change("replace numbers below 3",
-             [&] {
-               return replace_in_records({{L"Roads"}, {L"LANES"}, L">3", L"9"}, store, all);
-             },
-             {"UPDATE roads SET lanes = 9 WHERE lanes < 3"});
+  run.change(
+      "replace numbers below 3",
+      [&] {
+        return replace_in_records({{L"Roads"}, {L"LANES"}, L">3", L"9"}, store, all, run.host());
+      },
+      {"UPDATE roads SET lanes = 9 WHERE lanes < 3"});
 }
 
 void compare_translate(Comparison& run) {
@@ -95,7 +95,7 @@ void compare_remove(Comparison& run) {
   run.change("remove all duplicates",
              [&] {
                const std::size_t before = run.records();
-               (void)remove_duplicates(store, all, DuplicateMode::Last);
+               (void)remove_duplicates(store, all, DuplicateMode::Last, run.host());
                return before - run.records();
              },
              {"DELETE FROM surveys WHERE rowid NOT IN (SELECT min(rowid) FROM surveys GROUP BY "

@@ -85,7 +85,7 @@ bool Comparison::is_wanted(std::string_view name) const {
 
 std::size_t Comparison::records() {
   std::size_t all = 0;
-  for (const int count : store_.count_records(entities_, store_.table_names()))
+  for (const int count : store_.count_records(entities_, store_.table_names(), host_))
     all += static_cast<std::size_t>(count);
   return all;
 }

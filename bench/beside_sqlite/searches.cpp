@@ -12,7 +12,7 @@ void compare_searches(Comparison& run) {
   const auto values = [&](const wchar_t* table, const wchar_t* field, const wchar_t* pattern,
                           bool extended) {
     return [&, search = ValueSearch{{table}, {{field, pattern}}, extended}] {
-      return find_by_values(search, store, all).size();
+      return find_by_values(search, store, all, run.host()).size();
     };
   };
   // An entity has one record of roads at most, so that table needs no DISTINCT.
@@ -34,23 +34,24 @@ void compare_searches(Comparison& run) {
   run.search("any of two tables",
              [&] {
                return find_by_tables({TableCriterion::Carries, {L"Roads", L"Surveys"}, false},
-                                     store, all)
+                                     store, all, run.host())
                    .size();
              },
              {"SELECT entity FROM roads UNION SELECT entity FROM surveys",
               "SELECT entity FROM entities e WHERE EXISTS(SELECT 1 FROM roads r WHERE r.entity = "
               "e.entity) OR EXISTS(SELECT 1 FROM surveys s WHERE s.entity = e.entity)"});
-  run.search(
-      "without a table",
-      [&] {
-        return find_by_tables({TableCriterion::Lacks, {L"Surveys"}, false}, store, all).size();
-      },
-      {"SELECT entity FROM entities EXCEPT SELECT entity FROM surveys",
-       "SELECT entity FROM entities WHERE entity NOT IN (SELECT entity FROM surveys)",
-       "SELECT entity FROM entities e WHERE NOT EXISTS(SELECT 1 FROM surveys s WHERE "
-       "s.entity = e.entity)"});
+  run.search("without a table",
+             [&] {
+               return find_by_tables({TableCriterion::Lacks, {L"Surveys"}, false}, store, all,
+                                     run.host())
+                   .size();
+             },
+             {"SELECT entity FROM entities EXCEPT SELECT entity FROM surveys",
+              "SELECT entity FROM entities WHERE entity NOT IN (SELECT entity FROM surveys)",
+              "SELECT entity FROM entities e WHERE NOT EXISTS(SELECT 1 FROM surveys s WHERE "
+              "s.entity = e.entity)"});
   run.search("duplicates",
-             [&] { return find_by_presence(Presence::Duplicated, store, all).size(); },
+             [&] { return find_by_presence(Presence::Duplicated, store, all, run.host()).size(); },
              {"SELECT entity FROM surveys GROUP BY entity HAVING count(*) > 1 UNION "
               "SELECT entity FROM roads GROUP BY entity HAVING count(*) > 1"});
 }

@@ -32,15 +32,14 @@ void explication(benchmark::State& state, std::optional<std::wstring> type_field
 // Every value is looked up, and the texts of one column are others afterwards; beside
 // write_one_column.
 void translate_all_values(benchmark::State& state) {
-  SilentHost host(drawing_of(1));
   AliasMaps maps;
   maps.values = {{L"none", L"nothing"}};
   for (int street = 0; street < 5000; ++street) {
     const std::wstring number = std::to_wstring(street);
     maps.field_values[L"NAME"].emplace(L"Street " + number, L"Road " + number);
   }
-  set_values(state, [&](ODStore& store, const EntityList& entities) {
-    return translate_values(store, host, entities, maps);
+  set_values(state, [&](ODStore& store, const EntityList& entities, ProgressMeter& meter) {
+    return translate_values(store, meter, entities, maps);
   });
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/silent_host.h"
 #include "frame/entity_id.h"
 #include "host/standalone/drawing.h"
 #include "host/standalone/standalone_store.h"
@@ -31,14 +32,14 @@ template <class Set>
 void set_values(benchmark::State& state, const Set& set) {
   for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
-    const auto drawing = drawing_of(state.range(0));
-    StandaloneStore store(*drawing);
-    const EntityList entities = drawing->entities(Space::Model);
-    drawing->journal().open();
+    SilentHost host(drawing_of(state.range(0)));
+    StandaloneStore store(host.drawing());
+    const EntityList entities = host.model_space();
+    host.lock();
     state.ResumeTiming();
-    benchmark::DoNotOptimize(set(store, entities));
+    benchmark::DoNotOptimize(set(store, entities, host));
     state.PauseTiming();
-    drawing->journal().close();
+    host.unlock();
     state.ResumeTiming();
   }
   count_entities(state);

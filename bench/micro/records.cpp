@@ -6,6 +6,7 @@
 
 #include "attach/duplicate_removal.h"
 #include "bench/micro/large_drawing.h"
+#include "bench/silent_host.h"
 #include "frame/od_store.h"
 
 namespace korvel::bench {
@@ -13,9 +14,9 @@ namespace {
 
 // A pass that reads one column of every record of a table.
 void read_one_column(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   const std::unique_ptr<RecordIterator> records = store.records();
   for ([[maybe_unused]] auto _ : state) {
     std::int64_t lanes = 0;
@@ -31,7 +32,7 @@ void read_one_column(benchmark::State& state) {
 
 // A pass that writes one value of every record of a table, beside which setting values stands.
 void write_one_column(benchmark::State& state) {
-  set_values(state, [](ODStore& store, const EntityList& entities) {
+  set_values(state, [](ODStore& store, const EntityList& entities, ProgressMeter& /*meter*/) {
     std::int64_t written = 0;
     const std::unique_ptr<RecordIterator> records = store.records_of(L"Roads");
     for (const EntityId id : entities) {
@@ -62,11 +63,11 @@ void attach_to_all(benchmark::State& state) {
 
 // The drawing has no duplicates, so that every pass meets the same records.
 void look_for_duplicates_to_remove(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(remove_duplicates(store, entities, DuplicateMode::First));
+    benchmark::DoNotOptimize(remove_duplicates(store, entities, DuplicateMode::First, host));
   }
   count_entities(state);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bench/micro/large_drawing.h"
+#include "bench/silent_host.h"
 #include "search/presence_search.h"
 #include "search/statistics.h"
 #include "search/table_search.h"
@@ -17,11 +18,11 @@ namespace {
 
 template <Presence criterion>
 void presence_search(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(find_by_presence(criterion, store, entities));
+    benchmark::DoNotOptimize(find_by_presence(criterion, store, entities, host));
   }
   count_entities(state);
 }
@@ -29,12 +30,12 @@ void presence_search(benchmark::State& state) {
 // One criterion on a field of Roads, over entities of which most have a record of it.
 void value_search(benchmark::State& state, const wchar_t* field, const wchar_t* pattern,
                   bool extended) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   const ValueSearch search{{L"Roads"}, {{field, pattern}}, extended};
   for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(find_by_values(search, store, entities));
+    benchmark::DoNotOptimize(find_by_values(search, store, entities, host));
   }
   count_entities(state);
 }
@@ -58,22 +59,22 @@ void value_pattern(benchmark::State& state, const wchar_t* typed, bool extended)
 }
 
 void table_search(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   const TableSearch search{TableCriterion::Carries, user_tables(store), true};
   for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(find_by_tables(search, store, entities));
+    benchmark::DoNotOptimize(find_by_tables(search, store, entities, host));
   }
   count_entities(state);
 }
 
 void statistics(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(count_object_data(store, entities));
+    benchmark::DoNotOptimize(count_object_data(store, entities, host));
   }
   count_entities(state);
 }

@@ -19,37 +19,37 @@ namespace {
 void replace(benchmark::State& state, const wchar_t* field, const wchar_t* search,
              const wchar_t* replacement) {
   const ReplaceRequest request{{L"Roads"}, {field}, search, replacement};
-  set_values(state, [&request](ODStore& store, const EntityList& entities) {
-    return replace_in_records(request, store, entities);
+  set_values(state, [&request](ODStore& store, const EntityList& entities, ProgressMeter& meter) {
+    return replace_in_records(request, store, entities, meter);
   });
 }
 
 // From LANES into WIDTH.
 void add_columns(benchmark::State& state) {
-  set_values(state, [](ODStore& store, const EntityList& entities) {
-    return add_within_records(L"Roads", 0, 1, store, entities).written;
+  set_values(state, [](ODStore& store, const EntityList& entities, ProgressMeter& meter) {
+    return add_within_records(L"Roads", 0, 1, store, entities, meter).written;
   });
 }
 
 void number_all(benchmark::State& state, const wchar_t* field) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   const Numbering numbering{L"Roads", field, L"R-", L"", 1};
   for ([[maybe_unused]] auto _ : state) {
     EntityList once = entities;
     drop_repeated(once);
-    benchmark::DoNotOptimize(number_records(store, once, numbering));
+    benchmark::DoNotOptimize(number_records(store, once, numbering, host));
   }
   count_entities(state);
 }
 
 void propose_first_number(benchmark::State& state) {
-  const auto drawing = drawing_of(state.range(0));
-  StandaloneStore store(*drawing);
-  const EntityList entities = drawing->entities(Space::Model);
+  SilentHost host(drawing_of(state.range(0)));
+  StandaloneStore store(host.drawing());
+  const EntityList entities = host.model_space();
   for ([[maybe_unused]] auto _ : state)
-    benchmark::DoNotOptimize(proposed_first(store, entities, L"Roads", L"NAME"));
+    benchmark::DoNotOptimize(proposed_first(store, entities, L"Roads", L"NAME", host));
   count_entities(state);
 }
 

@@ -137,7 +137,10 @@ void ArxHost::move_progress(std::int64_t position) { arx::move_progress(position
 
 void ArxHost::end_progress() { arx::end_progress(); }
 
-bool ArxHost::interrupted() { return arx::interrupted(); }
+bool ArxHost::interrupted() {
+  interrupted_ = interrupted_ || arx::interrupted();
+  return interrupted_;
+}
 
 bool ArxHost::run_command(std::wstring_view name, EntityId entity) {
   return arx::run_command(name, entity);

@@ -79,6 +79,7 @@ class ArxHost final : public DrawingHost {
 
  private:
   std::vector<std::unique_ptr<ModuleResources>> resources_;  // entered and not yet left
+  bool interrupted_ = false;
 };
 
 }  // namespace korvel::arx

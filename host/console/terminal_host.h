@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "host/console/console.h"
-#include "host/console/progress_meter.h"
+#include "host/console/progress_bar.h"
 
 namespace korvel {
 
@@ -108,7 +108,7 @@ class TerminalHost final : public ConsoleHost {
 
   LineSource& lines_;
   Manner manner_;
-  ProgressMeter progress_;
+  ProgressBar progress_;
   Ending ending_ = Ending::None;
   std::wstring last_line_;
   bool at_line_start_ = true;

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "frame/od_rules.h"
+#include "frame/walk.h"
 
 namespace korvel {
 namespace {
@@ -249,7 +250,8 @@ RecordSpan StandaloneStore::readable_records(EntityId entity) const {
 }
 
 std::vector<int> StandaloneStore::count_records(const EntityList& entities,
-                                                std::span<const std::wstring> tables) {
+                                                std::span<const std::wstring> tables,
+                                                ProgressMeter& meter) {
   const OdTables& od = drawing_.od();
   std::vector<char> counts_table(od.tables().size(), 0);
   for (const std::wstring& name : tables) {
@@ -257,23 +259,26 @@ std::vector<int> StandaloneStore::count_records(const EntityList& entities,
   }
   std::vector<int> counts;
   counts.reserve(entities.size());
-  for (const EntityId entity : entities) {
+  ReadWalk walk(meter, entities.size());
+  read_in_lots(walk, entities.size(), [&](std::size_t i) {
     int count = 0;
-    for (const RecordRef record : od.references(readable_records(entity))) {
+    for (const RecordRef record : od.references(readable_records(entities[i]))) {
       count += counts_table[record.table];
     }
     counts.push_back(count);
-  }
+  });
   return counts;
 }
 
-std::vector<std::wstring> StandaloneStore::tables_on(const EntityList& entities) {
+std::vector<std::wstring> StandaloneStore::tables_on(const EntityList& entities,
+                                                     ProgressMeter& meter) {
   const OdTables& od = drawing_.od();
   std::vector<char> met(od.tables().size(), 0);
-  for (const EntityId entity : entities) {
-    for (const RecordRef record : od.references(readable_records(entity)))
+  ReadWalk walk(meter, entities.size());
+  read_in_lots(walk, entities.size(), [&](std::size_t i) {
+    for (const RecordRef record : od.references(readable_records(entities[i])))
       met[record.table] = 1;
-  }
+  });
   std::vector<std::wstring> names;
   for (std::size_t i = 0; i < met.size(); ++i) {
     if (met[i] != 0) names.push_back(od.tables()[i].name);
@@ -283,23 +288,25 @@ std::vector<std::wstring> StandaloneStore::tables_on(const EntityList& entities)
 }
 
 void StandaloneStore::mark_passing(const EntityList& entities, std::wstring_view table_name,
-                                   int column, ValueTest& test, std::vector<char>& marks) {
+                                   int column, ValueTest& test, std::vector<char>& marks,
+                                   ProgressMeter& meter) {
   const OdTables& od = drawing_.od();
   const std::optional<std::uint32_t> table = od.find(table_name);
   if (!table || column < 0) return;
   const std::vector<OdColumn>& columns = od.tables()[*table].columns;
   if (static_cast<std::size_t>(column) >= columns.size()) return;
 
+  ReadWalk walk(meter, entities.size());
   const auto mark = [&](auto& column_test) {
-    for (std::size_t i = 0; i < entities.size(); ++i) {
-      if (marks[i] != 0) continue;
+    read_in_lots(walk, entities.size(), [&](std::size_t i) {
+      if (marks[i] != 0) return;
       // No way out after a record that passes: it would be guessed wrong too often.
       bool passes = false;
       for (const RecordRef record : od.references(readable_records(entities[i]))) {
         if (record.table == *table) passes |= column_test.passes(record.row);
       }
       marks[i] = passes ? 1 : 0;
-    }
+    });
   };
   std::visit(
       [&](const auto& cells) {

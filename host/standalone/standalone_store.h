@@ -27,10 +27,12 @@ class StandaloneStore final : public ODStore {
   [[nodiscard]] std::unique_ptr<RecordIterator> records_of(std::wstring_view table) override;
   bool attach(EntityId entity, const ODRecord& record) override;
   [[nodiscard]] std::vector<int> count_records(const EntityList& entities,
-                                               std::span<const std::wstring> tables) override;
-  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities) override;
+                                               std::span<const std::wstring> tables,
+                                               ProgressMeter& meter) override;
+  [[nodiscard]] std::vector<std::wstring> tables_on(const EntityList& entities,
+                                                    ProgressMeter& meter) override;
   void mark_passing(const EntityList& entities, std::wstring_view table, int column,
-                    ValueTest& test, std::vector<char>& marks) override;
+                    ValueTest& test, std::vector<char>& marks, ProgressMeter& meter) override;
   bool add_path_alias(std::wstring_view name, std::wstring_view path) override;
   bool remove_path_alias(std::wstring_view name) override;
   [[nodiscard]] std::unique_ptr<AttachedDrawing> attach_drawing(

@@ -24,7 +24,7 @@ TEST(ExtensionDictionary, ThatWasErasedAndIsStillNamedGivesAndTakesNothing) {
   const arx_double::ErasedDictionary erased(ids[1]);
   EXPECT_FALSE(arx::store_extension_entry(ids[1], entries[0]));
   EXPECT_TRUE(arx::extension_entries(ids[1]).empty());
-  EXPECT_EQ(store.count_records(ids, std::vector<std::wstring>{L"T"}), (std::vector{1, 0}));
+  EXPECT_EQ(store.count_records(ids, std::vector<std::wstring>{L"T"}, host), (std::vector{1, 0}));
 }
 
 TEST(ExtensionDictionary, ObjectsOfOtherProgramsAreCopiedAndForeignCopiesRefused) {

@@ -72,7 +72,7 @@ TEST_F(HostCommands, BreakIsGivenEveryAnswerAndItsPiecesTheData) {
     script(test.end);
     break_carrying_data(host_, first_, saved);
     const EntityList last = {drawing_.model_space().back()};
-    EXPECT_EQ(store_.count_records(last, std::vector<std::wstring>{L"T"}),
+    EXPECT_EQ(store_.count_records(last, std::vector<std::wstring>{L"T"}, drawing_),
               std::vector{test.records});
     EXPECT_EQ(saved.size(), test.saved);
     EXPECT_EQ(arx_double::editor_reactors(), 0);
@@ -95,7 +95,7 @@ TEST_F(HostCommands, WhatIsBrokenInAnotherDocumentIsLeftAlone) {
   });
   break_carrying_data(host_, first_, saved);
   const EntityList last = {drawing_.model_space().back()};
-  EXPECT_EQ(store_.count_records(last, std::vector<std::wstring>{L"T"}), std::vector{0});
+  EXPECT_EQ(store_.count_records(last, std::vector<std::wstring>{L"T"}, drawing_), std::vector{0});
   EXPECT_EQ(saved.size(), 1U);
 }
 

@@ -213,7 +213,7 @@ TEST_F(Transfer, FailuresCostOneReferenceAndAreNotCounted) {
 class ImpatientHost final : public ForwardingHost {
  public:
   using ForwardingHost::ForwardingHost;
-  bool interrupted() override { return asked_++ > 0; }
+  [[nodiscard]] bool interrupted() override { return asked_++ > 0; }
 
  private:
   int asked_ = 0;

@@ -34,7 +34,7 @@ class Breaking : public testing::Test {
     });
   }
 
-  std::vector<int> counts() { return store_.count_records(host_.model_space(), tables_); }
+  std::vector<int> counts() { return store_.count_records(host_.model_space(), tables_, host_); }
   void run() { break_entity(session_); }
 
   const std::vector<std::wstring> tables_ = {L"T"};

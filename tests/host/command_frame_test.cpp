@@ -142,9 +142,9 @@ TEST_F(CommandFrame, WhatWasFoundIsGatheredByTheNextCommand) {
 TEST_F(CommandFrame, ProgressMovesForwardAtMostAHundredTimes) {
   for (const std::int64_t range : {0, 1, 99, 100, 101, 199, 250, 1000, 123457}) {
     {
-      Progress progress(host_, range);
+      ReadWalk walk(host_, static_cast<std::size_t>(range));
       for (std::int64_t i = 0; i < range; ++i)
-        progress.step();
+        walk.step();
     }
     const std::vector<std::int64_t>& seen = scripted_.progress;
     ASSERT_FALSE(seen.empty());

@@ -282,17 +282,17 @@ TEST_P(HostContract, PassesGiveWhatIteratorsGive) {
   const EntityList all = {other_, plain_, unlisted_, erased_, plain_, EntityId{}};
   using Names = std::vector<std::wstring>;
 
-  EXPECT_EQ(store_.count_records(all, Names{L"ROADS"}), (std::vector{1, 3, 0, 0, 3, 0}));
-  EXPECT_EQ(store_.count_records(all, Names{L"PARCELS", L"ROADS", L"NONE", L"ROADS"}),
+  EXPECT_EQ(store_.count_records(all, Names{L"ROADS"}, host_), (std::vector{1, 3, 0, 0, 3, 0}));
+  EXPECT_EQ(store_.count_records(all, Names{L"PARCELS", L"ROADS", L"NONE", L"ROADS"}, host_),
             (std::vector{1, 4, 0, 0, 4, 0}));
-  EXPECT_EQ(store_.count_records(all, {}), (std::vector{0, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(store_.tables_on(all), (Names{L"PARCELS", L"ROADS"}));
-  EXPECT_EQ(store_.tables_on({other_}), Names{L"ROADS"});
+  EXPECT_EQ(store_.count_records(all, {}, host_), (std::vector{0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(store_.tables_on(all, host_), (Names{L"PARCELS", L"ROADS"}));
+  EXPECT_EQ(store_.tables_on({other_}, host_), Names{L"ROADS"});
 
   const auto marked = [&](std::wstring_view table, int column, const auto& passes) {
     std::vector<char> marks = {0, 0, 0, 0, 1, 0};
     TestBy test(passes);
-    store_.mark_passing(all, table, column, test, marks);
+    store_.mark_passing(all, table, column, test, marks, host_);
     return std::string(marks.begin(), marks.end());
   };
   const auto is = [](std::wstring_view text) {

@@ -1,7 +1,5 @@
 // Copying from a reference, where transcripts do not reach: names in ordinal order, entities that
 // refuse.
-#include "attach/copy_from_reference.h"
-
 #include "frame/command_handlers.h"
 #include "frame/session.h"
 #include "tests/host/failing_host.h"

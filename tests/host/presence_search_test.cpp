@@ -114,7 +114,8 @@ TEST_F(PresenceSearch, EscClearsThePickFirstSet) {
 
 TEST_F(PresenceSearch, NumbersWithoutACriterionMeetNothing) {
   for (const int number : {-1, 1, 5})
-    EXPECT_TRUE(find_by_presence(static_cast<Presence>(number), store_, ids_).empty()) << number;
+    EXPECT_TRUE(find_by_presence(static_cast<Presence>(number), store_, ids_, host_).empty())
+        << number;
 }
 
 }  // namespace

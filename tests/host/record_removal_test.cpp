@@ -1,11 +1,9 @@
 // Records removed by table, all at once and as duplicates, where some refuse to go.
 #include "attach/record_removal.h"
 
-#include <gtest/gtest.h>
-
 #include "attach/duplicate_removal.h"
-#include "host/standalone/standalone_store.h"
 #include "tests/host/failing_host.h"
+#include "tests/host/scripted_host.h"
 #include "tests/host/test_drawing.h"
 
 namespace korvel::test {
@@ -15,8 +13,8 @@ namespace {
 // keeps. Each record knows its place, by which those that are left are named.
 struct Removal {
   explicit Removal(const std::vector<std::string_view>& entities)
-      : drawing(make_drawing({{L"0"}}, std::vector<EntitySpec>(entities.size(), {L"0"}))),
-        ids(ids_of(*drawing, entities.size())) {
+      : host(make_drawing({{L"0"}}, std::vector<EntitySpec>(entities.size(), {L"0"}))),
+        ids(host.model_space()) {
     failures.kept_tables = {name_of('T')};
     for (std::size_t i = 0; i < entities.size(); ++i) {
       for (std::size_t place = 0; place < entities[i].size(); ++place) {
@@ -40,8 +38,8 @@ struct Removal {
     return places;
   }
 
-  std::unique_ptr<Drawing> drawing;
-  StandaloneStore target{*drawing};
+  ScriptedHost host;
+  StandaloneStore target{host.drawing()};
   EntityList ids;
   Failures failures;
   FailingStore store{target, failures};
@@ -72,7 +70,7 @@ TEST(RemoveDuplicates, KeepsOneRecordOfEachTable) {
     removal.failures.remove = {removal.ids[1]};
     EntityList listed = removal.ids;
     listed.insert(listed.end(), {removal.ids[4], EntityId{}});
-    EXPECT_EQ(remove_duplicates(removal.store, listed, mode), tables);
+    EXPECT_EQ(remove_duplicates(removal.store, listed, mode, removal.host), tables);
     for (std::size_t i = 0; i < cases.size(); ++i) {
       EXPECT_EQ(removal.left(removal.ids[i]),
                 mode == DuplicateMode::First ? cases[i].first : cases[i].last)
@@ -90,9 +88,9 @@ TEST(RemoveRecords, OfTheTablesOrAll) {
     listed.insert(listed.begin(), {EntityId{}, removal.ids[0]});
     const std::vector<std::wstring> tables = {L"GONE", L"ROADS", L"TPMNODE_A"};
     // By table the records that went are counted, of all the entities that had any.
-    EXPECT_EQ(
-        all ? remove_all(removal.store, listed) : remove_tables(removal.store, listed, tables),
-        all ? 4 : 3);
+    EXPECT_EQ(all ? remove_all(removal.store, listed, removal.host)
+                  : remove_tables(removal.store, listed, tables, removal.host),
+              all ? 4 : 3);
     const auto left = all ? std::vector<std::string_view>{"", "", "01", "01", "02", ""}
                           : std::vector<std::string_view>{"13", "0", "01", "01", "023", ""};
     for (std::size_t i = 0; i < left.size(); ++i)

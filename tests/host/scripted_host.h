@@ -98,6 +98,8 @@ class ScriptedHost : public StandaloneHost {
   }
   void move_progress(std::int64_t position) override { progress.push_back(position); }
   void end_progress() override { progress_runs = false; }
+  // Asked at every step, so that what tests see does not depend on the clock.
+  [[nodiscard]] std::chrono::milliseconds time_between_questions() const override { return {}; }
   bool run_command(std::wstring_view name, EntityId entity) override {
     const std::function<CommandEnd(EntityId)> run = take(commands, name);
     if (!run) return false;

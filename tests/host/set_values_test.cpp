@@ -60,20 +60,20 @@ TEST_F(SetValues, NumbersGoBackwardsAndPassWhatRefuses) {
   failures.update = {ids_[2]};
   failures.open = {ids_[3]};
   FailingStore store(store_, failures);
-  EXPECT_EQ(number_records(store, ids_, {L"T", L"N", L"", L"", 5}), 3);
+  EXPECT_EQ(number_records(store, ids_, {L"T", L"N", L"", L"", 5}, host_), 3);
   EXPECT_EQ(column(0), (std::vector<ODValue>{7, 5, 6, 0, 0}));
-  EXPECT_EQ(number_records(store, ids_, {L"T", L"C", L"P-", L"", 1}), 3);
+  EXPECT_EQ(number_records(store, ids_, {L"T", L"C", L"P-", L"", 1}, host_), 3);
   EXPECT_EQ(column(1)[0], ODValue(std::wstring(L"P-3")));
-  EXPECT_EQ(number_records(store, ids_, {L"T", L"n", L"", L"", 1}), 0) << "no such column";
-  EXPECT_EQ(number_records(store, ids_, {L"t", L"N", L"", L"", 1}), 0) << "no such table";
+  EXPECT_EQ(number_records(store, ids_, {L"T", L"n", L"", L"", 1}, host_), 0) << "no such column";
+  EXPECT_EQ(number_records(store, ids_, {L"t", L"N", L"", L"", 1}, host_), 0) << "no such table";
 }
 
 TEST_F(SetValues, NumbersEndAtTheLargest) {
   for (const std::size_t entity : {0u, 1u, 2u})
     attach(entity, 0);
-  EXPECT_EQ(number_records(store_, ids_, {L"T", L"N", L"", L"", most - 1}), 2);
+  EXPECT_EQ(number_records(store_, ids_, {L"T", L"N", L"", L"", most - 1}, host_), 2);
   EXPECT_EQ(column(0), (std::vector<ODValue>{0, most, most - 1}));
-  EXPECT_EQ(number_records(store_, ids_, {L"T", L"C", L"", L"", most}), 1);
+  EXPECT_EQ(number_records(store_, ids_, {L"T", L"C", L"", L"", most}, host_), 1);
 }
 
 // A host whose entity has a point where its column has numbers.
@@ -108,7 +108,7 @@ TEST_F(SetValues, PointStopsTheNumberingAndWhatIsNumberedStays) {
   for (const std::size_t entity : {0u, 1u, 2u})
     attach(entity, 0);
   OddStore store(store_, ids_[1]);
-  EXPECT_EQ(number_records(store, ids_, {L"T", L"N", L"", L"", 5}), 0);
+  EXPECT_EQ(number_records(store, ids_, {L"T", L"N", L"", L"", 5}, host_), 0);
   EXPECT_EQ(column(0), (std::vector<ODValue>{0, 0, 5}));
 }
 
@@ -132,7 +132,7 @@ TEST_F(SetValues, FirstNumberIsProposedFromTheFirstRecords) {
     for (std::size_t i = 0; i < c.texts.size(); ++i)
       attach(i, 0, c.texts[i]);
     attach(0, 0, std::wstring(L"B500"));  // a second record does not count
-    EXPECT_EQ(proposed_first(store_, ids_, L"T", L"C"), c.proposed);
+    EXPECT_EQ(proposed_first(store_, ids_, L"T", L"C", host_), c.proposed);
     const std::unique_ptr<RecordIterator> records = store_.records();
     for (const EntityId entity : ids_) {
       for (records->open(entity, OpenMode::Write); !records->done(); records->start())
@@ -140,12 +140,12 @@ TEST_F(SetValues, FirstNumberIsProposedFromTheFirstRecords) {
     }
   }
   attach(0, -8, std::wstring(), 3.99);
-  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"N"), 0);
-  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"R"), 4);
-  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"P"), 0);
+  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"N", host_), 0);
+  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"R", host_), 4);
+  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"P", host_), 0);
   attach(1, most, std::wstring(), 1e20);
-  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"N"), most);
-  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"R"), most);
+  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"N", host_), most);
+  EXPECT_EQ(proposed_first(store_, ids_, L"T", L"R", host_), most);
 }
 
 TEST(TypedFirst, TakesDigitsAlone) {

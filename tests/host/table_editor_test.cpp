@@ -273,9 +273,9 @@ TEST_F(TableEditing, ChosenRowsStayChosenWhenThePaletteIsShownAgain) {
 
 TEST_F(TableEditing, RowsOutsideAreNotThereForACommand) {
   ChosenRowsStore rows(store_, L"T", {{ids_[2], 1}, {ids_[0], 2}, {ids_[0], 5}});
-  EXPECT_EQ(rows.tables_on(ids_), Texts{L"T"});
+  EXPECT_EQ(rows.tables_on(ids_, host_), Texts{L"T"});
   const Texts tables = {L"T", L"U"};
-  EXPECT_EQ(rows.count_records(ids_, tables), (std::vector<int>{1, 0, 1, 0}));
+  EXPECT_EQ(rows.count_records(ids_, tables, host_), (std::vector<int>{1, 0, 1, 0}));
   EXPECT_FALSE(rows.attach(ids_[0], {L"T", {std::wstring(), 1}}));
   const std::unique_ptr<RecordIterator> record = rows.records();
   ASSERT_TRUE(record->open(ids_[0], OpenMode::Write));

@@ -130,8 +130,8 @@ TEST_F(TextValues, AreMultilineTextsWithoutTheirFormats) {
       draw_with_record(ArcShape{{0, 0, 0}, up, {1, 0, 0}, 5, 2 * std::numbers::pi});
   MtextShape text;
   text.text = L"{\\C1;Parcel}\\P%%c7";
-  expect_counts(set_texts(store_, ReplacingHost(host_, text), {circle}, {L"T", L"TEXT", 0}),
-                {1, 1, 0, 0});
+  ReplacingHost host(host_, text);
+  expect_counts(set_texts(store_, host, {circle}, {L"T", L"TEXT", 0}), {1, 1, 0, 0});
   EXPECT_EQ(value(circle), L"Parcel \u23007");
 }
 
@@ -141,8 +141,8 @@ TEST_F(TextValues, LieWhereTheyAreAligned) {
   TextShape text;
   text.text = L"centred";
   text.alignment = Point3{100, 0, 0};
-  expect_counts(set_texts(store_, ReplacingHost(host_, text), {circle}, {L"T", L"TEXT", 0}),
-                {1, 1, 0, 0});
+  ReplacingHost host(host_, text);
+  expect_counts(set_texts(store_, host, {circle}, {L"T", L"TEXT", 0}), {1, 1, 0, 0});
 }
 
 // Whatever its block shows: here there is none.

@@ -139,14 +139,14 @@ TEST_F(Translation, ColumnsTakeTheNameOfTheirTableFirst) {
   // the second table none, because C has failed to leave it.
   maps.table_fields[L"CNTR_U"][L"C"] = L"P";
   using enum ColumnChange;
-  EXPECT_EQ(translate_columns(store_, maps),
+  EXPECT_EQ(translate_columns(store_, maps, host_),
             (std::vector{Done, Done, Done, Done, Done, DuplicateName, DuplicateName, Failed}));
   EXPECT_EQ(columns_of(L"T"), (std::vector<std::wstring>{L"COUNT", L"N", L"REAL", L"NUMBER"}));
   EXPECT_EQ(columns_of(L"CNTR_U"), (std::vector<std::wstring>{L"NUMBER", L"C", L"R", L"P"}));
 }
 
 TEST_F(Translation, TablesAreRenamedInTheOrderOfTheirNames) {
-  translate_tables(store_, {{L"CNTR_U", L"T"}, {L"Nothing", L"Else"}, {L"T", L"V"}});
+  translate_tables(store_, {{L"CNTR_U", L"T"}, {L"Nothing", L"Else"}, {L"T", L"V"}}, host_);
   EXPECT_EQ(store_.table_names(), (std::vector<std::wstring>{L"V", L"CNTR_U"}));
 }
 

@@ -43,12 +43,12 @@ const std::vector<Case> cases = {
 
 TEST(ValueSearch, FindsWhatMeetsEveryCriterionInAnyOfTheTables) {
   const std::size_t count = records_of_entities.size();
-  const auto drawing = make_drawing({{L"0"}}, std::vector<EntitySpec>(count, {L"0"}));
-  StandaloneStore target(*drawing);
+  ScriptedHost host(make_drawing({{L"0"}}, std::vector<EntitySpec>(count, {L"0"})));
+  StandaloneStore target(host.drawing());
   (void)target.define_table(
       {L"ROADS", {{L"NAME", ODType::Character, std::wstring()}, {L"WIDTH", ODType::Integer, 0}}});
   (void)target.define_table({L"PIPES", {{L"NAME", ODType::Character, std::wstring()}}});
-  const EntityList ids = ids_of(*drawing, count);
+  const EntityList ids = host.model_space();
   for (std::size_t i = 0; i < count; ++i) {
     for (const ODRecord& record : records_of_entities[i])
       ASSERT_TRUE(target.attach(ids[i], record));
@@ -61,7 +61,7 @@ TEST(ValueSearch, FindsWhatMeetsEveryCriterionInAnyOfTheTables) {
     for (const std::size_t index : cases[i].found)
       expected.push_back(ids[index]);
     const ValueSearch search{cases[i].tables, cases[i].criteria, true};
-    EXPECT_EQ(find_by_values(search, store, EntityList(ids.rbegin(), ids.rend())), expected)
+    EXPECT_EQ(find_by_values(search, store, EntityList(ids.rbegin(), ids.rend()), host), expected)
         << "case " << i;
   }
 }

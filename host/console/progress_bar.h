@@ -1,4 +1,4 @@
-// The progress meter: one line on standard error that is overwritten and, at the end, erased.
+// The progress meter as one line on standard error that is overwritten and, at the end, erased.
 #pragma once
 
 #include <cstdint>
@@ -7,9 +7,9 @@
 
 namespace korvel {
 
-class ProgressMeter {
+class ProgressBar {
  public:
-  explicit ProgressMeter(bool visible) : visible_(visible) {}
+  explicit ProgressBar(bool visible) : visible_(visible) {}
 
   void start(std::wstring_view label, std::int64_t range);
   void move(std::int64_t position);

@@ -1,4 +1,4 @@
-#include "host/console/progress_meter.h"
+#include "host/console/progress_bar.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -18,14 +18,14 @@ void write_error(std::string_view bytes) {
 
 }  // namespace
 
-void ProgressMeter::start(std::wstring_view label, std::int64_t range) {
+void ProgressBar::start(std::wstring_view label, std::int64_t range) {
   label_ = to_utf8(label);
   range_ = range;
   shown_percent_ = -1;
   move(0);
 }
 
-void ProgressMeter::move(std::int64_t position) {
+void ProgressBar::move(std::int64_t position) {
   if (!visible_ || range_ <= 0) return;
   const double part = static_cast<double>(position) / static_cast<double>(range_);
   const int percent = static_cast<int>(100 * std::clamp(part, 0.0, 1.0));
@@ -37,7 +37,7 @@ void ProgressMeter::move(std::int64_t position) {
               std::string(bar_width - filled, '.') + "] " + std::to_string(percent) + "%");
 }
 
-void ProgressMeter::end() {
+void ProgressBar::end() {
   if (shown_percent_ >= 0) write_error(erase_line);
   shown_percent_ = -1;
 }
