@@ -42,6 +42,23 @@ class DriveAlias {
   bool added_;
 };
 
+// While it lives, the drawing can be read, unless the host refused.
+class Activation {
+ public:
+  explicit Activation(AttachedDrawing& drawing) : drawing_(drawing), done_(drawing.activate()) {}
+  ~Activation() {
+    if (done_) drawing_.deactivate();
+  }
+  Activation(const Activation&) = delete;
+  Activation& operator=(const Activation&) = delete;
+
+  [[nodiscard]] bool done() const { return done_; }
+
+ private:
+  AttachedDrawing& drawing_;
+  bool done_;
+};
+
 DefinitionLoad load(AttachedDrawing& source, ODStore& store, const std::wstring& table) {
   switch (source.copy_definition(table)) {
     case TableChange::Done:
@@ -57,10 +74,15 @@ DefinitionLoad load(AttachedDrawing& source, ODStore& store, const std::wstring&
 }
 
 std::vector<LoadedDefinition> load_all(AttachedDrawing& source, DrawingHost& host, ODStore& store) {
+  std::vector<std::wstring> tables = source.table_names();
+  std::erase_if(tables, [](const std::wstring& table) { return !is_user_table(table); });
   std::vector<LoadedDefinition> loaded;
   const DocumentLock lock(host);
-  for (const std::wstring& table : source.table_names()) {
-    if (is_user_table(table)) loaded.push_back({table, load(source, store, table)});
+  WriteWalk walk(host, tables.size());
+  for (const std::wstring& table : tables) {
+    const bool goes_on = walk.step();
+    if (!goes_on && loaded.empty()) throw Interrupted();
+    loaded.push_back({table, goes_on ? load(source, store, table) : DefinitionLoad::NotReached});
   }
   return loaded;
 }
@@ -68,6 +90,7 @@ std::vector<LoadedDefinition> load_all(AttachedDrawing& source, DrawingHost& hos
 void report_definition(DrawingHost& host, const LoadedDefinition& definition) {
   switch (definition.result) {
     case DefinitionLoad::Copied:
+    case DefinitionLoad::NotReached:
       break;
     case DefinitionLoad::AlreadyThere:
       report<Message::AlreadyExists>(host, definition.table);
@@ -93,10 +116,10 @@ std::optional<std::vector<LoadedDefinition>> load_definitions(DrawingHost& host,
   const DriveAlias alias(store, file);  // outlives the drawing that is attached under it
   if (!alias.added()) return std::nullopt;
   const std::unique_ptr<AttachedDrawing> source = store.attach_drawing(file);
-  if (!source || !source->activate()) return std::nullopt;
-  std::vector<LoadedDefinition> loaded = load_all(*source, host, store);
-  source->deactivate();
-  return loaded;
+  if (!source) return std::nullopt;
+  const Activation activation(*source);
+  if (!activation.done()) return std::nullopt;
+  return load_all(*source, host, store);
 }
 
 void load_definition(Session& session) {

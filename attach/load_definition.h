@@ -16,7 +16,8 @@ enum class DefinitionLoad {
   Copied,
   AlreadyThere,  // with the same definition
   DoesNotMatch,  // there with another one, and left as it is
-  Refused
+  Refused,
+  NotReached  // the user interrupted
 };
 
 struct LoadedDefinition {
@@ -26,7 +27,8 @@ struct LoadedDefinition {
 
 // Copies the definitions of all user tables of the file, in its order; one that does not come over
 // keeps none of the others back. None, and nothing changed, when the file cannot be read as a
-// drawing. The file is only read, and let go before this returns.
+// drawing. The file is only read, and let go before this returns. Throws Interrupted before it
+// changes anything.
 [[nodiscard]] std::optional<std::vector<LoadedDefinition>> load_definitions(
     DrawingHost& host, ODStore& store, const std::filesystem::path& file);
 

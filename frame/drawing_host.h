@@ -1,8 +1,9 @@
 // The drawing and the person in front of it, as every command sees them.
 //
 // A host implements this class; a second host can be written from this header alone. No operation
-// throws. What cannot be done is answered by the result. Prompts, questions and dialogs always ask
-// somebody (a person, or the script that stands for one) and never answer by themselves.
+// throws but entities_around. What cannot be done is answered by the result. Prompts, questions and
+// dialogs always ask somebody (a person, or the script that stands for one) and never answer by
+// themselves.
 #pragma once
 
 #include <cstddef>
@@ -97,8 +98,8 @@ class DrawingHost : public ProgressMeter, public FileAccess, public Refusals {
   [[nodiscard]] virtual std::optional<Extents> extents_of(EntityId entity) const = 0;
 
   // The entities of model space whose extents contain the point in plan view (z does not count),
-  // in the order of model_space.
-  [[nodiscard]] virtual EntityList entities_around(Point3 point) const;
+  // in the order of model_space. Throws Interrupted.
+  [[nodiscard]] virtual EntityList entities_around(Point3 point);
 
   // Gives the entity another shape, and with it, where need be, another type; its handle, its
   // properties and its extension dictionary stay. False, and nothing changed, when it cannot be

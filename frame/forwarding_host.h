@@ -187,7 +187,7 @@ class ForwardingHost : public DrawingHost {
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
     return target_.extents_of(entity);
   }
-  [[nodiscard]] EntityList entities_around(Point3 point) const override {
+  [[nodiscard]] EntityList entities_around(Point3 point) override {
     return target_.entities_around(point);
   }
   bool set_geometry(EntityId entity, const EntityGeometry& geometry) override {

@@ -45,7 +45,7 @@ class TracingHost final : public ForwardingHost {
   [[nodiscard]] std::optional<Extents> extents_of(EntityId entity) const override {
     return TraceLine(L"extents_of", entity).returns(sink_, Base::extents_of(entity));
   }
-  [[nodiscard]] EntityList entities_around(Point3 point) const override {
+  [[nodiscard]] EntityList entities_around(Point3 point) override {
     return TraceLine(L"entities_around", point).returns(sink_, Base::entities_around(point));
   }
   bool set_geometry(EntityId entity, const EntityGeometry& geometry) override {

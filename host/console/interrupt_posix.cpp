@@ -15,9 +15,11 @@ namespace {
 
 // A signal handler can reach nothing but globals.
 // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
-std::atomic<bool> pressed = false;
+std::atomic<int> presses = 0;
+std::atomic<int> most_presses = 1;
 std::atomic<bool> at_prompt = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "both are used in the signal handler");
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
+              "they are used in the signal handler");
 
 // Written by the handler, so that a key pressed just before the waiting began ends the waiting.
 std::array<int, 2> wake_pipe = {-1, -1};
@@ -26,7 +28,7 @@ std::array<int, 2> wake_pipe = {-1, -1};
 // Files are written under another name and renamed, so leaving at any moment is safe.
 void on_signal(int) {
   const int former_errno = errno;
-  if (pressed.exchange(true) && !at_prompt) _exit(exit_status::interrupted);
+  if (++presses >= most_presses && !at_prompt) _exit(exit_status::interrupted);
   const char byte = 0;
   [[maybe_unused]] const auto written = write(wake_pipe[1], &byte, 1);
   errno = former_errno;
@@ -40,7 +42,9 @@ void drain() {
 
 }  // namespace
 
-void install() {
+void install(int most) {
+  most_presses = most;
+  if (wake_pipe[0] >= 0) return;
   if (pipe2(wake_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
   struct sigaction action {};
   action.sa_handler = on_signal;
@@ -49,19 +53,19 @@ void install() {
   sigaction(SIGINT, &action, nullptr);
 }
 
-bool is_pressed() { return pressed || disk::interrupt_waits(); }
+bool is_pressed() { return presses > 0 || disk::interrupt_waits(); }
 
-bool take() {
+int take() {
   drain();
-  return pressed.exchange(false);
+  return presses.exchange(0);
 }
 
 bool wait_for_input(int file) {
   while (true) {
-    if (take()) return false;
+    if (take() > 0) return false;
     std::array<pollfd, 2> files = {pollfd{file, POLLIN, 0}, pollfd{wake_pipe[0], POLLIN, 0}};
     if (poll(files.data(), files.size(), -1) < 0 && errno != EINTR) return true;
-    if (files[0].revents != 0 && !pressed) return true;
+    if (files[0].revents != 0 && presses == 0) return true;
   }
 }
 

@@ -125,6 +125,7 @@ int run_console(const Options& options, const PluginLoader& load_plugin) {
   if (!may_write_output(options, options.drawing.value_or(std::filesystem::path()))) {
     return exit_status::output_not_written;
   }
+  interrupt::install(1);
   Result<std::unique_ptr<Drawing>> drawing =
       options.drawing ? open_drawing(*options.drawing) : Drawing::blank();
   if (!drawing) {
@@ -133,7 +134,7 @@ int run_console(const Options& options, const PluginLoader& load_plugin) {
   }
   print_notices(**drawing);
 
-  interrupt::install();
+  interrupt::install(input->lines->is_terminal() ? 3 : 2);
   const bool progress = !options.no_progress && platform::is_terminal(platform::standard_error);
   TerminalHost host(std::move(*drawing), *input->lines,
                     {options.strict, progress, options.output.has_value(), options.overwrite});

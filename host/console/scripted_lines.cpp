@@ -143,7 +143,7 @@ LineSource::Read ScriptedLines::next(std::wstring_view prompt, std::wstring& lin
   const interrupt::AtPrompt at_prompt;
   write_output(prompt);
   flush_output();
-  if (interrupt::take()) {
+  if (interrupt::take() > 0) {
     write_output(L"\n");
     return Read::Interrupted;
   }

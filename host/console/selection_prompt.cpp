@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "frame/case_mapping.h"
+#include "frame/walk.h"
 #include "host/console/commands/questions.h"
 #include "host/console/pick.h"
 #include "host/console/typed_text.h"
@@ -68,7 +69,7 @@ std::optional<EntityList> SelectionPrompt::ask(std::wstring_view prompt) {
     if (!line) return std::nullopt;
     const std::wstring_view typed = trimmed(*line);
     if (typed.empty()) break;
-    const Found found = find(typed);
+    const Found found = find_or_cancel(typed);
     if (found.outcome == Outcome::Cancelled) return std::nullopt;
     if (found.outcome == Outcome::Found) count(found.entities);
   }
@@ -86,6 +87,13 @@ void SelectionPrompt::count(const EntityList& found) {
   }
   if (answers_ > 1) text += L", " + std::to_wstring(set_.entities().size()) + L" total";
   host_.print(text + L'\n');
+}
+
+// Ctrl+C while it looks is Esc.
+SelectionPrompt::Found SelectionPrompt::find_or_cancel(std::wstring_view line) try {
+  return find(line);
+} catch (const Interrupted&) {
+  return {Outcome::Cancelled, {}};
 }
 
 SelectionPrompt::Found SelectionPrompt::find(std::wstring_view line) {
@@ -159,24 +167,31 @@ SelectionPrompt::Found SelectionPrompt::find_handles(std::wstring_view rest) {
   return found.entities.empty() ? invalid() : found;
 }
 
+template <class Test>
+EntityList SelectionPrompt::model_space(const Test& test) {
+  EntityList entities = host_.drawing().entities(Space::Model);
+  ReadWalk walk(host_, entities.size());
+  std::erase_if(entities, [&](EntityId id) {
+    walk.step();
+    return !test(id);
+  });
+  return entities;
+}
+
 SelectionPrompt::Found SelectionPrompt::find_on_layer(std::wstring_view name) {
   const Drawing& drawing = host_.drawing();
   const std::optional<EntityId> layer = drawing.layer_named(name);
   if (!layer) return refused(L"There is no layer \"" + std::wstring(name) + L"\".");
-  EntityList entities = drawing.entities(Space::Model);
-  std::erase_if(entities, [&](EntityId id) { return drawing.layer_of(id) != *layer; });
-  return {Outcome::Found, std::move(entities)};
+  return {Outcome::Found, model_space([&](EntityId id) { return drawing.layer_of(id) == *layer; })};
 }
 
 SelectionPrompt::Found SelectionPrompt::find_of_type(std::wstring_view name) {
   if (name.empty()) return invalid();
   const Drawing& drawing = host_.drawing();
-  EntityList entities = drawing.entities(Space::Model);
-  std::erase_if(entities, [&](EntityId id) {
-    const std::string_view type = drawing.type_of(id);
-    return !equal_ignoring_case(std::wstring(type.begin(), type.end()), name);
-  });
-  return {Outcome::Found, std::move(entities)};
+  return {Outcome::Found, model_space([&](EntityId id) {
+            const std::string_view type = drawing.type_of(id);
+            return equal_ignoring_case(std::wstring(type.begin(), type.end()), name);
+          })};
 }
 
 // --- Shapes -----------------------------------------------------------------------------------
@@ -196,16 +211,16 @@ SelectionPrompt::Found SelectionPrompt::find_by_shape(Way way, std::wstring_view
   if (is_rectangle) {
     if (points.size() != 2) return refused(L"A window takes two points.");
     const std::vector<Point3> corners = rectangle(points[0], points[1]);
-    return {Outcome::Found, way == Way::Window ? inside_polygon(drawing, corners)
-                                               : crossing_polygon(drawing, corners)};
+    return {Outcome::Found, way == Way::Window ? inside_polygon(drawing, corners, host_)
+                                               : crossing_polygon(drawing, corners, host_)};
   }
   if (way == Way::Fence) {
     if (points.size() < 2) return refused(L"A fence takes at least two points.");
-    return {Outcome::Found, crossing_fence(drawing, points)};
+    return {Outcome::Found, crossing_fence(drawing, points, host_)};
   }
   if (points.size() < 3) return refused(L"A polygon takes at least three points.");
-  return {Outcome::Found, way == Way::WindowPolygon ? inside_polygon(drawing, points)
-                                                    : crossing_polygon(drawing, points)};
+  return {Outcome::Found, way == Way::WindowPolygon ? inside_polygon(drawing, points, host_)
+                                                    : crossing_polygon(drawing, points, host_)};
 }
 
 bool SelectionPrompt::ask_points(Way way, std::vector<Point3>& points) {
@@ -227,15 +242,12 @@ bool SelectionPrompt::ask_points(Way way, std::vector<Point3>& points) {
   return true;
 }
 
-EntityList SelectionPrompt::usable_for_all() const {
+EntityList SelectionPrompt::usable_for_all() {
   std::unordered_set<EntityId> left_out;
   for (const Layer& layer : host_.drawing().layers()) {
     if (layer.frozen || layer.locked) left_out.insert(layer.id);
   }
-  EntityList entities = host_.drawing().entities(Space::Model);
-  std::erase_if(entities,
-                [&](EntityId id) { return left_out.contains(host_.drawing().layer_of(id)); });
-  return entities;
+  return model_space([&](EntityId id) { return !left_out.contains(host_.drawing().layer_of(id)); });
 }
 
 EntityList SelectionPrompt::previous() const {

@@ -56,6 +56,7 @@ class SelectionPrompt {
   };
 
   static std::optional<Way> way_of(std::wstring_view word);
+  Found find_or_cancel(std::wstring_view line);
   Found find(std::wstring_view line);
   Found find(Way way, std::wstring_view rest);
   Found find_handles(std::wstring_view rest);
@@ -68,7 +69,10 @@ class SelectionPrompt {
 
   // False: Esc.
   bool ask_points(Way way, std::vector<Point3>& points);
-  [[nodiscard]] EntityList usable_for_all() const;
+  // The entities of model space that pass. Throws Interrupted, as the finding does.
+  template <class Test>
+  [[nodiscard]] EntityList model_space(const Test& test);
+  [[nodiscard]] EntityList usable_for_all();
   [[nodiscard]] EntityList previous() const;
   void count(const EntityList& found);
 

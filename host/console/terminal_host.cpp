@@ -78,17 +78,16 @@ std::optional<std::wstring> TerminalHost::read_line(std::wstring_view prompt) {
   // The line editor redraws the last line alone, so what stands before it is printed here.
   const std::size_t last_line = prompt.rfind(L'\n') + 1;
   std::wstring line;
-  if (std::exchange(interrupt_seen_, false)) interrupted_before_ = interrupt::take();
+  if (std::exchange(interrupt_seen_, false)) count_interrupts(interrupt::take());
   while (ending_ == Ending::None) {
     print(prompt.substr(0, last_line));
     const LineSource::Read read = lines_.next(prompt.substr(last_line), line);
     at_line_start_ = true;
     if (read == LineSource::Read::Interrupted) {
-      if (interrupted_before_) ending_ = Ending::Interrupted;
-      interrupted_before_ = true;
+      count_interrupts(1);
       return std::nullopt;
     }
-    interrupted_before_ = false;
+    interrupts_ = 0;
     last_line_ = line;
     if (read == LineSource::Read::Line) return line;
     if (read == LineSource::Read::End) {
@@ -112,9 +111,24 @@ bool TerminalHost::stays() {
   return ending_ == Ending::None;
 }
 
+void TerminalHost::count_interrupts(int presses) {
+  interrupts_ += presses;
+  if (ending_ == Ending::None && !lines_.is_terminal()) ending_ = Ending::Interrupted;
+}
+
+void TerminalHost::leave_if_wanted() {
+  interrupts_ = 0;
+  if (may_leave_drawing(*this)) ending_ = Ending::Interrupted;
+}
+
 std::optional<std::wstring> TerminalHost::next_command() {
   start_line();
+  if (!lines_.is_terminal() && interrupted()) count_interrupts(interrupt::take());
   while (ending_ == Ending::None || stays()) {
+    if (interrupts_ > 1) {
+      leave_if_wanted();
+      continue;
+    }
     if (std::optional<std::wstring> sent = take_sent()) return sent;
     if (lines_.at_end()) {
       ending_ = Ending::InputEnded;
@@ -368,7 +382,7 @@ void TerminalHost::move_progress(std::int64_t position) { progress_.move(positio
 
 void TerminalHost::end_progress() { progress_.end(); }
 
-// The key stays pressed until the next prompt, so that a second one before that leaves.
+// The key stays pressed until the next prompt, so that pressing it again and again leaves.
 bool TerminalHost::interrupted() {
   interrupt_seen_ = interrupt_seen_ || interrupt::is_pressed();
   return interrupt_seen_;

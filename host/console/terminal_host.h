@@ -105,6 +105,10 @@ class TerminalHost final : public ConsoleHost {
   void stop_if_strict();
   // Whether the person at the terminal, where the input ended, does not want to lose the changes.
   bool stays();
+  // A script ends at the first; at a terminal the prompt is to ask at the second.
+  void count_interrupts(int presses);
+  // The second Ctrl+C: ends the console unless the person keeps what is not saved.
+  void leave_if_wanted();
 
   LineSource& lines_;
   Manner manner_;
@@ -112,8 +116,8 @@ class TerminalHost final : public ConsoleHost {
   Ending ending_ = Ending::None;
   std::wstring last_line_;
   bool at_line_start_ = true;
-  bool interrupted_before_ = false;  // and no line was read since
-  bool interrupt_seen_ = false;      // by the running command, which ends for it
+  int interrupts_ = 0;           // since a line was read
+  bool interrupt_seen_ = false;  // by the running command, which ends for it
   Fault worst_fault_ = Fault::None;
   int locks_ = 0;
   bool escaped_ = false;                      // a question of the running command

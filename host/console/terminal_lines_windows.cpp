@@ -66,7 +66,7 @@ class TerminalLines final : public LineSource {
   // The reading ends a moment before or after the key is noticed.
   static Read interrupted() {
     constexpr int moments = 100;
-    for (int moment = 0; moment < moments && !interrupt::take(); ++moment)
+    for (int moment = 0; moment < moments && interrupt::take() == 0; ++moment)
       Sleep(10);
     return Read::Interrupted;
   }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <variant>
 
+#include "frame/walk.h"
 #include "geometry/curve_sampler.h"
 #include "geometry/hit_test.h"
 
@@ -81,12 +82,15 @@ std::unordered_set<EntityId> invisible_layers(const Drawing& drawing) {
   return layers;
 }
 
-// Calls visit(EntityId, const Outline&) for the visible entities whose extents pass the test.
-template <class Test, class Visit>
-void for_each_visible(const Drawing& drawing, Test&& test, Visit&& visit) {
+// Calls visit(EntityId, const Outline&) for the visible ones of the entities whose extents pass the
+// test, and begin() before each entity.
+template <class Begin, class Test, class Visit>
+void for_each_visible(const Drawing& drawing, const EntityList& entities, Begin&& begin,
+                      Test&& test, Visit&& visit) {
   const std::unordered_set<EntityId> invisible = invisible_layers(drawing);
   Outline outline;
-  for (const EntityId id : drawing.entities(Space::Model)) {
+  for (const EntityId id : entities) {
+    begin();
     if (invisible.contains(drawing.layer_of(id))) continue;
     const std::optional<Extents> extents = drawing.extents_of(id);
     if (!extents || !test(*extents)) continue;
@@ -97,24 +101,32 @@ void for_each_visible(const Drawing& drawing, Test&& test, Visit&& visit) {
 
 }  // namespace
 
-EntityList inside_polygon(const Drawing& drawing, std::span<const Point3> polygon) {
+EntityList inside_polygon(const Drawing& drawing, std::span<const Point3> polygon,
+                          ProgressMeter& meter) {
   EntityList found;
   if (polygon.size() < 3) return found;
   const Box box = grown(box_of(polygon), 0);
+  const EntityList entities = drawing.entities(Space::Model);
+  ReadWalk walk(meter, entities.size());
   for_each_visible(
-      drawing, [&box](const Extents& extents) { return contains(box, extents); },
+      drawing, entities, [&walk] { walk.step(); },
+      [&box](const Extents& extents) { return contains(box, extents); },
       [&](EntityId id, const Outline& outline) {
         if (path_inside_polygon(outline.path, polygon)) found.push_back(id);
       });
   return found;
 }
 
-EntityList crossing_polygon(const Drawing& drawing, std::span<const Point3> polygon) {
+EntityList crossing_polygon(const Drawing& drawing, std::span<const Point3> polygon,
+                            ProgressMeter& meter) {
   EntityList found;
   if (polygon.size() < 3) return found;
   const Box box = grown(box_of(polygon), 0);
+  const EntityList entities = drawing.entities(Space::Model);
+  ReadWalk walk(meter, entities.size());
   for_each_visible(
-      drawing, [&box](const Extents& extents) { return overlap(box, extents); },
+      drawing, entities, [&walk] { walk.step(); },
+      [&box](const Extents& extents) { return overlap(box, extents); },
       [&](EntityId id, const Outline& outline) {
         if (path_crosses_polygon(outline.path, polygon) ||
             (outline.is_area && point_in_polygon(polygon.front(), outline.path.points))) {
@@ -124,13 +136,17 @@ EntityList crossing_polygon(const Drawing& drawing, std::span<const Point3> poly
   return found;
 }
 
-EntityList crossing_fence(const Drawing& drawing, std::span<const Point3> path) {
+EntityList crossing_fence(const Drawing& drawing, std::span<const Point3> path,
+                          ProgressMeter& meter) {
   EntityList found;
   if (path.empty()) return found;
   const Box box = grown(box_of(path), 0);
   const Path fence{{path.begin(), path.end()}, false, {}};
+  const EntityList entities = drawing.entities(Space::Model);
+  ReadWalk walk(meter, entities.size());
   for_each_visible(
-      drawing, [&box](const Extents& extents) { return overlap(box, extents); },
+      drawing, entities, [&walk] { walk.step(); },
+      [&box](const Extents& extents) { return overlap(box, extents); },
       [&](EntityId id, const Outline& outline) {
         if (paths_cross(outline.path, fence) ||
             (outline.is_area && point_in_polygon(path.front(), outline.path.points))) {
@@ -146,7 +162,8 @@ std::optional<EntityId> nearest_entity(const Drawing& drawing, Point3 at, double
   Rank best{true, reach};
   const Box box = grown(box_of(std::span(&at, 1)), reach);
   for_each_visible(
-      drawing, [&box](const Extents& extents) { return overlap(box, extents); },
+      drawing, drawing.entities(Space::Model), [] {},
+      [&box](const Extents& extents) { return overlap(box, extents); },
       [&](EntityId id, const Outline& outline) {
         const bool within = outline.is_area && point_in_polygon(at, outline.path.points);
         const Rank rank{outline.is_area, within ? 0 : distance_to_path(outline.path, at)};

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "frame/entity_id.h"
+#include "frame/progress_meter.h"
 #include "host/standalone/drawing.h"
 
 namespace korvel {
@@ -15,16 +16,19 @@ namespace korvel {
 // block reference, or what is drawn as one, as the area of the extents of its contents. An entity
 // without extents (a ray, an unknown type) is never found.
 //
-// A polygon of fewer than three corners encloses nothing.
+// A polygon of fewer than three corners encloses nothing. What takes a meter throws Interrupted.
 
 // Entities that lie wholly in the polygon, outline included: a window.
-[[nodiscard]] EntityList inside_polygon(const Drawing& drawing, std::span<const Point3> polygon);
+[[nodiscard]] EntityList inside_polygon(const Drawing& drawing, std::span<const Point3> polygon,
+                                        ProgressMeter& meter);
 
 // Entities with any point in the polygon: a crossing window.
-[[nodiscard]] EntityList crossing_polygon(const Drawing& drawing, std::span<const Point3> polygon);
+[[nodiscard]] EntityList crossing_polygon(const Drawing& drawing, std::span<const Point3> polygon,
+                                          ProgressMeter& meter);
 
 // Entities that the open path through the points crosses or touches.
-[[nodiscard]] EntityList crossing_fence(const Drawing& drawing, std::span<const Point3> path);
+[[nodiscard]] EntityList crossing_fence(const Drawing& drawing, std::span<const Point3> path,
+                                        ProgressMeter& meter);
 
 // The entity nearest to the point, at most `reach` drawing units away. A curve goes before the
 // boxes of texts and block references it lies on, and the newest before others just as near.

@@ -330,45 +330,100 @@ TEST(CommandLoop, OnlyCommandsThatUseThePickFirstSetSeeIt) {
 // Ctrl+C is pressed as soon as a blank line has been handed out: while the command works.
 class InterruptedLines final : public LineSource {
  public:
-  explicit InterruptedLines(std::deque<std::wstring> lines) : lines_(std::move(lines)) {
-    interrupt::install();
+  InterruptedLines(std::deque<std::wstring> lines, bool is_terminal)
+      : lines_(std::move(lines)), is_terminal_(is_terminal) {
+    interrupt::install(99);
   }
   Read next(std::wstring_view /*prompt*/, std::wstring& line) override {
-    if (interrupt::take()) return Read::Interrupted;
+    if (interrupt::take() > 0) return Read::Interrupted;
     if (lines_.empty()) return Read::End;
     line = std::move(lines_.front());
     lines_.pop_front();
     if (line.empty()) (void)std::raise(SIGINT);
     return Read::Line;
   }
-  [[nodiscard]] bool is_terminal() const override { return false; }
+  [[nodiscard]] bool is_terminal() const override { return is_terminal_; }
 
  private:
   std::deque<std::wstring> lines_;
+  bool is_terminal_;
 };
 
-TEST(HostCommands, CtrlCEndsTheCommandAndIsNotSeenByTheNextPrompt) {
+// At a terminal the next prompt does not see the key; a script ends.
+TEST(HostCommands, CtrlCEndsTheCommandOrTheScript) {
   if (std::filesystem::path::preferred_separator == '\\') {
     GTEST_SKIP() << "the key is no signal here";
   }
   struct Case {
     const wchar_t* command;
     std::string_view printed;
+    bool is_terminal;
   };
-  for (const auto& [command, printed] :
-       {Case{L"LIST", "2 found\n*Cancel*\n"}, Case{L"ERASE", "2 found\n0 erased.\n*Cancel*\n"}}) {
-    InterruptedLines lines({command, L"ALL", L"", L"NEXT"});
-    TerminalHost host(Drawing::blank(), lines, {});
+  for (const auto& [command, printed, is_terminal] :
+       {Case{L"LIST", "2 found\n*Cancel*\n", true}, Case{L"LIST", "2 found\n*Cancel*\n", false},
+        Case{L"ERASE", "2 found\n0 erased.\n*Cancel*\n", true}}) {
+    InterruptedLines lines({command, L"ALL", L"", L"NEXT"}, is_terminal);
+    TerminalHost host(Drawing::blank(), lines, {.saves_at_end = true});
     for (const double x : {0.0, 1.0}) {
       ASSERT_TRUE(host.drawing().add_entity({PointShape{{x, 0, 0}}}, EntityProperties{}));
     }
     testing::internal::CaptureStdout();
     FewCommands none(host);
     CommandLoop(host, lines, none).run();
-    const std::string unknown = "Unknown command \"NEXT\". Press F1 for help.\n";
+    const std::string unknown = is_terminal ? "Unknown command \"NEXT\". Press F1 for help.\n" : "";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(printed) + unknown);
     EXPECT_EQ(host.drawing().entities(Space::Model).size(), 2U);
-    EXPECT_EQ(host.ending(), Ending::InputEnded);
+    EXPECT_EQ(host.ending(), is_terminal ? Ending::InputEnded : Ending::Interrupted);
+  }
+}
+
+// Answers to the questions, and Ctrl+C where there is a "^C"; what was asked is kept.
+class PressedLines final : public LineSource {
+ public:
+  explicit PressedLines(std::deque<std::wstring> lines) : lines_(std::move(lines)) {}
+  Read next(std::wstring_view prompt, std::wstring& line) override {
+    asked += prompt;
+    if (lines_.empty()) return Read::End;
+    line = std::move(lines_.front());
+    lines_.pop_front();
+    return line == L"^C" ? Read::Interrupted : Read::Line;
+  }
+  [[nodiscard]] bool is_terminal() const override { return true; }
+  std::wstring asked;
+
+ private:
+  std::deque<std::wstring> lines_;
+};
+
+TEST(TerminalHost, TheSecondCtrlCAsksBeforeChangesAreDiscarded) {
+  const std::wstring command(command_prompt);
+  const std::wstring question = L"Discard all changes to drawing? [Yes/No] <No>: ";
+  const struct {
+    bool changed;
+    std::deque<std::wstring> lines;
+    std::wstring asked;
+    Ending ending;
+  } cases[] = {
+      {false, {L"^C", L"^C"}, command + command, Ending::Interrupted},
+      {true, {L"^C", L"^C", L"Y"}, command + command + question, Ending::Interrupted},
+      {true, {L"^C", L"^C", L"N", L"GO"}, command + command + question + command, Ending::None},
+      {true, {L"^C", L"^C", L"^C", L"GO"}, command + command + question + command, Ending::None},
+      {true,
+       {L"^C", L"^C", L"^C", L"^C", L"Y"},
+       command + command + question + command + question,
+       Ending::Interrupted},
+  };
+  for (const auto& test : cases) {
+    PressedLines lines(test.lines);
+    TerminalHost host(Drawing::blank(), lines, {});
+    testing::internal::CaptureStdout();
+    if (test.changed) {
+      (void)host.drawing().add_entity({PointShape{}}, EntityProperties{});
+    }
+    EXPECT_EQ(host.next_command().has_value(), test.ending == Ending::None);
+    (void)testing::internal::GetCapturedStdout();
+    EXPECT_EQ(lines.asked, test.asked);
+    EXPECT_EQ(host.ending(), test.ending);
   }
 }
 

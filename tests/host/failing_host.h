@@ -88,7 +88,7 @@ class FailingHost final : public ForwardingHost {
   [[nodiscard]] std::optional<EntityGeometry> geometry_of(EntityId entity) const override {
     return failures_.open.contains(entity) ? std::nullopt : Base::geometry_of(entity);
   }
-  [[nodiscard]] EntityList entities_around(Point3 point) const override {
+  [[nodiscard]] EntityList entities_around(Point3 point) override {
     return DrawingHost::entities_around(point);
   }
   [[nodiscard]] std::optional<EntityProperties> properties_of(EntityId entity) const override {

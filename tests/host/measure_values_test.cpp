@@ -61,7 +61,7 @@ TEST_F(MeasureValues, GoIntoTheFirstRecordOfWhatHasThem) {
     attach(id);
   const Failures failures{.open = {gone}};
   FailingStore store(store_, failures);
-  const FailingHost host(host_, failures);
+  FailingHost host(host_, failures);
 
   const MeasureCounts counts = set_measures(store, host, {thick, flat, bare, gone, point, locked},
                                             {L"T", L"LENGTH", L"AREA", L"VOLUME", 3});

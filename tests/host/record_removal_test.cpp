@@ -2,6 +2,7 @@
 #include "attach/record_removal.h"
 
 #include "attach/duplicate_removal.h"
+#include "attach/unused_tables.h"
 #include "tests/host/failing_host.h"
 #include "tests/host/scripted_host.h"
 #include "tests/host/test_drawing.h"
@@ -96,6 +97,24 @@ TEST(RemoveRecords, OfTheTablesOrAll) {
     for (std::size_t i = 0; i < left.size(); ++i)
       EXPECT_EQ(removal.left(removal.ids[i]), left[i]) << i;
   }
+}
+
+TEST(UnusedTables, AreThoseOfNoEntityWhateverItsLayerIs) {
+  ScriptedHost host(make_drawing({{L"Frozen", true}, {L"Locked"}, {L"Off", false, false, true}},
+                                 {{L"Frozen"}, {L"Locked"}, {L"Off"}}));
+  StandaloneStore store(host.drawing());
+  const std::vector<std::wstring> used = {L"A_FROZEN", L"B_LOCKED", L"C_OFF"};
+  for (const std::wstring& table : used) {
+    (void)store.define_table({table, {}});
+    EXPECT_TRUE(store.attach(host.model_space()[&table - used.data()], {table, {}}));
+  }
+  (void)store.define_table({L"D_NONE", {}});
+  Layer locked = host.layers()[1];
+  locked.locked = true;
+  host.drawing().change_layer(locked);
+  const TableUse use = table_use(store, host);
+  EXPECT_EQ(use.used, used);
+  EXPECT_EQ(use.unused, std::vector<std::wstring>{L"D_NONE"});
 }
 
 }  // namespace

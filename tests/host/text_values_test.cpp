@@ -76,7 +76,7 @@ TEST_F(TextValues, AreTheOneTextInReach) {
   const EntityId gone = draw_with_record(bulged({-5, 0, 0}, {5, 0, 0}, true));
   const Failures failures{.open = {gone}};
   FailingStore store(store_, failures);
-  const FailingHost host(host_, failures);
+  FailingHost host(host_, failures);
 
   expect_counts(
       set_texts(store, host, {round, crowded, locked, empty, bare, gone}, {L"T", L"TEXT", 0}),
@@ -151,7 +151,7 @@ TEST_F(TextValues, ReachABlockReferenceAtItsInsertionPoint) {
   const EntityId tree = draw_with_record(PointShape{{7, 7, 7}});
   BlockReferenceShape reference;
   reference.position = {100, 0, 9};
-  const ReplacingHost host(host_, reference);
+  ReplacingHost host(host_, reference);
   expect_counts(set_texts(store_, host, {tree}, {L"T", L"TEXT", 2.9}), {0, 1, 1, 0});
   expect_counts(set_texts(store_, host, {tree}, {L"T", L"TEXT", 3}), {1, 1, 0, 0});
 }

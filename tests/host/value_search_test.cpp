@@ -1,10 +1,8 @@
 // The value search over entities whose records say the same in different tables, or cannot be read.
 #include "search/value_search.h"
 
-#include <gtest/gtest.h>
-
-#include "host/standalone/standalone_store.h"
 #include "tests/host/failing_host.h"
+#include "tests/host/scripted_host.h"
 #include "tests/host/test_drawing.h"
 
 namespace korvel::test {

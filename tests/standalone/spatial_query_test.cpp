@@ -14,6 +14,28 @@ using Points = std::vector<Point3>;
 
 Points window(Point3 a, Point3 b) { return {a, {b.x, a.y}, b, {a.x, b.y}}; }
 
+class SilentMeter final : public ProgressMeter {
+ public:
+  void start_progress(std::wstring_view, std::int64_t) override {}
+  void move_progress(std::int64_t) override {}
+  void end_progress() override {}
+};
+
+EntityList inside(const Drawing& drawing, const Points& polygon) {
+  SilentMeter meter;
+  return inside_polygon(drawing, polygon, meter);
+}
+
+EntityList crossing(const Drawing& drawing, const Points& polygon) {
+  SilentMeter meter;
+  return crossing_polygon(drawing, polygon, meter);
+}
+
+EntityList crossing_path(const Drawing& drawing, const Points& path) {
+  SilentMeter meter;
+  return crossing_fence(drawing, path, meter);
+}
+
 // A drawing and the letters of its entities.
 class Plan {
  public:
@@ -80,8 +102,8 @@ TEST(SpatialQuery, WindowsTakeWhatLiesInsideAndCrossingsWhatTheyTouch) {
       {"fewer than three corners", {{0, 0}, {10, 10}}, "", ""},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(plan.names(inside_polygon(*plan.drawing, c.polygon)), c.inside) << c.name;
-    EXPECT_EQ(plan.names(crossing_polygon(*plan.drawing, c.polygon)), c.crossing) << c.name;
+    EXPECT_EQ(plan.names(inside(*plan.drawing, c.polygon)), c.inside) << c.name;
+    EXPECT_EQ(plan.names(crossing(*plan.drawing, c.polygon)), c.crossing) << c.name;
   }
 }
 
@@ -99,7 +121,7 @@ TEST(SpatialQuery, FencesTakeWhatTheirPathMeets) {
       {{}, ""},
   };
   for (const auto& [fence, expected] : cases) {
-    EXPECT_EQ(plan.names(crossing_fence(*plan.drawing, fence)), expected);
+    EXPECT_EQ(plan.names(crossing_path(*plan.drawing, fence)), expected);
   }
 }
 
@@ -142,10 +164,10 @@ TEST(SpatialQuery, FrozenAndOffLayersAreLeftOutAndLockedOnesAreNot) {
     ASSERT_TRUE(plan.drawing->change_layer(layer));
   }
   const Points around = window({0, 0}, {2, 2});
-  EXPECT_EQ(plan.names(inside_polygon(*plan.drawing, around)), "c");
-  EXPECT_EQ(plan.names(crossing_polygon(*plan.drawing, around)), "c");
-  EXPECT_EQ(plan.names(crossing_fence(*plan.drawing, window({0, 0}, {2, 2}))), "");
-  EXPECT_EQ(plan.names(crossing_fence(*plan.drawing, Points{{0, 0}, {2, 2}})), "c");
+  EXPECT_EQ(plan.names(inside(*plan.drawing, around)), "c");
+  EXPECT_EQ(plan.names(crossing(*plan.drawing, around)), "c");
+  EXPECT_EQ(plan.names(crossing_path(*plan.drawing, window({0, 0}, {2, 2}))), "");
+  EXPECT_EQ(plan.names(crossing_path(*plan.drawing, Points{{0, 0}, {2, 2}})), "c");
   EXPECT_EQ(plan.nearest({1, 1}, 1), "c");
 }
 
@@ -161,11 +183,11 @@ TEST(SpatialQuery, BlockReferencesCountByTheExtentsOfTheirContents) {
   const auto drawing = Drawing::read(drawing_with_block, "block.dxf");
   ASSERT_TRUE(drawing) << drawing.reason();
   const Drawing& plan = **drawing;
-  EXPECT_EQ(inside_polygon(plan, window({10, 10}, {14, 12})).size(), 1U);
-  EXPECT_EQ(inside_polygon(plan, window({10, 10}, {13.9, 12})).size(), 0U);
-  EXPECT_EQ(crossing_polygon(plan, window({10.1, 11.8}, {10.2, 11.9})).size(), 1U);
-  EXPECT_EQ(crossing_polygon(plan, window({9, 9}, {9.9, 9.9})).size(), 0U);
-  EXPECT_EQ(crossing_fence(plan, Points{{9, 11}, {15, 11}}).size(), 1U);
+  EXPECT_EQ(inside(plan, window({10, 10}, {14, 12})).size(), 1U);
+  EXPECT_EQ(inside(plan, window({10, 10}, {13.9, 12})).size(), 0U);
+  EXPECT_EQ(crossing(plan, window({10.1, 11.8}, {10.2, 11.9})).size(), 1U);
+  EXPECT_EQ(crossing(plan, window({9, 9}, {9.9, 9.9})).size(), 0U);
+  EXPECT_EQ(crossing_path(plan, Points{{9, 11}, {15, 11}}).size(), 1U);
   EXPECT_TRUE(nearest_entity(plan, {13, 11}, 0.1));
   EXPECT_FALSE(nearest_entity(plan, {14.2, 11}, 0.1));
 }

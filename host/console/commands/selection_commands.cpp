@@ -27,11 +27,10 @@ void erase(ConsoleHost& host) {
   bool stopped = false;
   {
     const DocumentLock lock(host);
+    WriteWalk walk(host, entities->size());
     for (const EntityId id : *entities) {
-      if (host.interrupted()) {  // what was erased so far is one step of UNDO
-        stopped = true;
-        break;
-      }
+      stopped = !walk.step();
+      if (stopped) break;
       if (host.drawing().on_locked_layer(id)) {
         ++locked;
       } else if (host.drawing().erase(id)) {
