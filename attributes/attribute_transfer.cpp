@@ -1,9 +1,12 @@
 #include "attributes/attribute_transfer.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
+#include <utility>
 
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
@@ -27,30 +30,68 @@ struct MappedTable {
   bool is_carried = false;            // by the reference at hand
 };
 
-// The mappings of one block, table by table.
-using MappedTables = std::vector<MappedTable>;
-
-MappedTable* find_table(MappedTables& tables, std::wstring_view name) {
-  const auto found = std::ranges::find_if(
-      tables, [name](const MappedTable& table) { return table.defaults.table == name; });
-  return found == tables.end() ? nullptr : &*found;
-}
-
-MappedTables tables_of(const std::vector<MappedAttribute>& attributes, const ODStore& store) {
-  MappedTables tables;
-  for (const MappedAttribute& attribute : attributes) {
-    const std::optional<ODTableDef> definition = store.table(attribute.table);
-    const auto column = definition ? definition->column(attribute.column) : std::nullopt;
-    if (!column) continue;
-    MappedTable* table = find_table(tables, attribute.table);
-    if (table == nullptr) {
-      table = &tables.emplace_back(MappedTable{default_record(*definition), {}});
+// The mappings of one block.
+class MappedTables {
+ public:
+  MappedTables(const std::vector<MappedAttribute>& attributes, const ODStore& store) {
+    std::map<std::wstring_view, std::optional<ODTableDef>> definitions;
+    for (const MappedAttribute& attribute : attributes) {
+      const auto [known, is_new] = definitions.try_emplace(attribute.table);
+      std::optional<ODTableDef>& definition = known->second;
+      if (is_new) definition = store.table(attribute.table);
+      const auto column = definition ? definition->column(attribute.column) : std::nullopt;
+      if (column) add(attribute, *definition, *column);
     }
-    table->columns.push_back(
-        {attribute.tag, static_cast<int>(*column), zero_value(definition->columns[*column].type)});
   }
-  return tables;
-}
+
+  // In the order of the mapping.
+  [[nodiscard]] std::vector<MappedTable>& in_order() { return tables_; }
+  [[nodiscard]] MappedTable* find(std::wstring_view name) {
+    const auto found = places_.find(name);
+    return found == places_.end() ? nullptr : &tables_[found->second];
+  }
+
+ private:
+  void add(const MappedAttribute& attribute, const ODTableDef& table, std::size_t column) {
+    const auto [place, is_new] = places_.try_emplace(attribute.table, tables_.size());
+    if (is_new) tables_.push_back({default_record(table), {}});
+    tables_[place->second].columns.push_back(
+        {attribute.tag, static_cast<int>(column), zero_value(table.columns[column].type)});
+  }
+
+  std::vector<MappedTable> tables_;
+  std::map<std::wstring, std::size_t, std::less<>> places_;
+};
+
+// The attributes of one reference after the other, by their tags.
+class TaggedAttributes {
+ public:
+  struct Tagged {
+    std::wstring_view tag;
+    std::size_t index;  // in attributes_of
+  };
+
+  void take(std::vector<BlockAttribute> attributes) {
+    attributes_ = std::move(attributes);
+    by_tag_.clear();
+    for (std::size_t i = 0; i < attributes_.size(); ++i)
+      by_tag_.push_back({attributes_[i].tag, i});
+    std::ranges::stable_sort(by_tag_, {}, &Tagged::tag);
+  }
+
+  // In their order.
+  [[nodiscard]] std::span<const Tagged> with(std::wstring_view tag) const {
+    const auto found = std::ranges::equal_range(by_tag_, tag, {}, &Tagged::tag);
+    return {found.begin(), found.end()};
+  }
+  [[nodiscard]] const std::wstring& text(const Tagged& attribute) const {
+    return attributes_[attribute.index].text;
+  }
+
+ private:
+  std::vector<BlockAttribute> attributes_;
+  std::vector<Tagged> by_tag_;
+};
 
 // Calls work(reference, its attributes, its mapped tables) for each reference whose block has a
 // mapping, and counts them.
@@ -59,7 +100,8 @@ std::size_t for_each_reference(const AttributeMapping& mapping, const ODStore& s
                                DrawingHost& host, const EntityList& entities, const Work& work) {
   std::map<std::wstring, MappedTables, std::less<>> blocks;
   for (const auto& [block, attributes] : mapping)
-    blocks.emplace(block, tables_of(attributes, store));
+    blocks.emplace(block, MappedTables(attributes, store));
+  TaggedAttributes tagged;
   std::size_t references = 0;
   WriteWalk walk(host, entities.size());
   for (const EntityId entity : entities) {
@@ -69,30 +111,32 @@ std::size_t for_each_reference(const AttributeMapping& mapping, const ODStore& s
     const auto block = blocks.find(*name);
     if (block == blocks.end()) continue;
     ++references;
-    work(entity, host.attributes_of(entity), block->second);
+    tagged.take(host.attributes_of(entity));
+    work(entity, tagged, block->second);
   }
   return references;
 }
 
-void take_texts(const std::vector<BlockAttribute>& attributes, MappedTables& tables) {
-  for (MappedTable& table : tables) {
+// Of several attributes with one tag the first counts.
+void take_texts(const TaggedAttributes& attributes, MappedTables& tables) {
+  for (MappedTable& table : tables.in_order()) {
     for (MappedColumn& column : table.columns) {
-      const auto found = std::ranges::find(attributes, column.tag, &BlockAttribute::tag);
-      column.is_known = found != attributes.end() && store_text(found->text, column.value);
+      const auto found = attributes.with(column.tag);
+      column.is_known = !found.empty() && store_text(attributes.text(found.front()), column.value);
     }
   }
 }
 
 std::size_t attach_missing(ODStore& store, RecordIterator& walk, EntityId entity,
                            MappedTables& tables) {
-  for (MappedTable& table : tables)
+  for (MappedTable& table : tables.in_order())
     table.is_carried = false;
   for (walk.open(entity, OpenMode::Read); !walk.done(); walk.next()) {
-    if (MappedTable* const table = find_table(tables, walk.table_name())) table->is_carried = true;
+    if (MappedTable* const table = tables.find(walk.table_name())) table->is_carried = true;
   }
   walk.open({}, OpenMode::Read);  // nothing can be attached where an iterator stands
   std::size_t attached = 0;
-  for (const MappedTable& table : tables) {
+  for (const MappedTable& table : tables.in_order()) {
     if (!table.is_carried && store.attach(entity, table.defaults)) ++attached;
   }
   return attached;
@@ -100,7 +144,7 @@ std::size_t attach_missing(ODStore& store, RecordIterator& walk, EntityId entity
 
 void write_values(RecordIterator& walk, EntityId entity, MappedTables& tables) {
   for (walk.open(entity, OpenMode::Write); !walk.done(); walk.next()) {
-    const MappedTable* const table = find_table(tables, walk.table_name());
+    const MappedTable* const table = tables.find(walk.table_name());
     if (table == nullptr) continue;
     for (const MappedColumn& column : table->columns) {
       if (column.is_known) walk.set_value(column.index, view_of(column.value));
@@ -119,16 +163,6 @@ void write_text(const ODValueView& value, std::wstring& text) {
   append_fixed_text(point->y, decimals_of_points, text);
   text += L", ";
   append_fixed_text(point->z, decimals_of_points, text);
-}
-
-std::size_t set_texts(DrawingHost& host, EntityId reference,
-                      const std::vector<BlockAttribute>& attributes, std::wstring_view tag,
-                      std::wstring_view text) {
-  std::size_t set = 0;
-  for (std::size_t i = 0; i < attributes.size(); ++i) {
-    if (attributes[i].tag == tag && host.set_attribute_text(reference, i, text)) ++set;
-  }
-  return set;
 }
 
 // None: the user cancelled, or the file says nothing to go by, and the user knows.
@@ -170,8 +204,7 @@ AttributeTransfer load_attributes(const AttributeMapping& mapping, ODStore& stor
                                   DrawingHost& host, const EntityList& entities) {
   AttributeTransfer loaded;
   const std::unique_ptr<RecordIterator> walk = store.records();
-  const auto load = [&](EntityId entity, const std::vector<BlockAttribute>& attributes,
-                        MappedTables& tables) {
+  const auto load = [&](EntityId entity, const TaggedAttributes& attributes, MappedTables& tables) {
     take_texts(attributes, tables);
     loaded.made += attach_missing(store, *walk, entity, tables);
     write_values(*walk, entity, tables);
@@ -184,19 +217,23 @@ AttributeTransfer store_attributes(const AttributeMapping& mapping, ODStore& sto
                                    DrawingHost& host, const EntityList& entities) {
   AttributeTransfer stored;
   std::wstring text;
+  std::vector<AttributeText> texts;
   const std::unique_ptr<RecordIterator> walk = store.records();
-  const auto write = [&](EntityId entity, const std::vector<BlockAttribute>& attributes,
+  const auto write = [&](EntityId entity, const TaggedAttributes& attributes,
                          MappedTables& tables) {
+    texts.clear();
     for (walk->open(entity, OpenMode::Read); !walk->done(); walk->next()) {
-      const MappedTable* const table = find_table(tables, walk->table_name());
+      const MappedTable* const table = tables.find(walk->table_name());
       if (table == nullptr) continue;
       for (const MappedColumn& column : table->columns) {
         const ODValueView value = walk->value(column.index);
         if (type_of(value) == ODType::Unknown) continue;
         write_text(value, text);
-        stored.made += set_texts(host, entity, attributes, column.tag, text);
+        for (const TaggedAttributes::Tagged& attribute : attributes.with(column.tag))
+          texts.push_back({attribute.index, text});
       }
     }
+    if (!texts.empty()) stored.made += host.set_attribute_texts(entity, texts);
   };
   stored.references = for_each_reference(mapping, store, host, entities, write);
   return stored;

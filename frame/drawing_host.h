@@ -65,6 +65,12 @@ struct BlockAttribute {
   friend bool operator==(const BlockAttribute&, const BlockAttribute&) = default;
 };
 
+// A text for one of them.
+struct AttributeText {
+  std::size_t attribute = 0;  // its index in attributes_of
+  std::wstring text;
+};
+
 class DrawingHost : public ProgressMeter, public FileAccess, public Refusals {
  public:
   // --- Entities ---
@@ -130,11 +136,12 @@ class DrawingHost : public ProgressMeter, public FileAccess, public Refusals {
   // for any other entity and for one that cannot be opened.
   [[nodiscard]] virtual std::vector<BlockAttribute> attributes_of(EntityId reference) const = 0;
 
-  // Gives one attribute, by its index in attributes_of, another text. False, and nothing changed,
-  // when there is no such attribute, it cannot be opened for writing (what counts is its own layer,
-  // not the layer of the reference), or the drawing cannot hold the text.
-  virtual bool set_attribute_text(EntityId reference, std::size_t attribute,
-                                  std::wstring_view text) = 0;
+  // Gives attributes of one reference other texts, one after the other, and gives how many of the
+  // texts were taken. One is refused, and changes nothing, when there is no such attribute, it
+  // cannot be opened for writing (what counts is its own layer, not the layer of the reference), or
+  // the drawing cannot hold the text.
+  virtual std::size_t set_attribute_texts(EntityId reference,
+                                          const std::vector<AttributeText>& texts) = 0;
 
   // --- Extension dictionaries ---
 

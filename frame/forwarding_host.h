@@ -207,9 +207,9 @@ class ForwardingHost : public DrawingHost {
   [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
     return target_.attributes_of(reference);
   }
-  bool set_attribute_text(EntityId reference, std::size_t attribute,
-                          std::wstring_view text) override {
-    return target_.set_attribute_text(reference, attribute, text);
+  std::size_t set_attribute_texts(EntityId reference,
+                                  const std::vector<AttributeText>& texts) override {
+    return target_.set_attribute_texts(reference, texts);
   }
 
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {

@@ -49,6 +49,11 @@ void TraceLine::append(const BlockAttribute& attribute) {
   append(attribute.text);
 }
 
+void TraceLine::append(const AttributeText& text) {
+  append(text.attribute);
+  append(text.text);
+}
+
 void TraceLine::append(const Extents& extents) {
   append(extents.min);
   line_ += L" to ";

@@ -67,6 +67,7 @@ class TraceLine {
   void append(const ODColumnDef& column) { append(column.name); }
   void append(const ODTableDef& definition);
   void append(const BlockAttribute& attribute);
+  void append(const AttributeText& text);
   void append(const ExtensionEntry& entry) { append(entry.name); }
   void append(const Layer& layer) { append(layer.name); }
   void append(const EntityProperties& properties) { append(properties.layer); }

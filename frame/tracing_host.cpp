@@ -68,10 +68,10 @@ class TracingHost final : public ForwardingHost {
   [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
     return TraceLine(L"attributes_of", reference).returns(sink_, Base::attributes_of(reference));
   }
-  bool set_attribute_text(EntityId reference, std::size_t attribute,
-                          std::wstring_view text) override {
-    return TraceLine(L"set_attribute_text", reference, attribute, text)
-        .returns(sink_, Base::set_attribute_text(reference, attribute, text));
+  std::size_t set_attribute_texts(EntityId reference,
+                                  const std::vector<AttributeText>& texts) override {
+    return TraceLine(L"set_attribute_texts", reference, texts)
+        .returns(sink_, Base::set_attribute_texts(reference, texts));
   }
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
     return TraceLine(L"extension_entries", entity).returns(sink_, Base::extension_entries(entity));

@@ -58,15 +58,16 @@ void expect_same_records(Drawing& drawing, Drawing& reread) {
 
 // What cannot be set stays, what can is there afterwards; nothing else is.
 void change_attributes(Drawing& drawing, EntityId reference) {
-  constexpr std::wstring_view text = L"^J \\U+4E2D\n\u4E2D ";
+  const std::wstring text = L"^J \\U+4E2D\n\u4E2D ";
   const std::vector<BlockAttribute> before = drawing.attributes_of(reference);
   for (std::size_t i = 0; i < before.size(); ++i) {
-    const bool is_set = drawing.set_attribute_text(reference, i, text);
+    const bool is_set = drawing.set_attribute_texts(reference, {{i, text}}) == 1;
     const std::vector<BlockAttribute> now = drawing.attributes_of(reference);
     expect(now.size() == before.size() && now[i].tag == before[i].tag, "another attribute");
     expect(now[i].text == (is_set ? text : before[i].text), "another text than was set");
   }
-  expect(!drawing.set_attribute_text(reference, before.size(), text), "an attribute too many");
+  expect(drawing.set_attribute_texts(reference, {{before.size(), text}}) == 0,
+         "an attribute too many");
 }
 
 // Attaches a record to every entity, changes attributes and erases some entities.

@@ -63,9 +63,9 @@ std::vector<BlockAttribute> ArxHost::attributes_of(EntityId reference) const {
   return arx::attributes_of(reference);
 }
 
-bool ArxHost::set_attribute_text(EntityId reference, std::size_t attribute,
-                                 std::wstring_view text) {
-  return arx::set_attribute_text(reference, attribute, text);
+std::size_t ArxHost::set_attribute_texts(EntityId reference,
+                                         const std::vector<AttributeText>& texts) {
+  return arx::set_attribute_texts(reference, texts);
 }
 
 std::vector<ExtensionEntry> ArxHost::extension_entries(EntityId entity) const {

@@ -29,8 +29,8 @@ class ArxHost final : public DrawingHost {
 
   [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity) const override;
   [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override;
-  bool set_attribute_text(EntityId reference, std::size_t attribute,
-                          std::wstring_view text) override;
+  std::size_t set_attribute_texts(EntityId reference,
+                                  const std::vector<AttributeText>& texts) override;
 
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override;
   bool store_extension_entry(EntityId entity, const ExtensionEntry& entry) override;

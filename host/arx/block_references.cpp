@@ -65,13 +65,17 @@ std::vector<BlockAttribute> attributes_of(EntityId reference) {
   return attributes;
 }
 
-bool set_attribute_text(EntityId reference, std::size_t attribute, std::wstring_view text) {
-  for (const AcDbObjectId& id : attribute_ids(reference)) {
-    if (!open_as<AcDbAttribute>(id, AcDb::kForRead) || attribute-- > 0) continue;
-    const auto opened = open_as<AcDbAttribute>(id, AcDb::kForWrite);
-    return opened && set_text(*opened, std::wstring(text));
+std::size_t set_attribute_texts(EntityId reference, const std::vector<AttributeText>& texts) {
+  std::vector<AcDbObjectId> attributes = attribute_ids(reference);
+  std::erase_if(attributes,
+                [](const AcDbObjectId& id) { return !open_as<AcDbAttribute>(id, AcDb::kForRead); });
+  std::size_t taken = 0;
+  for (const AttributeText& wanted : texts) {
+    if (wanted.attribute >= attributes.size()) continue;
+    const auto opened = open_as<AcDbAttribute>(attributes[wanted.attribute], AcDb::kForWrite);
+    if (opened && set_text(*opened, wanted.text)) ++taken;
   }
-  return false;
+  return taken;
 }
 
 }  // namespace korvel::arx

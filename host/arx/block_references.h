@@ -18,6 +18,6 @@ namespace korvel::arx {
 // As DrawingHost has them.
 [[nodiscard]] std::optional<std::wstring> block_name_of(EntityId entity);
 [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference);
-bool set_attribute_text(EntityId reference, std::size_t attribute, std::wstring_view text);
+std::size_t set_attribute_texts(EntityId reference, const std::vector<AttributeText>& texts);
 
 }  // namespace korvel::arx

@@ -77,10 +77,9 @@ void AttributeReader::read_embedded_part(AttributeRecord& attribute) {
   }
 }
 
-std::optional<std::string> with_attribute_text(std::string_view reference,
-                                               const AttributeRecord& attribute,
-                                               std::wstring_view text,
-                                               const dxf::Document& document) {
+std::optional<std::string> attribute_text_groups(const AttributeRecord& attribute,
+                                                 std::wstring_view text,
+                                                 const dxf::Document& document) {
   if (!attribute.place) return std::nullopt;
   std::string groups;
   dxf::GroupWriter writer(document.manner(), document.codec(), groups);
@@ -91,13 +90,7 @@ std::optional<std::string> with_attribute_text(std::string_view reference,
     if (encoded.size() > longest_text(document)) return std::nullopt;
     writer.raw(text_code, encoded);
   }
-  const auto [begin, end] = *attribute.place;
-  std::string bytes;
-  bytes.reserve(reference.size() - (end - begin) + groups.size());
-  bytes += reference.substr(0, begin);
-  bytes += groups;
-  bytes += reference.substr(end);
-  return bytes;
+  return groups;
 }
 
 std::optional<std::wstring> multi_line_text(const dxf::Document& document, dxf::ItemIndex xrecord) {

@@ -48,12 +48,11 @@ class AttributeReader {
   bool is_reference_;
 };
 
-// The bytes of the reference with another text for this attribute, of which nothing but the groups
-// of the text differs. None when they have no place or the text is too long for one group.
-[[nodiscard]] std::optional<std::string> with_attribute_text(std::string_view reference,
-                                                             const AttributeRecord& attribute,
-                                                             std::wstring_view text,
-                                                             const dxf::Document& document);
+// The groups of another text, to stand in the attribute's place. None when it has no place or the
+// text is too long for one group.
+[[nodiscard]] std::optional<std::string> attribute_text_groups(const AttributeRecord& attribute,
+                                                               std::wstring_view text,
+                                                               const dxf::Document& document);
 
 // The whole text of a multi-line attribute in the XRECORD that R2000 to R2013 keep it in; none if
 // it says nothing of a text.

@@ -1,4 +1,5 @@
 // The names and the attributes of a drawing's block references.
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -58,21 +59,46 @@ bool Drawing::keeps_its_text(const AttributeRecord& attribute) const {
          extension_object(attribute.extension_dictionary, "ACAD_FIELD");
 }
 
-bool Drawing::set_attribute_text(EntityId id, std::size_t attribute, std::wstring_view text) {
+std::size_t Drawing::set_attribute_texts(EntityId id, const std::vector<AttributeText>& texts) {
   const Entity* const known = entity(id);
-  if (known == nullptr) return false;
+  if (known == nullptr) return 0;
+  std::vector<const AttributeText*> wanted;
+  wanted.reserve(texts.size());
+  for (const AttributeText& text : texts)
+    wanted.push_back(&text);
+  std::ranges::stable_sort(wanted, {}, &AttributeText::attribute);
+
+  const std::string_view former = document_.bytes(known->item);
+  std::string changed;
+  std::size_t copied = 0;  // bytes of `former`
+  std::size_t taken = 0;
   AttributeReader reader(document_.groups(known->item), document_.codec());
   AttributeRecord record;
-  for (std::size_t i = 0; i <= attribute; ++i) {
-    if (!reader.next(record)) return false;
+  auto next = wanted.begin();
+  for (std::size_t place = 0; next != wanted.end() && reader.next(record); ++place) {
+    if ((*next)->attribute != place) continue;
+    const bool is_kept = keeps_its_text(record);
+    std::wstring_view text = record.text;
+    std::optional<std::string> groups;
+    for (; next != wanted.end() && (*next)->attribute == place; ++next) {
+      if (is_kept) continue;
+      if ((*next)->text != text) {
+        std::optional<std::string> made = attribute_text_groups(record, (*next)->text, document_);
+        if (!made) continue;
+        groups = std::move(made);
+        text = (*next)->text;
+      }
+      ++taken;
+    }
+    if (!groups || text == record.text) continue;
+    changed += former.substr(copied, record.place->begin - copied);
+    changed += *groups;
+    copied = record.place->end;
   }
-  if (keeps_its_text(record)) return false;
-  if (record.text == text) return true;
-  const std::optional<std::string> bytes =
-      with_attribute_text(document_.bytes(known->item), record, text, document_);
-  if (!bytes) return false;
-  replace_item(known->item, *bytes);
-  return true;
+  if (copied == 0) return taken;
+  changed += former.substr(copied);
+  replace_item(known->item, changed);
+  return taken;
 }
 
 }  // namespace korvel

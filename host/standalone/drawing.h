@@ -130,12 +130,13 @@ class Drawing {
   bool set_geometry(EntityId id, const EntityGeometry& geometry);
   // Gives the entity these properties; false when it does not exist or its layer is locked.
   bool set_properties(EntityId id, const EntityProperties& properties);
-  // Gives an attribute, by its index in attributes_of, another text; no other byte of the reference
-  // changes. False when the reference or the attribute does not exist, the attribute's own layer is
-  // locked, the text is too long for its one group (255 bytes before R2000, 2,049 since; the texts
-  // of multi-line attributes lie in several), or it would not last: a field computes it, or it is
-  // that of a multi-line attribute of R2000 to R2013, which the file keeps twice.
-  bool set_attribute_text(EntityId id, std::size_t attribute, std::wstring_view text);
+  // Gives attributes other texts, one after the other, and gives how many were taken; no other byte
+  // of the reference changes. A text is refused when the reference or the attribute does not exist,
+  // the attribute's own layer is locked, the text is too long for its one group (255 bytes before
+  // R2000, 2,049 since; the texts of multi-line attributes lie in several), or it would not last: a
+  // field computes it, or it is that of a multi-line attribute of R2000 to R2013, which the file
+  // keeps twice.
+  std::size_t set_attribute_texts(EntityId id, const std::vector<AttributeText>& texts);
   // Erases the entity with what it owns; false when it does not exist or its layer is locked.
   bool erase(EntityId id);
 

@@ -96,9 +96,9 @@ std::vector<BlockAttribute> StandaloneHost::attributes_of(EntityId reference) co
   return drawing_->attributes_of(reference);
 }
 
-bool StandaloneHost::set_attribute_text(EntityId reference, std::size_t attribute,
-                                        std::wstring_view text) {
-  return drawing_->set_attribute_text(reference, attribute, text);
+std::size_t StandaloneHost::set_attribute_texts(EntityId reference,
+                                                const std::vector<AttributeText>& texts) {
+  return drawing_->set_attribute_texts(reference, texts);
 }
 
 std::vector<ExtensionEntry> StandaloneHost::extension_entries(EntityId entity) const {

@@ -65,9 +65,9 @@ class BoundHost final : public ForwardingHost {
   [[nodiscard]] std::vector<BlockAttribute> attributes_of(EntityId reference) const override {
     return arx::attributes_of(reference);
   }
-  bool set_attribute_text(EntityId reference, std::size_t attribute,
-                          std::wstring_view text) override {
-    return arx::set_attribute_text(reference, attribute, text);
+  std::size_t set_attribute_texts(EntityId reference,
+                                  const std::vector<AttributeText>& texts) override {
+    return arx::set_attribute_texts(reference, texts);
   }
   [[nodiscard]] EntityList pick_first() const override { return arx::pick_first(); }
   void set_pick_first(const EntityList& entities) override { arx::set_pick_first(entities); }

@@ -159,9 +159,9 @@ AcDbAttribute::AcDbAttribute(const korvel::BlockAttribute& attribute) : tag_(att
 
 Acad::ErrorStatus AcDbAttribute::setTextString(const ACHAR* text) {
   if (!writes()) return Acad::eNotOpenForWrite;
-  const bool is_set = working_drawing().set_attribute_text(entity_of(owner_of(objectId())),
-                                                           index_of(objectId()), text);
-  return is_set ? Acad::eOk : Acad::eError;
+  const std::size_t taken = working_drawing().set_attribute_texts(entity_of(owner_of(objectId())),
+                                                                  {{index_of(objectId()), text}});
+  return taken == 1 ? Acad::eOk : Acad::eError;
 }
 
 AcDbDynBlockReference::AcDbDynBlockReference(AcDbObjectId reference) {
@@ -186,7 +186,7 @@ std::unique_ptr<AcDbObject> vertex_of(const PolylineShape& line, std::size_t ind
 
 // The drawing takes for an attribute on a locked layer not even the text that it has.
 bool may_write(EntityId reference, std::size_t index, const BlockAttribute& attribute) {
-  return working_drawing().set_attribute_text(reference, index, attribute.text);
+  return working_drawing().set_attribute_texts(reference, {{index, attribute.text}}) == 1;
 }
 
 }  // namespace

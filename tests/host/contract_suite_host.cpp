@@ -149,17 +149,19 @@ TEST_P(HostContract, AttributesAreNamedAndChangedByTheirPlace) {
   for (const EntityId id : {ids[0], ids[3], EntityId{}}) {
     EXPECT_EQ(host.block_name_of(id), std::nullopt);
     EXPECT_TRUE(host.attributes_of(id).empty());
-    EXPECT_FALSE(host.set_attribute_text(id, 0, L"x"));
+    EXPECT_EQ(host.set_attribute_texts(id, {{0, L"x"}}), 0U);
   }
   EXPECT_TRUE(host.attributes_of(ids[2]).empty());
 
   using Attributes = std::vector<BlockAttribute>;
   EXPECT_EQ(host.attributes_of(ids[1]),
             (Attributes{{L"NUM", L"1"}, {L"NUM", L"2"}, {L"WIDTH", L"0.9"}, {L"NOTE", L""}}));
-  EXPECT_TRUE(host.set_attribute_text(ids[1], 1, L"")) << "the reference's layer does not count";
-  EXPECT_FALSE(host.set_attribute_text(ids[1], 2, L"1.0")) << "the attribute's layer counts";
-  EXPECT_TRUE(host.set_attribute_text(ids[1], 3, L"two\nlines ^ \u2603"));
-  EXPECT_FALSE(host.set_attribute_text(ids[1], 4, L"x"));
+  // The reference's layer does not count, the attribute's does.
+  EXPECT_EQ(
+      host.set_attribute_texts(
+          ids[1], {{4, L"x"}, {3, L"former"}, {1, L""}, {2, L"1.0"}, {3, L"two\nlines ^ \u2603"}}),
+      3U);
+  EXPECT_EQ(host.set_attribute_texts(ids[1], {{0, L"2"}, {0, L"1"}}), 2U);
   EXPECT_EQ(
       host.attributes_of(ids[1]),
       (Attributes{

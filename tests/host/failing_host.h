@@ -107,10 +107,10 @@ class FailingHost final : public ForwardingHost {
     if (failures_.open.contains(reference)) return {};
     return Base::attributes_of(reference);
   }
-  bool set_attribute_text(EntityId reference, std::size_t attribute,
-                          std::wstring_view text) override {
-    return !failures_.open.contains(reference) && !failures_.texts.contains(reference) &&
-           Base::set_attribute_text(reference, attribute, text);
+  std::size_t set_attribute_texts(EntityId reference,
+                                  const std::vector<AttributeText>& texts) override {
+    const bool fails = failures_.open.contains(reference) || failures_.texts.contains(reference);
+    return fails ? 0 : Base::set_attribute_texts(reference, texts);
   }
   [[nodiscard]] std::vector<ExtensionEntry> extension_entries(EntityId entity) const override {
     if (failures_.open.contains(entity)) return {};

@@ -99,12 +99,12 @@ TEST(BlockAttributes, ATextChangesAndNotAByteBesideIt) {
     const auto drawing = read(former);
     ASSERT_TRUE(drawing);
     const EntityId reference = id_of(*drawing, reference_handle);
-    ASSERT_TRUE(drawing->set_attribute_text(reference, 1, L"former"));
+    ASSERT_TRUE(drawing->set_attribute_texts(reference, {{1, L"former"}}));
     EXPECT_FALSE(drawing->changed()) << "the text was there";
-    ASSERT_TRUE(drawing->set_attribute_text(reference, 1, test.text));
+    ASSERT_TRUE(drawing->set_attribute_texts(reference, {{1, test.text}}));
     EXPECT_EQ(drawing->to_bytes(), wanted);
     EXPECT_EQ(drawing->attributes_of(reference).at(1).text, test.text);
-    EXPECT_FALSE(drawing->set_attribute_text(reference, 3, L"x"));
+    EXPECT_FALSE(drawing->set_attribute_texts(reference, {{3, L"x"}}));
     ASSERT_TRUE(drawing->undo());
     EXPECT_EQ(drawing->to_bytes(), former);
     EXPECT_FALSE(drawing->changed());
@@ -119,9 +119,9 @@ TEST(BlockAttributes, ChangesOfOneStepAreUndoneTogether) {
   const EntityId reference = id_of(*drawing, reference_handle);
   drawing->journal().open();
   for (const wchar_t* text : {L"a long text, longer than the next", L"short", L"the last one"})
-    ASSERT_TRUE(drawing->set_attribute_text(reference, 0, text));
+    ASSERT_TRUE(drawing->set_attribute_texts(reference, {{0, text}}));
   EXPECT_TRUE(drawing->set_properties(reference, {L"Roads", L"ByLayer", 3, {}, 1, -1}));
-  ASSERT_TRUE(drawing->set_attribute_text(reference, 0, L"and more"));
+  ASSERT_TRUE(drawing->set_attribute_texts(reference, {{0, L"and more"}}));
   drawing->journal().close();
   const std::string changed = drawing->to_bytes();
   EXPECT_EQ(difference(file, changed), "~24");
@@ -164,13 +164,13 @@ TEST(BlockAttributes, LongTextsFitOrAreRefused) {
     const auto drawing = read(file);
     const EntityId reference = id_of(*drawing, reference_handle);
     const std::wstring text(test.length, test.letter);
-    EXPECT_EQ(drawing->set_attribute_text(reference, 0, text), test.fits);
+    EXPECT_EQ(drawing->set_attribute_texts(reference, {{0, text}}), test.fits ? 1U : 0U);
     const std::string changed = drawing->to_bytes();
     EXPECT_EQ(changed == file, !test.fits);
     if (!test.fits) continue;
     const auto reopened = read(changed);
     EXPECT_EQ(reopened->attributes_of(id_of(*reopened, reference_handle)).at(0).text, text);
-    ASSERT_TRUE(drawing->set_attribute_text(reference, 0, L"x"));
+    ASSERT_TRUE(drawing->set_attribute_texts(reference, {{0, L"x"}}));
     const auto again = read(drawing->to_bytes());
     EXPECT_EQ(again->attributes_of(id_of(*again, reference_handle)),
               (std::vector<BlockAttribute>{{L"TAG", L"x"}}));
@@ -202,14 +202,15 @@ TEST(BlockAttributes, SomeTextsAreKept) {
     const auto drawing = read(framed(
         lines_with("AC1018", "0 ATTRIB\n5 2A\n"s + test.attribute + "2 TAG\n70 0\n", objects)));
     ASSERT_TRUE(drawing);
-    EXPECT_EQ(drawing->set_attribute_text(id_of(*drawing, reference_handle), 0, L"y"), !test.kept);
+    EXPECT_EQ(drawing->set_attribute_texts(id_of(*drawing, reference_handle), {{0, L"y"}}),
+              test.kept ? 0U : 1U);
     EXPECT_EQ(drawing->changed(), !test.kept);
   }
   // The reference's own layer does not count.
   const auto drawing = read(
       framed(replaced(test::sample_lines("AC1018"), "0 INSERT\n5 24\n330 15\n100 AcDbEntity\n8 0",
                       "0 INSERT\n5 24\n330 15\n100 AcDbEntity\n8 Locked")));
-  EXPECT_TRUE(drawing->set_attribute_text(id_of(*drawing, reference_handle), 0, L"y"));
+  EXPECT_TRUE(drawing->set_attribute_texts(id_of(*drawing, reference_handle), {{0, L"y"}}));
 }
 
 TEST(BlockNames, VariantsGoByTheNameOfTheirDefinition) {

@@ -59,7 +59,7 @@ TEST_F(SharedDrawings, TakeAttributeTextsAndNameDynamicBlocks) {
       wanted[id] = drawing->attributes_of(id);
       for (std::size_t i = 0; i < wanted[id].size(); ++i) {
         const std::wstring text = wanted[id][i].text + L"\n\u00e9 \u2603^ \\";
-        if (!drawing->set_attribute_text(id, i, text)) continue;
+        if (drawing->set_attribute_texts(id, {{i, text}}) == 0) continue;
         wanted[id][i].text = text;
         ++set;
       }
