@@ -1,6 +1,6 @@
 // Gives entities the object data, and if wanted the properties, of one reference entity. Records of
 // topology tables are never copied.
-#include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -85,23 +85,23 @@ class RecordCopy {
 // first record of the same table. Counts the records written.
 class ValueCopy {
  public:
-  ValueCopy(ODStore& store, EntityId reference)
-      : reference_(reference),
-        sources_(user_records_of(store, reference)),
-        record_(store.records()) {}
+  ValueCopy(ODStore& store, EntityId reference) : reference_(reference), record_(store.records()) {
+    for (ODRecord& source : user_records_of(store, reference))
+      sources_.try_emplace(source.table, std::move(source));
+  }
   std::size_t operator()(EntityId target) const {
     std::size_t written = 0;
     if (target == reference_) return written;
     for (record_->open(target, OpenMode::Write); !record_->done(); record_->next()) {
-      const auto source = std::ranges::find(sources_, record_->table_name(), &ODRecord::table);
-      if (source != sources_.end() && record_->update(*source)) ++written;
+      const auto source = sources_.find(record_->table_name());
+      if (source != sources_.end() && record_->update(source->second)) ++written;
     }
     return written;
   }
 
  private:
   EntityId reference_;
-  std::vector<ODRecord> sources_;
+  std::map<std::wstring, ODRecord, std::less<>> sources_;  // the first record of each table
   std::unique_ptr<RecordIterator> record_;
 };
 

@@ -16,33 +16,22 @@ class DuplicateRemover {
  public:
   DuplicateRemover(ODStore& store, DuplicateMode mode) : records_(store.records()), mode_(mode) {}
 
-  // Number of tables of which a record was removed.
+  // Number of tables that had duplicates.
   int clean(EntityId entity) {
-    if (!records_->open(entity, OpenMode::Write) || records_->count() < 2) return 0;
+    if (!records_->open(entity, OpenMode::Read) || records_->count() < 2) return 0;
     const std::span<Noted> noted = note_records();
-    int tables = 0;
-    // From the back, so that the places of the records before stay what they were.
-    for (std::size_t i = noted.size(); i-- > 0;) {
-      const std::span<Noted> before = noted.first(i);
-      const std::span<Noted> behind = noted.subspan(i + 1);
-      const auto same_table = [&noted, i](const Noted& other) {
-        return other.table == noted[i].table;
-      };
-      const bool duplicate =
-          std::ranges::any_of(mode_ == DuplicateMode::First ? behind : before, same_table);
-      if (!duplicate || !remove_at(i)) continue;
-      noted[i].removed = true;
-      const bool counted = std::ranges::any_of(
-          behind, [&](const Noted& other) { return other.removed && same_table(other); });
-      if (!counted) ++tables;
-    }
+    marks_.assign(noted.size(), 0);
+    const int tables = mark_duplicates(noted);
+    if (tables > 0 && records_->open(entity, OpenMode::Write)) records_->remove_marked(marks_);
     return tables;
   }
 
  private:
   struct Noted {
     std::wstring table;  // in lower case
-    bool removed = false;
+    std::size_t place = 0;
+
+    auto operator<=>(const Noted&) const = default;
   };
 
   std::span<Noted> note_records() {
@@ -50,22 +39,31 @@ class DuplicateRemover {
     for (; !records_->done(); records_->next()) {
       if (count == noted_.size()) noted_.emplace_back();
       lower_into(records_->table_name(), noted_[count].table);
-      noted_[count].removed = false;
+      noted_[count].place = count;
       ++count;
     }
     return {noted_.data(), count};
   }
 
-  bool remove_at(std::size_t place) {
-    records_->start();
-    for (std::size_t i = 0; i < place; ++i)
-      records_->next();
-    return records_->remove();
+  int mark_duplicates(std::span<Noted> noted) {
+    std::ranges::sort(noted);
+    int tables = 0;
+    for (std::size_t first = 0, end = 0; first < noted.size(); first = end) {
+      while (end < noted.size() && noted[end].table == noted[first].table)
+        ++end;
+      if (end - first < 2) continue;
+      ++tables;
+      const std::size_t kept = mode_ == DuplicateMode::First ? end - 1 : first;
+      for (std::size_t i = first; i < end; ++i)
+        marks_[noted[i].place] = i == kept ? 0 : 1;
+    }
+    return tables;
   }
 
   std::unique_ptr<RecordIterator> records_;
   DuplicateMode mode_;
   std::vector<Noted> noted_;
+  std::vector<char> marks_;
 };
 
 }  // namespace

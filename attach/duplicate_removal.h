@@ -17,8 +17,8 @@ enum class DuplicateMode { First, Last };
 [[nodiscard]] std::optional<DuplicateMode> duplicate_mode_of(std::wstring_view answer);
 
 // Duplicates are records of one table on one entity, whatever their values; names that differ in
-// letter case alone count as one table. Gives, summed over the entities, the number of tables of
-// which at least one record was removed. What refuses to be removed stays.
+// letter case alone count as one table. Gives, summed over the entities, the number of tables that
+// had duplicates, also where they could not be removed.
 int remove_duplicates(ODStore& store, const EntityList& entities, DuplicateMode mode,
                       ProgressMeter& meter);
 

@@ -1,5 +1,9 @@
 #include "attach/record_removal.h"
 
+#include <algorithm>
+#include <set>
+#include <vector>
+
 #include "attach/table_list.h"
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
@@ -8,48 +12,56 @@
 namespace korvel {
 namespace {
 
-// False when there is none, or when each refuses.
-bool remove_one(RecordIterator& records) {
-  for (records.start(); !records.done(); records.next()) {
-    if (records.remove()) return true;
-  }
-  return false;
-}
+// Removes records of one entity after the other.
+class Remover {
+ public:
+  explicit Remover(ODStore& store) : records_(store.records()) {}
 
-// A removal leaves the iterator on nothing, so the walk starts anew after each.
-int remove_each(RecordIterator& records) {
-  int removed = 0;
-  while (remove_one(records))
-    ++removed;
-  return removed;
-}
+  [[nodiscard]] bool is_carrier(EntityId entity) {
+    return records_->open(entity, OpenMode::Read) && !records_->done();
+  }
+
+  // Those of the tables that `goes`; gives the number of records that went.
+  template <class Goes>
+  int remove(EntityId entity, const Goes& goes) {
+    if (!records_->open(entity, OpenMode::Write)) return 0;
+    marks_.clear();
+    for (; !records_->done(); records_->next())
+      marks_.push_back(goes(records_->table_name()) ? 1 : 0);
+    return std::ranges::count(marks_, 1) == 0 ? 0 : records_->remove_marked(marks_);
+  }
+
+ private:
+  std::unique_ptr<RecordIterator> records_;
+  std::vector<char> marks_;
+};
 
 }  // namespace
 
 int remove_tables(ODStore& store, const EntityList& entities, std::span<const std::wstring> tables,
                   ProgressMeter& meter) {
+  const std::set<std::wstring_view> chosen(tables.begin(), tables.end());
+  const auto is_chosen = [&chosen](std::wstring_view table) { return chosen.contains(table); };
+  Remover remover(store);
   int removed = 0;
-  WriteWalk walk(meter, tables.size() * entities.size());
-  for (const std::wstring& table : tables) {
-    const std::unique_ptr<RecordIterator> records = store.records_of(table);
-    for (const EntityId entity : entities) {
-      if (!walk.step()) return removed;
-      if (records->open(entity, OpenMode::Write)) removed += remove_each(*records);
-    }
+  WriteWalk walk(meter, entities.size());
+  for (const EntityId entity : entities) {
+    if (!walk.step()) break;
+    removed += remover.remove(entity, is_chosen);
   }
   return removed;
 }
 
 int remove_all(ODStore& store, const EntityList& entities, ProgressMeter& meter) {
-  const std::unique_ptr<RecordIterator> records = store.records();
+  const auto any = [](std::wstring_view /*table*/) { return true; };
+  Remover remover(store);
   int carriers = 0;
   WriteWalk walk(meter, entities.size());
   for (const EntityId entity : entities) {
     if (!walk.step()) break;
-    records->open(entity, OpenMode::Write);
-    if (records->done()) continue;
+    if (!remover.is_carrier(entity)) continue;
     ++carriers;
-    remove_each(*records);
+    remover.remove(entity, any);
   }
   return carriers;
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -35,6 +36,7 @@ class ForwardingRecordIterator : public RecordIterator {
     return target_->set_value(index, value);
   }
   bool remove() override { return target_->remove(); }
+  int remove_marked(std::span<const char> marks) override { return target_->remove_marked(marks); }
 
  private:
   std::unique_ptr<RecordIterator> target_;

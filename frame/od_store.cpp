@@ -73,6 +73,27 @@ bool RecordIterator::set_value(int index, const ODValueView& value) {
   return update(record);
 }
 
+int RecordIterator::remove_marked(std::span<const char> marks) {
+  int removed = 0;
+  int kept = 0;
+  start();
+  for (const char mark : marks) {
+    if (done()) break;
+    if (mark == 0 || !remove()) {
+      ++kept;
+      next();
+      continue;
+    }
+    ++removed;
+    start();
+    for (int i = 0; i < kept; ++i)
+      next();
+  }
+  while (!done())
+    next();
+  return removed;
+}
+
 std::unique_ptr<RecordIterator> ODStore::records_of(std::wstring_view table) {
   return std::make_unique<TableRecords>(records(), table);
 }
@@ -82,13 +103,14 @@ std::vector<int> ODStore::count_records(const EntityList& entities,
                                         ProgressMeter& meter) {
   ReadWalk walk(meter, entities.size());
   const std::unique_ptr<RecordIterator> record = records();
+  const std::set<std::wstring_view> counted(tables.begin(), tables.end());
   std::vector<int> counts;
   counts.reserve(entities.size());
   for (const EntityId entity : entities) {
     walk.step();
     int count = 0;
     for (record->open(entity, OpenMode::Read); !record->done(); record->next()) {
-      if (std::ranges::find(tables, record->table_name()) != tables.end()) ++count;
+      if (counted.contains(record->table_name())) ++count;
     }
     counts.push_back(count);
   }

@@ -76,6 +76,12 @@ class RecordIterator {
   // Removes the current record. Afterwards the iterator stands on nothing until start() or open().
   // False, and nothing removed, when opened for reading.
   virtual bool remove() = 0;
+
+  // Removes the records whose places in the walk are marked; `marks` may be shorter than the walk.
+  // Afterwards the iterator stands on nothing until start() or open(). Gives the number of records
+  // removed; what is refused stays. The default starts anew after each removal and passes over what
+  // stays in front of it; a host that knows a shorter way takes it.
+  virtual int remove_marked(std::span<const char> marks);
 };
 
 enum class TableChange { Done, Failed, TableExists, TableMissing };

@@ -55,6 +55,10 @@ class TracingRecordIterator final : public ForwardingRecordIterator {
     return TraceLine(L"  set_value", index, value).returns(sink_, Base::set_value(index, value));
   }
   bool remove() override { return TraceLine(L"  remove").returns(sink_, Base::remove()); }
+  int remove_marked(std::span<const char> marks) override {
+    return TraceLine(L"  remove_marked", std::ranges::count(marks, 1))
+        .returns(sink_, Base::remove_marked(marks));
+  }
 
  private:
   using Base = ForwardingRecordIterator;

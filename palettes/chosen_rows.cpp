@@ -37,6 +37,7 @@ class ChosenRowsIterator final : public ForwardingRecordIterator {
     go_to_row();
   }
   bool remove() override { return false; }
+  int remove_marked(std::span<const char> /*marks*/) override { return 0; }
 
  private:
   using Base = ForwardingRecordIterator;

@@ -1,8 +1,9 @@
 #include "search/presence_search.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 #include <string>
-#include <vector>
 
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
@@ -11,15 +12,14 @@
 namespace korvel {
 namespace {
 
-// Names compare exactly. Entities carry a handful of records, so the names seen are searched one by
-// one up to the first that comes again.
+// Names compare exactly.
 bool has_duplicate_table(RecordIterator& records, EntityId entity) {
   if (!records.open(entity, OpenMode::Read) || records.count() < 2) return false;
-  std::vector<std::wstring> seen;
+  std::set<std::wstring, std::less<>> seen;
   for (; !records.done(); records.next()) {
     const std::wstring_view name = records.table_name();
-    if (std::ranges::find(seen, name) != seen.end()) return true;
-    seen.emplace_back(name);
+    if (seen.contains(name)) return true;
+    seen.emplace(name);
   }
   return false;
 }

@@ -73,6 +73,26 @@ class ArxStore::Iterator final : public RecordIterator {
     end();  // where the host's iterator stands now is not known
     return true;
   }
+  // Table by table: each removal starts the host's iterator anew, and over one table's records it
+  // has less to pass over again.
+  int remove_marked(std::span<const char> marks) override {
+    if (table_ || mode_ != AcMap::kOpenForWrite) return RecordIterator::remove_marked(marks);
+    start();
+    std::map<std::wstring, std::vector<char>, std::less<>> of_tables;
+    for (const char mark : marks) {
+      if (done()) break;
+      of_tables[std::wstring(table_name())].push_back(mark);
+      next();
+    }
+    release();
+    int removed = 0;
+    for (const auto& [table, own_marks] : of_tables) {
+      if (std::ranges::find(own_marks, 1) == own_marks.end()) continue;
+      const std::unique_ptr<RecordIterator> walk = store_.records_of(table);
+      if (walk->open(entity_, OpenMode::Write)) removed += walk->remove_marked(own_marks);
+    }
+    return removed;
+  }
 
   [[nodiscard]] bool stands_on(EntityId entity) const { return entity_ == entity && !done(); }
   [[nodiscard]] EntityId entity() const { return entity_; }
@@ -141,13 +161,19 @@ std::vector<std::wstring> ArxStore::table_names() const {
   return container_ == nullptr ? std::vector<std::wstring>() : map::table_names(*container_);
 }
 
+// Whether the host goes by the letter case of a name is not known; the tables here do.
+bool ArxStore::is_listed(std::wstring_view table) const {
+  if (names_.contains(table)) return true;
+  const std::vector<std::wstring> names = table_names();
+  names_ = {names.begin(), names.end()};
+  return names_.contains(table);
+}
+
 const ArxStore::OpenTable* ArxStore::open_table(std::wstring_view name) const {
   if (container_ == nullptr) return nullptr;
   auto known = tables_.find(name);
   if (known == tables_.end()) {
-    // Whether the host goes by the letter case of a name is not known; the tables here do.
-    const std::vector<std::wstring> names = table_names();
-    if (std::ranges::find(names, name) == names.end()) return nullptr;
+    if (!is_listed(name)) return nullptr;
     std::wstring wanted(name);
     std::unique_ptr<AcMapODTable> table = map::open_table(*container_, wanted);
     if (!table) return nullptr;
@@ -175,6 +201,7 @@ TableChange ArxStore::delete_table(std::wstring_view name) {
   if (open_table(name) == nullptr) return TableChange::TableMissing;
   const std::wstring wanted(name);
   let_go_of_tables();
+  names_.clear();
   return map::remove_table(*container_, wanted) ? TableChange::Done : TableChange::Failed;
 }
 
@@ -185,6 +212,7 @@ TableChange ArxStore::rename_table(std::wstring_view from, std::wstring_view to)
   if (open_table(to) != nullptr) return TableChange::TableExists;
   const std::wstring former(from);
   let_go_of_tables();
+  names_.clear();
   const bool done = map::rename_table(*container_, former, std::wstring(to));
   return done ? TableChange::Done : TableChange::Failed;
 }

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,7 @@ class ArxStore final : public ODStore {
     std::wstring path;
   };
   [[nodiscard]] std::wstring aliased(const std::filesystem::path& path) const;
+  [[nodiscard]] bool is_listed(std::wstring_view table) const;
   [[nodiscard]] const OpenTable* open_table(std::wstring_view name) const;
   // The host's; of all tables without a name. Null: there is no such table, or no Map.
   [[nodiscard]] std::unique_ptr<AcMapODRecordIterator> open_records(
@@ -70,6 +72,7 @@ class ArxStore final : public ODStore {
 
   AcMapODContainer* container_;  // the host's
   mutable std::map<std::wstring, OpenTable, std::less<>> tables_;
+  mutable std::set<std::wstring, std::less<>> names_;  // as last asked of the host
   std::vector<Iterator*> iterators_;
   std::vector<Alias> aliases_;  // those that were added here
 };

@@ -50,16 +50,34 @@ void OdTables::touch(std::uint32_t entity) {
   any_touched_ = true;
 }
 
+void OdTables::touch_records_of(std::uint32_t table) {
+  if (journal_ == nullptr) return;  // being read
+  tables_[table].touched = true;
+  any_touched_ = true;
+}
+
 bool OdTables::touched(std::uint32_t entity) const {
-  return entity < touched_.size() && touched_[entity];
+  return (entity < touched_.size() && touched_[entity]) ||
+         std::ranges::any_of(references(records_of(entity)), [this](const RecordRef& record) {
+           return tables_[record.table].touched;
+         });
 }
 
 std::optional<std::uint32_t> OdTables::find(std::wstring_view name) const {
-  for (std::uint32_t i = 0; i < tables_.size(); ++i) {
-    if (!tables_[i].deleted && tables_[i].name == name) return i;
-  }
-  return std::nullopt;
+  const auto place = place_of(name);
+  const bool found = place != by_name_.end() && tables_[*place].name == name;
+  return found ? std::optional(*place) : std::nullopt;
 }
+
+std::vector<std::uint32_t>::const_iterator OdTables::place_of(std::wstring_view name) const {
+  return std::ranges::lower_bound(by_name_, name, {}, [this](std::uint32_t table) {
+    return std::wstring_view(tables_[table].name);
+  });
+}
+
+void OdTables::list(std::uint32_t table) { by_name_.insert(place_of(tables_[table].name), table); }
+
+void OdTables::unlist(std::uint32_t table) { by_name_.erase(place_of(tables_[table].name)); }
 
 std::uint32_t OdTables::add_table(const ODTableDef& definition) {
   make_room();
@@ -67,27 +85,52 @@ std::uint32_t OdTables::add_table(const ODTableDef& definition) {
   for (const ODColumnDef& column : definition.columns) {
     table.columns.push_back({column, cells_for(column.type)});
   }
+  if (by_name_.capacity() <= tables_.size()) by_name_.reserve(2 * tables_.size() + 1);
   tables_.push_back(std::move(table));
   const auto index = static_cast<std::uint32_t>(tables_.size() - 1);
+  list(index);
   note({OdChange::TablePresence{index}});
   return index;
 }
 
-void OdTables::delete_table(std::uint32_t table) {
-  for (std::uint32_t entity = 0; entity < records_.size(); ++entity) {
-    const RecordSpan span = records_[entity];
-    for (std::uint32_t i = span.count; i-- > 0;) {
-      if (references_[span.first + i].table == table) remove_record(entity, i);
+// What stays is a stretch of the list there is, or else moves to the end.
+template <class Goes>
+std::uint32_t OdTables::remove_if(std::uint32_t entity, const Goes& goes) {
+  const RecordSpan span = records_[entity];
+  const std::uint32_t span_end = span.first + span.count;
+  RecordSpan left{span_end, 0};
+  std::uint32_t left_end = span_end;
+  for (std::uint32_t position = span.first; position < span_end; ++position) {
+    if (goes(position)) continue;
+    if (left.count++ == 0) left.first = position;
+    left_end = position + 1;
+  }
+  if (left.count == span.count) return 0;
+  if (left.count > 0 && left_end - left.first != left.count) {
+    const std::uint32_t former = left.first;
+    left.first = static_cast<std::uint32_t>(references_.size());
+    for (std::uint32_t position = former; position < left_end; ++position) {
+      if (!goes(position)) references_.push_back(references_[position]);
     }
   }
+  set_records(entity, left);
+  return span.count - left.count;
+}
+
+void OdTables::delete_table(std::uint32_t table) {
+  const auto of_table = [this, table](std::uint32_t position) {
+    return references_[position].table == table;
+  };
+  for (std::uint32_t entity = 0; tables_[table].rows > 0 && entity < records_.size(); ++entity)
+    remove_if(entity, of_table);
   note({OdChange::TablePresence{table}});
-  tables_[table].deleted = true;
+  set_deleted(table, true);
 }
 
 void OdTables::rename_table(std::uint32_t table, std::wstring name) {
-  touch_carriers(table);
+  touch_records_of(table);
   make_room();
-  std::swap(tables_[table].name, name);
+  swap_name(table, name);
   note({OdChange::TableName{table, std::move(name)}});
 }
 
@@ -99,7 +142,7 @@ void OdTables::rename_column(std::uint32_t table, std::uint32_t column, std::wst
 
 void OdTables::insert_column(std::uint32_t table, std::uint32_t column,
                              const ODColumnDef& definition) {
-  touch_carriers(table);
+  touch_records_of(table);
   OdTable& owner = tables_[table];
   make_room();
   OdColumn inserted{definition, cells_for(definition.type)};
@@ -111,7 +154,7 @@ void OdTables::insert_column(std::uint32_t table, std::uint32_t column,
 }
 
 void OdTables::remove_column(std::uint32_t table, std::uint32_t column) {
-  touch_carriers(table);
+  touch_records_of(table);
   make_room();
   OdTable& owner = tables_[table];
   auto taken_out = std::make_unique<OdColumn>(std::move(owner.columns[column]));
@@ -119,12 +162,18 @@ void OdTables::remove_column(std::uint32_t table, std::uint32_t column) {
   note({OdChange::ColumnPresence{table, column, std::move(taken_out)}});
 }
 
-void OdTables::touch_carriers(std::uint32_t table) {
-  for (std::uint32_t entity = 0; entity < records_.size(); ++entity) {
-    const RecordSpan span = records_[entity];
-    for (std::uint32_t i = 0; i < span.count; ++i) {
-      if (references_[span.first + i].table == table) touch(entity);
-    }
+void OdTables::swap_name(std::uint32_t table, std::wstring& name) {
+  unlist(table);
+  std::swap(tables_[table].name, name);
+  list(table);
+}
+
+void OdTables::set_deleted(std::uint32_t table, bool deleted) {
+  tables_[table].deleted = deleted;
+  if (deleted) {
+    unlist(table);
+  } else {
+    list(table);
   }
 }
 
@@ -180,15 +229,13 @@ void OdTables::append_record(std::uint32_t entity, RecordRef record) {
 }
 
 void OdTables::remove_record(std::uint32_t entity, std::uint32_t index) {
-  const RecordSpan span = records_[entity];
-  if (index >= span.count) return;
-  if (index == 0) return set_records(entity, {span.first + 1, span.count - 1});
-  if (index == span.count - 1) return set_records(entity, {span.first, span.count - 1});
-  const auto first = static_cast<std::uint32_t>(references_.size());
-  for (std::uint32_t i = 0; i < span.count; ++i) {
-    if (i != index) references_.push_back(references_[span.first + i]);
-  }
-  set_records(entity, {first, span.count - 1});
+  const std::uint32_t gone = records_[entity].first + index;
+  remove_if(entity, [gone](std::uint32_t position) { return position == gone; });
+}
+
+std::uint32_t OdTables::remove_records(std::uint32_t entity, std::span<const char> marks) {
+  const std::uint32_t first = records_[entity].first;
+  return remove_if(entity, [&](std::uint32_t position) { return marks[position - first] != 0; });
 }
 
 void OdTables::set_value(std::uint32_t entity, RecordRef record, std::uint32_t column,
@@ -216,9 +263,7 @@ void OdTables::exchange(OdChange& change, JournalDirection direction) {
       in_order(direction, was.rows.size(),
                [&](std::size_t i) { swap_cells(cells, was.rows[i], was.formers, i); });
     }
-    void operator()(OdChange::TableName& was) const {
-      std::swap(od.tables_[was.table].name, was.name);
-    }
+    void operator()(OdChange::TableName& was) const { od.swap_name(was.table, was.name); }
     void operator()(OdChange::ColumnName& was) const {
       std::swap(od.tables_[was.table].columns[was.column].definition.name, was.name);
     }
@@ -235,7 +280,7 @@ void OdTables::exchange(OdChange& change, JournalDirection direction) {
       }
     }
     void operator()(OdChange::TablePresence& was) const {
-      od.tables_[was.table].deleted = !od.tables_[was.table].deleted;
+      od.set_deleted(was.table, !od.tables_[was.table].deleted);
     }
   };
   std::visit(Swap{*this, direction}, change.what);

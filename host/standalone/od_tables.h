@@ -24,6 +24,7 @@ struct OdTable {
   std::vector<OdColumn> columns;
   std::uint32_t rows = 0;
   bool deleted = false;
+  bool touched = false;  // its records, all of them
 
   [[nodiscard]] ODTableDef definition() const;
 };
@@ -70,6 +71,8 @@ class OdTables {
   RecordRef add_row(std::uint32_t table, std::span<const ODValueView> values);
   void append_record(std::uint32_t entity, RecordRef record);
   void remove_record(std::uint32_t entity, std::uint32_t index);
+  // Those whose places are marked; a mark for each. Gives their number.
+  std::uint32_t remove_records(std::uint32_t entity, std::span<const char> marks);
   // What was read of an entity before its data turned out to be unreadable.
   void forget_records(std::uint32_t entity) { records_[entity] = {}; }
   // `record` is one of the entity's. Nothing is recorded when the value is what it was.
@@ -89,10 +92,21 @@ class OdTables {
   void make_room();
   void note(OdChange change);
   void touch(std::uint32_t entity);
-  void touch_carriers(std::uint32_t table);
+  void touch_records_of(std::uint32_t table);
+  [[nodiscard]] std::vector<std::uint32_t>::const_iterator place_of(std::wstring_view name) const;
+  void list(std::uint32_t table);
+  void unlist(std::uint32_t table);
+  void swap_name(std::uint32_t table, std::wstring& name);
+  void set_deleted(std::uint32_t table, bool deleted);
   void set_records(std::uint32_t entity, RecordSpan span);
+  // Removes the records of which `goes(position)` is true; gives their number.
+  template <class Goes>
+  std::uint32_t remove_if(std::uint32_t entity, const Goes& goes);
 
   std::vector<OdTable> tables_;
+  // Those not deleted, in the order of their names. There is always room for all of them: undoing
+  // must not fail for lack of memory.
+  std::vector<std::uint32_t> by_name_;
   TextPool texts_;
   std::vector<RecordRef> references_;
   std::vector<RecordSpan> records_;

@@ -118,6 +118,18 @@ class StandaloneStore::Iterator final : public RecordIterator {
     span_ = {};
     return true;
   }
+  int remove_marked(std::span<const char> marks) override {
+    start();
+    goes_.assign(span_.count, 0);
+    for (const char mark : marks) {
+      if (done()) break;
+      goes_[position_] = mark;
+      next();
+    }
+    span_ = {};
+    if (!writing_ || goes_.empty()) return 0;
+    return static_cast<int>(od_.remove_records(Drawing::index_of(entity_), goes_));
+  }
 
   [[nodiscard]] bool stands_on(EntityId entity) const {
     return opened_ && entity_ == entity && !done();
@@ -148,6 +160,7 @@ class StandaloneStore::Iterator final : public RecordIterator {
   bool writing_ = false;
   RecordSpan span_;
   std::uint32_t position_ = 0;
+  std::vector<char> goes_;
 };
 
 std::vector<std::wstring> StandaloneStore::table_names() const {

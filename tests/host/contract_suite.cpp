@@ -229,6 +229,42 @@ TEST_P(HostContract, RemovalLeavesTheIteratorOnNothing) {
   EXPECT_EQ(records_of(plain_), Records{});
 }
 
+TEST_P(HostContract, MarkedRecordsGoAtOnce) {
+  const Records attached = {parcel(0), road(L"1"), parcel(2), road(L"3"), road(L"4"), parcel(5)};
+  const struct {
+    const wchar_t* table;  // of the iterator; none: all
+    std::vector<char> marks;
+    Records left;
+  } cases[] = {
+      {nullptr, {}, attached},
+      {nullptr, {0, 0, 0, 0, 0, 0}, attached},
+      {nullptr, {1, 1, 0, 0}, {attached.begin() + 2, attached.end()}},
+      {nullptr, {1, 0, 0, 1, 1, 1}, {attached[1], attached[2]}},
+      {nullptr, {0, 1, 0, 1, 0, 1}, {attached[0], attached[2], attached[4]}},
+      {nullptr, {1, 1, 1, 1, 1, 1, 1, 1}, {}},
+      {L"ROADS", {1, 0, 1, 1}, {attached[0], attached[2], attached[3], attached[5]}},
+      {L"PARCELS", {0, 1, 1}, {attached[0], attached[1], attached[3], attached[4]}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(&test - cases);
+    for (const ODRecord& record : attached)
+      ASSERT_TRUE(store_.attach(plain_, record));
+    const std::unique_ptr<RecordIterator> records =
+        test.table == nullptr ? store_.records() : store_.records_of(test.table);
+    ASSERT_TRUE(records->open(plain_, OpenMode::Read));
+    EXPECT_EQ(records->remove_marked(test.marks), 0) << "opened for reading";
+    EXPECT_TRUE(records->done());
+    EXPECT_EQ(records_of(plain_), attached);
+    ASSERT_TRUE(records->open(plain_, OpenMode::Write));
+    EXPECT_EQ(records->remove_marked(test.marks), attached.size() - test.left.size());
+    EXPECT_TRUE(records->done());
+    EXPECT_EQ(records_of(plain_), test.left);
+    const std::unique_ptr<RecordIterator> rest = store_.records();
+    ASSERT_TRUE(rest->open(plain_, OpenMode::Write));
+    rest->remove_marked(std::vector<char>(attached.size(), 1));
+  }
+}
+
 TEST_P(HostContract, RecordsRemovedByOthersLeaveTheIteratorOnNothing) {
   for (const auto* name : {L"a", L"b"})
     ASSERT_TRUE(store_.attach(plain_, road(name)));

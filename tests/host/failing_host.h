@@ -37,6 +37,9 @@ class FailingRecordIterator final : public ForwardingRecordIterator {
     const bool kept = !done() && failures_.kept_tables.contains(table_name());
     return !kept && !failures_.remove.contains(entity_) && Base::remove();
   }
+  int remove_marked(std::span<const char> marks) override {
+    return RecordIterator::remove_marked(marks);
+  }
 
  private:
   using Base = ForwardingRecordIterator;

@@ -54,10 +54,10 @@ TEST(RemoveDuplicates, KeepsOneRecordOfEachTable) {
   };
   const std::vector<Case> cases = {
       {"RR", "01", "01", 0},  // cannot be opened
-      {"RR", "01", "01", 0},  // cannot be removed
+      {"RR", "01", "01", 1},  // cannot be removed
       {"", "", "", 0},           {"RP", "01", "01", 0},   {"RPRR", "13", "01", 1},
       {"RrR", "2", "0", 1},      {"PRPr", "23", "01", 2}, {"RPPR", "23", "01", 2},
-      {"TRRT", "023", "013", 1}, {"PP", "1", "0", 1},
+      {"TRRT", "023", "013", 2}, {"PP", "1", "0", 1},
   };
   std::vector<std::string_view> entities;
   int tables = 0;
