@@ -231,6 +231,8 @@ class Maker {
     for (const auto& [tag, text] :
          {std::pair{"NAME", "High Street"}, {"LANES", "2"}, {"WIDTH", "3.5"}})
       add_attribute(tag, text);
+    for (std::uint64_t i = 0; i < size_.further_attributes; ++i)
+      add_attribute("A" + std::to_string(i), "0");
     out_.text(0, "SEQEND");
     out_.text(100, "AcDbEntity");
     out_.text(8, "0");
