@@ -79,6 +79,14 @@ TEST(CaselessFinder, FindsWhereTheLowerCasedTextHoldsIt) {
   }
 }
 
+TEST(CaselessFinder, FindsAtEveryPlaceOfALongText) {
+  for (std::size_t place = 0; place < 200; ++place) {
+    std::wstring text(202, L'x');
+    text.replace(place, 2, L"aK");
+    EXPECT_EQ(CaselessFinder(L"Ak").find(text, 0), place);
+  }
+}
+
 TEST(Lower, LeavesLoneSurrogatesAsTheyStand) {
   const std::wstring broken = {L'A', static_cast<wchar_t>(0xD801), L'B',
                                static_cast<wchar_t>(0xDC00)};

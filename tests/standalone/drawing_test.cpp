@@ -341,6 +341,17 @@ TEST(Drawing, ClaimsInTheFileAreNotBelieved) {
   }
 }
 
+// Layers that the table lacks are there as long as entities are on them.
+TEST(Drawing, AnUnlistedLayerStaysWhenItsEntityChanges) {
+  const auto drawing = read(framed(replaced(sample_lines("AC1032"), "8 ROADS", "8 Unlisted")));
+  ASSERT_TRUE(drawing);
+  const EntityId point = *drawing->by_handle(0x21);
+  ASSERT_TRUE(drawing->set_geometry(point, {PointShape{{1, 2, 3}}}));
+  EXPECT_TRUE(drawing->layer_named(L"Unlisted"));
+  ASSERT_TRUE(drawing->erase(point));
+  EXPECT_FALSE(drawing->layer_named(L"Unlisted"));
+}
+
 TEST(Drawing, AnUndoneLayerIsGoneAndCanBeMadeAgain) {
   const auto drawing = read(sample("AC1032"));
   ASSERT_TRUE(drawing->add_layer(L"Ghost"));

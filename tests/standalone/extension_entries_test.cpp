@@ -141,6 +141,20 @@ TEST(ExtensionEntries, ObjectDataAreAmongThemAlsoBeforeSaving) {
   }
 }
 
+TEST(ExtensionEntries, RecordsOfATableThatHasChangedAreNotStored) {
+  const auto drawing = read(tree_sample("AC1032"));
+  StandaloneStore store(*drawing);
+  for (const wchar_t* const name : {L"Kept", L"Changed", L"Gone"}) {
+    ASSERT_EQ(store.define_table({name, {{L"V", ODType::Integer, 1}}}), TableChange::Done);
+    ASSERT_TRUE(attach(*drawing, 0x22, {name, {1}}));
+  }
+  const auto entries = drawing->extension_entries(at(*drawing, 0x22));
+  ASSERT_EQ(store.add_column(L"Changed", {L"W", ODType::Integer, 2}, 1), ColumnChange::Done);
+  ASSERT_EQ(store.delete_table(L"Gone"), TableChange::Done);
+  ASSERT_TRUE(store_all(*drawing, 0x20, entries));
+  EXPECT_EQ(records_of(*drawing, 0x20), (std::vector{ODRecord{L"Kept", {1}}}));
+}
+
 TEST(ExtensionEntries, EntryOfTheSameNameIsReplacedWithAllItOwns) {
   const std::string file = tree_sample("AC1032");
   const auto drawing = read(file);
