@@ -14,6 +14,8 @@ struct EntityProperties {
   std::optional<std::int32_t> true_color;  // 0x00RRGGBB; a host may then choose the index itself
   double linetype_scale = 1;
   int lineweight = -1;  // hundredths of a millimetre; -1 by layer, -2 by block, -3 default
+  // Part of the colour: its name in a colour book as BOOK$COLOUR; empty: it is of none.
+  std::wstring book_color = {};
 
   friend bool operator==(const EntityProperties&, const EntityProperties&) = default;
 };

@@ -28,17 +28,37 @@ AcCmColor true_color(std::int32_t rgb) {
   return color;
 }
 
+// The host has the names of the book and of the colour apart.
+std::wstring book_color_of(const AcCmColor& color) {
+  if (!color.hasColorName()) return {};
+  if (!color.hasBookName()) return color.colorName();
+  return std::wstring(color.bookName()) + L'$' + color.colorName();
+}
+
+void set_names(AcCmColor& color, const std::wstring& book_color) {
+  if (book_color.empty()) return;
+  const std::size_t end_of_book = book_color.find(L'$');
+  if (end_of_book == std::wstring::npos) {
+    color.setNames(book_color.c_str());
+  } else {
+    color.setNames(book_color.c_str() + end_of_book + 1, book_color.substr(0, end_of_book).c_str());
+  }
+}
+
 // Unconfirmed: the members of entities, and that line weights are their hundredths of a millimetre.
 
 EntityProperties read(const AcDbEntity& entity) {
   const AcCmColor color = entity.color();
   return {name_of(entity.layerId()), name_of(entity.linetypeId()), color.colorIndex(),
-          true_color_of(color),      entity.linetypeScale(),       entity.lineWeight()};
+          true_color_of(color),      entity.linetypeScale(),       entity.lineWeight(),
+          book_color_of(color)};
 }
 
 void set_color(AcDbEntity& entity, const EntityProperties& properties) {
-  entity.setColor(properties.true_color ? true_color(*properties.true_color)
-                                        : index_color(properties.color));
+  AcCmColor color =
+      properties.true_color ? true_color(*properties.true_color) : index_color(properties.color);
+  set_names(color, properties.book_color);
+  entity.setColor(color);
 }
 
 void set_layer(AcDbEntity& entity, const std::wstring& name) {

@@ -62,15 +62,13 @@ class PropertyEditor {
 
   std::string edited(const EntityProperties& wanted) {
     const EntityProperties present = read_properties(groups_, codec_);
-    const bool new_color = wanted.color != present.color || wanted.true_color != present.true_color;
     edit(8, !equal_ignoring_case(wanted.layer, present.layer), wanted);
     edit(6, !equal_ignoring_case(wanted.linetype, present.linetype), wanted);
     edit(62, wanted.color != present.color, wanted);
     edit(48, wanted.linetype_scale != present.linetype_scale, wanted);
     edit(420, wanted.true_color != present.true_color, wanted);
     edit(370, wanted.lineweight != present.lineweight, wanted);
-    // The name of the colour in a colour book goes with the colour.
-    edit(430, new_color, wanted);
+    edit(430, wanted.book_color != present.book_color, wanted);
     return joined();
   }
 
@@ -171,6 +169,9 @@ EntityProperties read_properties(dxf::GroupReader groups, const dxf::TextCodec& 
           properties.true_color = static_cast<std::int32_t>(rgb & 0xFFFFFF);
         }
         break;
+      case 430:
+        codec.decode(group.value, properties.book_color);
+        break;
       default:
         break;
     }
@@ -204,6 +205,9 @@ void write_property(int code, const EntityProperties& properties, dxf::GroupWrit
       if (properties.lineweight != defaults.lineweight) {
         writer.integer(370, properties.lineweight);
       }
+      break;
+    case 430:
+      if (!properties.book_color.empty()) writer.text(430, properties.book_color);
       break;
     default:
       break;

@@ -83,6 +83,18 @@ void AcCmColor::set(int index, std::optional<std::int32_t> rgb) {
   rgb_ = rgb;
 }
 
+Acad::ErrorStatus AcCmColor::setNames(const ACHAR* color, const ACHAR* book) {
+  name_ = color;
+  book_ = book != nullptr ? book : L"";
+  return Acad::eOk;
+}
+
+void AcCmColor::set_book_color(const std::wstring& names) {
+  const std::size_t end_of_book = names.find(L'$');
+  book_ = names.substr(0, end_of_book == std::wstring::npos ? 0 : end_of_book);
+  name_ = names.substr(end_of_book + 1);
+}
+
 AcDbObjectId AcDbEntity::layerId() const { return id_of(working->layer_of(entity_of(objectId()))); }
 
 Acad::ErrorStatus AcDbEntity::getGeomExtents(AcDbExtents& extents) const {
@@ -118,6 +130,7 @@ Acad::ErrorStatus AcDbEntity::change_shape() {
 AcCmColor AcDbEntity::color() const {
   AcCmColor color;
   color.set(properties().color, properties().true_color);
+  color.set_book_color(properties().book_color);
   return color;
 }
 
@@ -131,6 +144,7 @@ Acad::ErrorStatus AcDbEntity::setColor(const AcCmColor& color) {
   const Acad::ErrorStatus status =
       change(&korvel::EntityProperties::color, int{color.colorIndex()});
   if (status != Acad::eOk) return status;
+  (void)change(&korvel::EntityProperties::book_color, color.book_color());
   return change(&korvel::EntityProperties::true_color, color.rgb());
 }
 

@@ -170,7 +170,18 @@ class AcCmColor {
   // The index becomes that of the host's nearest colour, which is not sought here.
   Acad::ErrorStatus setRGB(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue);
 
+  [[nodiscard]] bool hasColorName() const { return !name_.empty(); }
+  [[nodiscard]] bool hasBookName() const { return !book_.empty(); }
+  [[nodiscard]] const ACHAR* colorName() const { return name_.c_str(); }
+  [[nodiscard]] const ACHAR* bookName() const { return book_.c_str(); }
+  Acad::ErrorStatus setNames(const ACHAR* color, const ACHAR* book = nullptr);
+
   void set(int index, std::optional<std::int32_t> rgb);
+  // Both names as in a drawing file.
+  void set_book_color(const std::wstring& names);
+  [[nodiscard]] std::wstring book_color() const {
+    return book_.empty() ? name_ : book_ + L'$' + name_;
+  }
   [[nodiscard]] std::optional<std::int32_t> rgb() const { return rgb_; }
 
  private:
@@ -180,6 +191,8 @@ class AcCmColor {
 
   Adesk::UInt16 index_ = 256;
   std::optional<std::int32_t> rgb_;
+  std::wstring name_;
+  std::wstring book_;
 };
 
 // What is changed, of an entity of the drawing, goes into the drawing when it is closed.

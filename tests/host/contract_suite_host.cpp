@@ -71,8 +71,13 @@ TEST_P(HostContract, PropertiesAreSetTogetherUnlessTheLayerIsLocked) {
   EXPECT_TRUE(host_.set_properties(plain_, wanted));
   EXPECT_EQ(host_.properties_of(plain_), wanted);
   wanted.true_color = 0x102030;
+  wanted.book_color = L"DIC COLOR GUIDE(R)$DIC 266";
   EXPECT_TRUE(host_.set_properties(plain_, wanted));
   EXPECT_EQ(host_.properties_of(plain_).value().true_color, 0x102030);
+  EXPECT_EQ(host_.properties_of(plain_).value().book_color, wanted.book_color);
+  wanted.book_color.clear();
+  EXPECT_TRUE(host_.set_properties(plain_, wanted));
+  EXPECT_EQ(host_.properties_of(plain_).value().book_color, L"");
   EXPECT_EQ(host_.layer_of(plain_), host_.layers().at(4).id);
   const EntityProperties former = host_.properties_of(locked_).value();
   EXPECT_FALSE(host_.set_properties(locked_, wanted));
