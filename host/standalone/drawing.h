@@ -38,6 +38,7 @@ struct OdDefinitionItems {
 };
 
 struct AttributeRecord;
+struct NewEntity;
 struct NewEntityPlace;
 struct ObjectTree;
 
@@ -123,6 +124,9 @@ class Drawing {
   // after its shape. None when the drawing has no place for it (no ENTITIES section).
   std::optional<EntityId> add_entity(const EntityGeometry& geometry,
                                      const EntityProperties& properties);
+  // Adds a copy of an entity in another shape to model space: with its properties and XDATA,
+  // without extension dictionary and reactors. None as for add_entity.
+  std::optional<EntityId> add_copy(EntityId id, const EntityGeometry& geometry);
   // Gives the entity another shape; handle, properties and object data stay. False when it does not
   // exist, its layer is locked, it has no shape, or the file has no type of entity for the shape
   // (see add_entity, and ellipses but in R12), or no other one: R12 has old-style 2D polylines in
@@ -245,6 +249,7 @@ class Drawing {
     return known.erased ? nullptr : &known;
   }
   [[nodiscard]] NewEntityPlace place_for_new();
+  EntityId add_written(const NewEntity& written, dxf::ItemIndex end);
   [[nodiscard]] std::uint32_t layer_index(std::wstring_view name);  // made if it is not there
   [[nodiscard]] bool is_there(std::size_t layer) const;
   [[nodiscard]] bool has_record(std::size_t layer) const;

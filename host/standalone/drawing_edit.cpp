@@ -106,17 +106,28 @@ std::optional<EntityId> Drawing::add_entity(const EntityGeometry& geometry,
   const std::optional<dxf::ItemIndex> end = document_.end_of(dxf::Section::Entities);
   if (!end) return std::nullopt;
   const std::optional<NewEntity> written = write_entity(geometry, properties, place_for_new());
-  if (!written) return std::nullopt;
+  return written ? std::optional(add_written(*written, *end)) : std::nullopt;
+}
 
+std::optional<EntityId> Drawing::add_copy(EntityId id, const EntityGeometry& geometry) {
+  const std::optional<dxf::ItemIndex> end = document_.end_of(dxf::Section::Entities);
+  const Entity* const known = entity(id);
+  if (!end || known == nullptr) return std::nullopt;
+  const std::optional<NewEntity> written =
+      copied_with_geometry(document_.bytes(known->item), geometry, place_for_new());
+  return written ? std::optional(add_written(*written, *end)) : std::nullopt;
+}
+
+EntityId Drawing::add_written(const NewEntity& written, dxf::ItemIndex end) {
   std::uint64_t handle = 0;
-  (void)dxf::read_handle(written->handle, handle);
-  const dxf::ItemIndex item = add_item(*end, written->bytes, handle);
+  (void)dxf::read_handle(written.handle, handle);
+  const dxf::ItemIndex item = add_item(end, written.bytes, handle);
   const auto index = static_cast<std::uint32_t>(entities_.size());
   document_.item(item).slot = index;
   Entity added;
   added.item = item;
   added.records = handle != 0 ? RecordsPlace::Sound : RecordsPlace::None;
-  added.layer = layer_index(properties.layer);
+  added.layer = layer_index(document_.codec().decode(document_.facts_of(item).layer));
   ++entities_on_[added.layer];
   entities_.push_back(added);
   od_.set_entity_count(entities_.size());

@@ -1,4 +1,4 @@
-// Gives existing entities another shape.
+// Gives existing entities, or copies of them, another shape.
 #include "host/standalone/dxf/number_text.h"
 #include "host/standalone/entity_reader.h"
 #include "host/standalone/entity_writer.h"
@@ -18,7 +18,7 @@ struct Pieces {
 };
 
 // Without a marker in front of the shape only the codes tell what all entities share.
-void split_by_codes(dxf::GroupReader groups, std::string_view head, Pieces& pieces) {
+void split(dxf::GroupReader groups, std::string_view head, bool holds_shape, Pieces& pieces) {
   bool in_application_groups = false;
   for (dxf::Group group; groups.next(group) && group.end <= head.size();) {
     const std::string_view bytes = head.substr(group.begin, group.end - group.begin);
@@ -27,7 +27,7 @@ void split_by_codes(dxf::GroupReader groups, std::string_view head, Pieces& piec
         in_application_groups || group.code == 102 || group.code == 5 || is_owner;
     if (is_identity && !pieces.has_marker) {
       pieces.identity += bytes;
-    } else if (group.code == 100 || is_common_property(group.code)) {
+    } else if (!holds_shape || group.code == 100 || is_common_property(group.code)) {
       pieces.has_marker |= group.code == 100;
       pieces.properties += bytes;
     } else {
@@ -60,13 +60,28 @@ Pieces pieces_of(std::string_view bytes, dxf::Framing framing) {
   pieces.xdata = bytes.substr(xdata, record_end - xdata);
   pieces.parts = bytes.substr(record_end);
   if (shape == 0) {
-    split_by_codes(behind_type, bytes.substr(0, xdata), pieces);
+    split(behind_type, bytes.substr(0, xdata), true, pieces);
   } else {
+    split(behind_type, bytes.substr(0, shape), false, pieces);
     pieces.has_marker = true;
-    pieces.properties = bytes.substr(pieces.type.size(), shape - pieces.type.size());
     pieces.shape = bytes.substr(shape, xdata - shape);
   }
   return pieces;
+}
+
+// `shape` is an entity that was written anew.
+std::string joined(const std::string& identity, const Pieces& old, const Pieces& shape,
+                   const EntityProperties& properties, const NewEntityPlace& place) {
+  std::string bytes(shape.type);
+  bytes += identity;
+  if (place.subclass_markers && !old.has_marker) {
+    dxf::GroupWriter(place.manner, place.codec, bytes).raw(100, "AcDbEntity");
+  }
+  bytes += old.properties;
+  bytes += shape.shape;
+  bytes += old.xdata;
+  bytes += shape.parts;
+  return with_properties(bytes, properties, place.manner, place.codec);
 }
 
 }  // namespace
@@ -90,16 +105,19 @@ std::optional<std::string> with_geometry(std::string_view entity_bytes,
   const Pieces old = pieces_of(entity_bytes, framing);
   const Pieces fresh = pieces_of(written->bytes, framing);
 
-  std::string bytes(fresh.type);
-  bytes += old.identity;
-  if (place.subclass_markers && !old.has_marker) {
-    dxf::GroupWriter(place.manner, place.codec, bytes).raw(100, "AcDbEntity");
-  }
-  bytes += old.properties;
-  bytes += fresh.shape;
-  bytes += old.xdata;
-  bytes += fresh.parts;
-  return with_properties(bytes, properties, place.manner, place.codec);
+  return joined(old.identity, old, fresh, properties, place);
+}
+
+std::optional<NewEntity> copied_with_geometry(std::string_view entity_bytes,
+                                              const EntityGeometry& geometry,
+                                              const NewEntityPlace& place) {
+  const dxf::Framing framing = place.manner.framing;
+  const EntityProperties properties = read_properties({entity_bytes, framing}, place.codec);
+  std::optional<NewEntity> written = write_entity(geometry, properties, place);
+  if (!written) return std::nullopt;
+  const Pieces old = pieces_of(entity_bytes, framing);
+  const Pieces fresh = pieces_of(written->bytes, framing);
+  return NewEntity{joined(fresh.identity, old, fresh, properties, place), written->handle};
 }
 
 }  // namespace korvel

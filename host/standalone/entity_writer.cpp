@@ -231,7 +231,7 @@ class EntityWriter {
 
   std::string begin_record(std::string_view type, std::string_view owner) {
     constexpr std::array<int, 3> properties_of_all_versions{8, 6, 62};
-    constexpr std::array<int, 6> properties_since_r13{8, 6, 62, 48, 420, 370};
+    constexpr std::array<int, 7> properties_since_r13{8, 6, 62, 48, 420, 370, 430};
     std::string handle = place_.new_handle();
     groups_.raw(0, type);
     if (!handle.empty()) groups_.raw(5, handle);

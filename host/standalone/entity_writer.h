@@ -46,6 +46,12 @@ struct NewEntity {
                                                        const EntityGeometry& geometry,
                                                        const NewEntityPlace& place);
 
+// A new entity in this shape with the properties and the XDATA of another, but without its
+// extension dictionary and reactors.
+[[nodiscard]] std::optional<NewEntity> copied_with_geometry(std::string_view entity_bytes,
+                                                            const EntityGeometry& geometry,
+                                                            const NewEntityPlace& place);
+
 // The entity with other properties. Only the head record changes, and in it only the groups of
 // properties whose values change; names are compared without case. A property that becomes the
 // default loses its group, a missing group is put where its place is.
@@ -56,8 +62,8 @@ struct NewEntity {
 // Whether groups of this code say the same of entities of all types: layer, colour, space and such.
 [[nodiscard]] bool is_common_property(int code);
 
-// Writes the group of one property (8, 6, 62, 48, 420, 370); nothing for the default, which only
-// the layer has none of.
+// Writes the group of one property (8, 6, 62, 48, 420, 370, 430); nothing for the default, which
+// only the layer has none of.
 void write_property(int code, const EntityProperties& properties, dxf::GroupWriter& writer);
 
 }  // namespace korvel

@@ -218,6 +218,25 @@ TEST(EntityReshaping, KeepsAllButTheShape) {
   EXPECT_EQ(reshaped(line, {MtextShape{}}), "none");
 }
 
+TEST(EntityReshaping, ACopyHasAllButDictionaryAndReactors) {
+  const std::string properties =
+      "100|AcDbEntity|8|A|62|     5|440|  33554534|48|2.0|60|     1|420|      255|347|2F|"
+      "370|    50|430|BOOK$RED|348|30|284|     1|390|F|";
+  const std::string xdata = "1001|X|1070|     1|";
+  std::string line =
+      "0|LINE|5|9|102|{ACAD_XDICTIONARY|360|77|102|}|102|{ACAD_REACTORS|330|78|102|}|330|1E|" +
+      properties + "100|AcDbLine|10|0.0|20|0.0|30|0.0|11|1.0|21|0.0|31|0.0|" + xdata;
+  std::ranges::replace(line, '|', '\n');
+  const dxf::Manner manner{.code_width = 0};
+  const NewEntityPlace place{
+      .manner = manner, .codec = codec, .owner = "1f", .new_handle = [] { return "2A"; }};
+  auto copy = copied_with_geometry(line, {PointShape{{1, 2, 3}}}, place);
+  ASSERT_TRUE(copy);
+  std::ranges::replace(copy->bytes, '\n', '|');
+  EXPECT_EQ(copy->bytes,
+            "0|POINT|5|2A|330|1f|" + properties + "100|AcDbPoint|10|1.0|20|2.0|30|3.0|" + xdata);
+}
+
 TEST(EntityReshaping, OldVersionsKeepWhatTheyHave) {
   const std::string line =
       "0|LINE|5|9|8|A|62|     5|10|0.0|20|0.0|30|0.0|11|1.0|21|0.0|31|0.0|1001|X|";
@@ -269,11 +288,10 @@ TEST(PropertyEdit, ChangesOnlyTheGroupsConcerned) {
       {"colour in place", "  8\nA\n62\n 7\n 48\n2.50\n", [](EntityProperties& p) { p.color = 0; },
        "  8\nA\n 62\n     0\n 48\n2.50\n"},
       {"default colour goes, and its book name", "  8\nA\n 62\n7\n420\n255\n430\nBOOK$RED\n",
-       [](EntityProperties& p) {
-         p.color = 256;
-         p.true_color.reset();
-       },
-       "  8\nA\n"},
+       [](EntityProperties& p) { p = {L"A"}; }, "  8\nA\n"},
+      {"another colour of the book", "  8\nA\n420\n255\n430\nBOOK$RED\n",
+       [](EntityProperties& p) { p.book_color = L"BOOK$R\u00f6t"; },
+       "  8\nA\n420\n255\n430\nBOOK$R\xC3\xB6t\n"},
       {"explicit default stays", "  8\nA\n  6\nBYLAYER\n 62\n256\n",
        [](EntityProperties& p) { p.lineweight = 50; },
        "  8\nA\n  6\nBYLAYER\n 62\n256\n370\n    50\n"},

@@ -72,11 +72,11 @@ std::wstring_view why_not(CurveCut result) {
   return L"Cannot break this entity.";
 }
 
-// The first piece is the entity itself, another one a new entity that looks like it.
+// The first piece is the entity itself, another one a copy of it in another shape.
 bool replace_by(Drawing& drawing, EntityId entity, double thickness,
                 const std::vector<Shape>& pieces) {
   for (std::size_t i = 1; i < pieces.size(); ++i) {
-    if (!drawing.add_entity({pieces[i], thickness}, drawing.properties_of(entity))) return false;
+    if (!drawing.add_copy(entity, {pieces[i], thickness})) return false;
   }
   return drawing.set_geometry(entity, {pieces.front(), thickness});
 }
