@@ -299,8 +299,8 @@ TEST_P(Interrupts, EndLikeEscOrBetweenTwoEntities) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, Interrupts, testing::ValuesIn(cases), [](const auto& info) {
-  return to_utf8(info.param.command.substr(7)) + std::to_string(info.index);
+INSTANTIATE_TEST_SUITE_P(Commands, Interrupts, testing::ValuesIn(cases), [](const auto& test) {
+  return to_utf8(test.param.command.substr(7)) + std::to_string(test.index);
 });
 
 TEST(Interrupts, AreTriedOnEveryCommandThatWalks) {
