@@ -24,8 +24,10 @@ void explication(benchmark::State& state, std::optional<std::wstring> type_field
   const EntityList entities = host.model_space();
   const ExplicationRequest request{{L"Roads", L"Surveys"}, std::move(type_field), L","};
   for ([[maybe_unused]] auto _ : state)
-    explicate(store, host, entities, request,
-              [](std::string_view bytes) { benchmark::DoNotOptimize(bytes); });
+    explicate(store, host, entities, request, [](std::string_view bytes) {
+      benchmark::DoNotOptimize(bytes);
+      return true;
+    });
   count_entities(state);
 }
 
@@ -118,7 +120,10 @@ void explication_of_crowd(benchmark::State& state) {
   Crowd crowd(state.range(0));
   for ([[maybe_unused]] auto _ : state)
     explicate(crowd.store, crowd.host, crowd.host.model_space(), {{L"Roads"}, L"NAME", L","},
-              [](std::string_view bytes) { benchmark::DoNotOptimize(bytes); });
+              [](std::string_view bytes) {
+                benchmark::DoNotOptimize(bytes);
+                return true;
+              });
   count_entities(state);
 }
 

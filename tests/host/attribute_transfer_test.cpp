@@ -209,23 +209,6 @@ TEST_F(Transfer, FailuresCostOneReferenceAndAreNotCounted) {
   EXPECT_EQ(store_attributes(mapping_, store, host, ids_), (AttributeTransfer{0, 3}));
 }
 
-// Esc after the first reference.
-class ImpatientHost final : public ForwardingHost {
- public:
-  using ForwardingHost::ForwardingHost;
-  [[nodiscard]] bool interrupted() override { return asked_++ > 0; }
-
- private:
-  int asked_ = 0;
-};
-
-TEST_F(Transfer, WhatIsDoneWhenTheUserInterruptsStays) {
-  ImpatientHost host(host_);
-  const DocumentLock lock(host_);
-  EXPECT_EQ(load_attributes(mapping_, store_, host, ids_), (AttributeTransfer{1, 1}));
-  EXPECT_TRUE(records(2).empty());
-}
-
 TEST_F(Transfer, AMappingThatSaysNothingEndsTheCommand) {
   const std::filesystem::path path =
       std::filesystem::path(testing::TempDir()) / ("korvel_map_" + std::to_string(getpid()));

@@ -271,6 +271,37 @@ TEST_F(TableEditing, ChosenRowsStayChosenWhenThePaletteIsShownAgain) {
   });
 }
 
+class PressedHost final : public ForwardingHost {
+ public:
+  using ForwardingHost::ForwardingHost;
+  [[nodiscard]] bool interrupted() override { return pressed; }
+  bool pressed = false;
+};
+
+TEST_F(TableEditing, InterruptedMenusEndLikeEscAndRowsAreNotShownInPart) {
+  const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "korvel_rows.csv";
+  PressedHost host(host_);
+  Session session{store_, host, choices_, palettes_};
+  host_.palettes.push_back([&](Palette& palette) {
+    auto& editor = dynamic_cast<TableEditor&>(palette);
+    const std::size_t rows = editor.records.lines->line_count();
+    host_.dialogs.emplace_back([](Dialog& /*format*/) { return true; });
+    host_.files.emplace_back(file);
+    host.pressed = true;
+    press(editor, L"Export to CSV");
+    EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_EQ(editor.records.lines->line_count(), rows);
+    press(editor, L"Refresh");
+    EXPECT_EQ(editor.records.lines->line_count(), 0U);
+    EXPECT_EQ(editor.count.text, L"0 (interrupted)");
+    host.pressed = false;
+    press(editor, L"Refresh");
+    EXPECT_EQ(editor.records.lines->line_count(), rows);
+  });
+  show_table_editor(session);
+  EXPECT_EQ(host_.printed, L"");
+}
+
 TEST_F(TableEditing, RowsOutsideAreNotThereForACommand) {
   ChosenRowsStore rows(store_, L"T", {{ids_[2], 1}, {ids_[0], 2}, {ids_[0], 5}});
   EXPECT_EQ(rows.tables_on(ids_, host_), Texts{L"T"});
