@@ -31,22 +31,23 @@ void define_tables(ODStore& store, std::int64_t count) {
 // What a command does to one point with records of the tables by turns, undone each time.
 template <class Work>
 void work_on_one_entity(benchmark::State& state, std::int64_t tables, const Work& work) {
-  const auto drawing = Drawing::blank();
-  StandaloneStore store(*drawing);
-  drawing->journal().open();
+  SilentHost host(Drawing::blank());
+  Drawing& drawing = host.drawing();
+  StandaloneStore store(drawing);
+  host.lock();
   define_tables(store, tables);
-  const EntityId entity = drawing->add_entity({PointShape{}}, {}).value();
+  const EntityId entity = drawing.add_entity({PointShape{}}, {}).value();
   for (std::int64_t i = 0; i < state.range(0); ++i)
     (void)attach_default(store, entity, table_name(i % tables));
-  drawing->journal().close();
+  host.unlock();
   for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
-    drawing->journal().open();
+    host.lock();
     state.ResumeTiming();
-    benchmark::DoNotOptimize(work(store, EntityList{entity}));
+    benchmark::DoNotOptimize(work(store, EntityList{entity}, host));
     state.PauseTiming();
-    drawing->journal().close();
-    if (drawing->journal().state() > 1) (void)drawing->undo();
+    host.unlock();
+    if (drawing.journal().state() > 1) (void)drawing.undo();
     state.ResumeTiming();
   }
   count_entities(state);
@@ -54,24 +55,27 @@ void work_on_one_entity(benchmark::State& state, std::int64_t tables, const Work
 
 void remove_one_of_two_tables(benchmark::State& state) {
   const std::vector<std::wstring> chosen = {table_name(1)};
-  work_on_one_entity(state, 2, [&](ODStore& store, const EntityList& entities) {
-    return remove_tables(store, entities, chosen);
-  });
+  work_on_one_entity(state, 2,
+                     [&](ODStore& store, const EntityList& entities, ProgressMeter& meter) {
+                       return remove_tables(store, entities, chosen, meter);
+                     });
 }
 
 void remove_all_records(benchmark::State& state) { work_on_one_entity(state, 2, remove_all); }
 
 void remove_all_duplicates(benchmark::State& state, DuplicateMode mode) {
-  work_on_one_entity(state, 2, [mode](ODStore& store, const EntityList& entities) {
-    return remove_duplicates(store, entities, mode);
-  });
+  work_on_one_entity(state, 2,
+                     [mode](ODStore& store, const EntityList& entities, ProgressMeter& meter) {
+                       return remove_duplicates(store, entities, mode, meter);
+                     });
 }
 
 // Every record is of another table.
 void find_no_duplicate(benchmark::State& state) {
-  work_on_one_entity(state, state.range(0), [](ODStore& store, const EntityList& entities) {
-    return find_by_presence(Presence::Duplicated, store, entities).size();
-  });
+  work_on_one_entity(state, state.range(0),
+                     [](ODStore& store, const EntityList& entities, ProgressMeter& meter) {
+                       return find_by_presence(Presence::Duplicated, store, entities, meter).size();
+                     });
 }
 
 // One reference, every attribute of which is mapped.
@@ -101,18 +105,18 @@ void transfer_many_attributes(benchmark::State& state, const Transfer& transfer)
 }
 
 void rename_fields_of_all_tables(benchmark::State& state) {
-  const auto drawing = Drawing::blank();
-  StandaloneStore store(*drawing);
+  SilentHost host(Drawing::blank());
+  StandaloneStore store(host.drawing());
   define_tables(store, state.range(0));
   AliasMaps there;
   AliasMaps back;
   there.fields = {{L"NAME", L"TITLE"}, {L"NUMBER", L"COUNT"}};
   back.fields = {{L"TITLE", L"NAME"}, {L"COUNT", L"NUMBER"}};
   for ([[maybe_unused]] auto _ : state) {
-    drawing->journal().open();
-    benchmark::DoNotOptimize(translate_columns(store, there));
-    benchmark::DoNotOptimize(translate_columns(store, back));
-    drawing->journal().close();
+    host.lock();
+    benchmark::DoNotOptimize(translate_columns(store, there, host));
+    benchmark::DoNotOptimize(translate_columns(store, back, host));
+    host.unlock();
   }
   count_entities(state);
 }
