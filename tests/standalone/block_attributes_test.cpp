@@ -99,7 +99,7 @@ TEST(BlockAttributes, ATextChangesAndNotAByteBesideIt) {
     const auto drawing = read(former);
     ASSERT_TRUE(drawing);
     const EntityId reference = id_of(*drawing, reference_handle);
-    ASSERT_TRUE(drawing->set_attribute_texts(reference, {{1, L"former"}}));
+    ASSERT_EQ(drawing->set_attribute_texts(reference, {{1, L"other"}, {1, L"former"}}), 2U);
     EXPECT_FALSE(drawing->changed()) << "the text was there";
     ASSERT_TRUE(drawing->set_attribute_texts(reference, {{1, test.text}}));
     EXPECT_EQ(drawing->to_bytes(), wanted);
