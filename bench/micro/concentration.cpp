@@ -121,6 +121,19 @@ void rename_fields_of_all_tables(benchmark::State& state) {
   count_entities(state);
 }
 
+void save_renamed_tables(benchmark::State& state) {
+  const auto former = Drawing::blank();
+  StandaloneStore former_store(*former);
+  define_tables(former_store, state.range(0));
+  const auto drawing = std::move(*Drawing::read(former->to_bytes(), "bench.dxf"));
+  StandaloneStore store(*drawing);
+  for (std::int64_t i = 0; i < state.range(0); ++i)
+    (void)store.rename_table(table_name(i), L"Renamed " + std::to_wstring(i));
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(drawing->to_bytes());
+  count_entities(state);
+}
+
 void thousands(benchmark::internal::Benchmark* of) {
   of->Arg(2'000)->Arg(20'000)->Unit(benchmark::kMillisecond);
 }
@@ -133,6 +146,7 @@ BENCHMARK(find_no_duplicate)->Apply(thousands);
 BENCHMARK_CAPTURE(transfer_many_attributes, load, load_attributes)->Apply(thousands);
 BENCHMARK_CAPTURE(transfer_many_attributes, store, store_attributes)->Apply(thousands);
 BENCHMARK(rename_fields_of_all_tables)->Apply(thousands);
+BENCHMARK(save_renamed_tables)->Apply(thousands);
 
 }  // namespace
 }  // namespace korvel::bench

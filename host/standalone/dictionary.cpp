@@ -101,25 +101,30 @@ std::string with_entry(const dxf::Document& document, std::string_view dictionar
   return std::string(dictionary).insert(place, added);
 }
 
-std::string with_key(const dxf::Document& document, std::string_view dictionary,
-                     const DictionaryEntry& entry) {
-  std::string renamed(dictionary);
+std::string with_keys(const dxf::Document& document, std::string_view dictionary,
+                      KeysByHandle keys) {
+  std::string renamed;
+  std::size_t from = 0;
+  dxf::GroupWriter writer(document.manner(), document.codec(), renamed);
   for_each_entry(document, dictionary, [&](const dxf::Group& key, const dxf::Group& value) {
-    if (value.handle() != entry.handle) return true;
-    std::string fresh;
-    dxf::GroupWriter(document.manner(), document.codec(), fresh).raw(key.code, entry.key);
-    renamed.replace(key.begin, key.end - key.begin, fresh);
-    return false;
+    const auto other = keys.extract(value.handle());
+    if (other.empty()) return true;
+    renamed += dictionary.substr(from, key.begin - from);
+    writer.raw(key.code, other.mapped());
+    from = key.end;
+    return true;
   });
+  renamed += dictionary.substr(from);
   return renamed;
 }
 
 std::string without_entries(const dxf::Document& document, std::string_view dictionary,
-                            const std::vector<std::uint64_t>& handles) {
+                            std::vector<std::uint64_t> handles) {
+  std::ranges::sort(handles);
   std::string kept;
   std::size_t from = 0;
   for_each_entry(document, dictionary, [&](const dxf::Group& key, const dxf::Group& value) {
-    if (std::ranges::find(handles, value.handle()) != handles.end()) {
+    if (std::ranges::binary_search(handles, value.handle())) {
       kept += dictionary.substr(from, key.begin - from);
       from = value.end;
     }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/standalone/dxf/document.h"
@@ -39,14 +40,16 @@ struct KeyedEntries {
 [[nodiscard]] std::string with_entry(const dxf::Document& document, std::string_view dictionary,
                                      const DictionaryEntry& entry);
 
-// The bytes with another key for the entry of this handle.
-[[nodiscard]] std::string with_key(const dxf::Document& document, std::string_view dictionary,
-                                   const DictionaryEntry& entry);
+using KeysByHandle = std::unordered_map<std::uint64_t, std::string>;
+
+// The bytes with other keys for the entries of these handles.
+[[nodiscard]] std::string with_keys(const dxf::Document& document, std::string_view dictionary,
+                                    KeysByHandle keys);
 
 // The bytes without the entries of these handles.
 [[nodiscard]] std::string without_entries(const dxf::Document& document,
                                           std::string_view dictionary,
-                                          const std::vector<std::uint64_t>& handles);
+                                          std::vector<std::uint64_t> handles);
 
 // The bytes of an entity with a reference to its extension dictionary, in place of the one it has.
 [[nodiscard]] std::string with_extension_dictionary(const dxf::Document& document,

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
+#include <utility>
 
 #include "frame/case_mapping.h"
 #include "host/standalone/dictionary.h"
@@ -10,21 +12,32 @@
 namespace korvel {
 namespace {
 
-// Keys of a dictionary compare without case, names of tables do not: a table whose name differs
+// The keys of a dictionary compare without case, names of tables do not: a table whose name differs
 // from another's in case alone gets a key of its own.
-std::wstring key_for(std::wstring_view name, const std::vector<DictionaryEntry>& taken,
-                     const dxf::TextCodec& codec) {
-  std::wstring key(name);
-  const auto is_taken = [&](std::wstring_view wanted) {
-    return std::ranges::any_of(taken, [&](const DictionaryEntry& entry) {
-      return equal_ignoring_case(codec.decode(entry.key), wanted);
-    });
-  };
-  for (int number = 2; is_taken(key); ++number) {
-    key = std::wstring(name) + L"$" + std::to_wstring(number);
+class TakenKeys {
+ public:
+  TakenKeys(const std::vector<DictionaryEntry>& entries, const dxf::TextCodec& codec)
+      : codec_(codec) {
+    for (const DictionaryEntry& entry : entries)
+      taken_.insert(lower(codec.decode(entry.key)));
   }
-  return key;
-}
+
+  std::string take_for(std::wstring_view name) {
+    std::wstring key(name);
+    for (int number = 2; taken_.contains(lower(key)); ++number)
+      key = std::wstring(name) + L"$" + std::to_wstring(number);
+    taken_.insert(lower(key));
+    return codec_.encode(key);
+  }
+  void release(std::string_view key) {
+    const auto taken = taken_.find(lower(codec_.decode(key)));
+    if (taken != taken_.end()) taken_.erase(taken);
+  }
+
+ private:
+  const dxf::TextCodec& codec_;
+  std::multiset<std::wstring> taken_;
+};
 
 }  // namespace
 
@@ -121,26 +134,31 @@ std::string OdWriting::known_entries() const {
   for (std::uint32_t table = 0; table < items.records.size(); ++table) {
     if (tables[table].deleted) gone.push_back(document_.item(items.records[table]).handle);
   }
-  std::string bytes = without_entries(document_, document_.bytes(items.dictionary), gone);
+  const std::string bytes =
+      without_entries(document_, document_.bytes(items.dictionary), std::move(gone));
+  const std::vector<DictionaryEntry> entries = entries_of(document_, bytes);
+  TakenKeys keys(entries, document_.codec());
+  KeysByHandle former;
+  for (const DictionaryEntry& entry : entries)
+    former.try_emplace(entry.handle, entry.key);
+  KeysByHandle changed;
   for (std::uint32_t table = 0; table < items.records.size(); ++table) {
     const dxf::ItemIndex record = items.records[table];
     const auto in_file = od_format::read_definition(document_, record, {});
     const bool renamed = in_file && !in_file->name.empty() && in_file->name != tables[table].name;
     if (tables[table].deleted || !renamed) continue;
-    const std::wstring key =
-        key_for(tables[table].name, entries_of(document_, bytes), document_.codec());
-    bytes =
-        with_key(document_, bytes, {document_.codec().encode(key), document_.item(record).handle});
+    const std::uint64_t handle = document_.item(record).handle;
+    changed[handle] = keys.take_for(tables[table].name);
+    keys.release(former[handle]);
   }
-  return bytes;
+  return with_keys(document_, bytes, std::move(changed));
 }
 
 void OdWriting::append_new_entries(std::string& dictionary) const {
+  TakenKeys keys(entries_of(document_, dictionary), document_.codec());
+  dxf::GroupWriter writer(document_.manner(), document_.codec(), dictionary);
   for (const std::uint32_t table : new_definitions_) {
-    const std::wstring key = key_for(drawing_.od_.tables()[table].name,
-                                     entries_of(document_, dictionary), document_.codec());
-    dxf::GroupWriter writer(document_.manner(), document_.codec(), dictionary);
-    writer.text(3, key);
+    writer.raw(3, keys.take_for(drawing_.od_.tables()[table].name));
     writer.handle(360, drawing_.definition_items_.new_handles[table]);
   }
 }

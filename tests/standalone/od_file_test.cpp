@@ -179,6 +179,13 @@ TEST(ObjectDataFile, KeepsOrderAndTablesApart) {
   const auto third = reopened(*again);
   EXPECT_TRUE(StandaloneStore(*third).table(L"rOADS"));
   EXPECT_TRUE(records_of(*third, 0x20) == records);
+  StandaloneStore renamed(*third);
+  ASSERT_EQ(renamed.rename_table(L"TPMLINK_X", L"RoAdS"), TableChange::Done);
+  ASSERT_EQ(renamed.rename_table(L"Roads ", L"Tpmlink_x"), TableChange::Done);
+  const std::string bytes = third->to_bytes();
+  for (const std::string key :
+       {"Roads", "ROADS$2", "roads$3", "ROADS$2$2", "RoAdS$5", "Tpmlink_x", "rOADS$4"})
+    EXPECT_NE(bytes.find("  3\n" + key + "\n360\n"), std::string::npos) << key;
 }
 
 TEST(ObjectDataFile, FollowsChangesOfTablesAndColumns) {
