@@ -81,8 +81,8 @@ class TaggedAttributes {
 
   // In their order.
   [[nodiscard]] std::span<const Tagged> with(std::wstring_view tag) const {
-    const auto found = std::ranges::equal_range(by_tag_, tag, {}, &Tagged::tag);
-    return {found.begin(), found.end()};
+    return {std::ranges::lower_bound(by_tag_, tag, {}, &Tagged::tag),
+            std::ranges::upper_bound(by_tag_, tag, {}, &Tagged::tag)};
   }
   [[nodiscard]] const std::wstring& text(const Tagged& attribute) const {
     return attributes_[attribute.index].text;

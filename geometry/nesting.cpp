@@ -74,7 +74,7 @@ std::vector<Part> parts_of(const Path& outlines, const std::vector<double>& size
   for (std::size_t i = 0; i < sizes.size(); ++i) {
     const bool is_last = i == outlines.later_parts.size();
     const std::size_t end = is_last ? outlines.points.size() : outlines.later_parts[i];
-    Part& part = parts.emplace_back(sizes[i]);
+    Part& part = parts.emplace_back(Part{sizes[i]});
     for (std::size_t at = first; at < end; ++at) {
       const Point3& from = outlines.points[at];
       const Point3& to = outlines.points[at + 1 == end ? first : at + 1];
