@@ -1,9 +1,8 @@
 #include "search/presence_search.h"
 
 #include <algorithm>
-#include <functional>
-#include <set>
 #include <string>
+#include <vector>
 
 #include "frame/command_frame.h"
 #include "frame/command_handlers.h"
@@ -15,13 +14,12 @@ namespace {
 // Names compare exactly.
 bool has_duplicate_table(RecordIterator& records, EntityId entity) {
   if (!records.open(entity, OpenMode::Read) || records.count() < 2) return false;
-  std::set<std::wstring, std::less<>> seen;
-  for (; !records.done(); records.next()) {
-    const std::wstring_view name = records.table_name();
-    if (seen.contains(name)) return true;
-    seen.emplace(name);
-  }
-  return false;
+  std::vector<std::wstring> names;
+  names.reserve(static_cast<std::size_t>(records.count()));
+  for (; !records.done(); records.next())
+    names.emplace_back(records.table_name());
+  std::ranges::sort(names);
+  return std::ranges::adjacent_find(names) != names.end();
 }
 
 void search(Session& session, Presence criterion) {
