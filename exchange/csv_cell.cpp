@@ -89,6 +89,21 @@ bool is_same_text(std::wstring_view text, std::string_view cell, std::string& ut
   return utf8 == cell.substr(same);
 }
 
+// Also in the sign of zeros, which the export writes.
+bool is_same_number(const ODValueView& left, const ODValueView& right) {
+  const auto same_sign = [](double a, double b) { return std::signbit(a) == std::signbit(b); };
+  if (left != right) return false;
+  if (const auto* const real = std::get_if<double>(&left)) {
+    return same_sign(*real, std::get<double>(right));
+  }
+  if (const auto* const point = std::get_if<Point3>(&left)) {
+    const auto& other = std::get<Point3>(right);
+    return same_sign(point->x, other.x) && same_sign(point->y, other.y) &&
+           same_sign(point->z, other.z);
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string_view without_blanks(std::string_view cell) {
@@ -106,7 +121,7 @@ CellVerdict CellReader::compare(std::string_view cell, const ODValueView& presen
   const std::string_view inner = without_blanks(cell);
   if (inner.empty()) return CellVerdict::Same;
   if (const std::optional<ODValueView> said = number(inner, type)) {
-    return *said == present ? CellVerdict::Same : CellVerdict::Changes;
+    return is_same_number(*said, present) ? CellVerdict::Same : CellVerdict::Changes;
   }
   // A number that is not finite is written, but not read.
   narrow_.clear();

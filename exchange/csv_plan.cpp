@@ -33,7 +33,8 @@ class Planner {
           const CsvFormat& format)
       : host_(host),
         table_(table),
-        lines_(static_cast<std::size_t>(std::ranges::count(utf8, '\n'))),
+        lines_(static_cast<std::size_t>(
+            std::max(std::ranges::count(utf8, '\n'), std::ranges::count(utf8, '\r')))),
         reader_(utf8, format.separator),
         records_(store.records_of(table.name)),
         verdicts_(format.decimal_sign),

@@ -56,7 +56,7 @@ class Explication {
 };
 
 // Why the request cannot be met; empty when it can.
-std::wstring_view what_is_missing(const ExplicationRequest& request) {
+std::wstring_view missing_input(const ExplicationRequest& request) {
   if (request.tables.empty()) return L"no table is chosen";
   if (request.separator.empty()) return L"there is no separator";
   if (request.type_field && request.type_field->empty()) return L"no type field is chosen";
@@ -88,7 +88,7 @@ void expl(Session& session) {
   SelectSharedCol dialog(session.store, user_tables_on(session.store, entities, host));
   if (!host.show(dialog)) return;
   const ExplicationRequest request = dialog.request();
-  if (const std::wstring_view missing = what_is_missing(request); !missing.empty()) {
+  if (const std::wstring_view missing = missing_input(request); !missing.empty()) {
     return host.note_refused_input(missing);
   }
   const auto file = host.choose_file_to_save({L"CSV files (*.csv)|*.csv||", L"csv", true});

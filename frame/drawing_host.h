@@ -1,9 +1,8 @@
 // The drawing and the person in front of it, as every command sees them.
 //
 // A host implements this class; a second host can be written from this header alone. No operation
-// throws but entities_around. What cannot be done is answered by the result. Prompts, questions and
-// dialogs always ask somebody (a person, or the script that stands for one) and never answer by
-// themselves.
+// throws but entities_around and replace_files. What cannot be done is answered by the result.
+// Prompts, questions and dialogs always ask a person or a script and never answer by themselves.
 #pragma once
 
 #include <cstddef>

@@ -45,8 +45,10 @@ void drain() {
 void install(int most) {
   most_presses = most;
   if (wake_pipe[0] >= 0) return;
-  if (pipe2(wake_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
   struct sigaction action {};
+  // A shell starts a program in the background so that Ctrl+C does not reach it.
+  if (sigaction(SIGINT, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) return;
+  if (pipe2(wake_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
   action.sa_handler = on_signal;
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;

@@ -27,7 +27,7 @@ class Utf8Streams {
 // A variable of the environment, likewise; none if it is not set or empty.
 [[nodiscard]] std::optional<std::string> variable(const char* name);
 
-// From now on writing to a pipe that nobody reads any more fails instead of ending the program.
+// From now on writing to a pipe without a reader fails instead of ending the program.
 void ignore_closed_pipes();
 
 inline constexpr int standard_input = 0;

@@ -70,7 +70,7 @@ bool wants_saving(TerminalHost::Ending ending) {
          ending != Ending::QuitDiscarding;
 }
 
-// The input ended with changes that nobody saved or discarded.
+// The input ended with changes that were neither saved nor discarded.
 void warn_of_lost_changes(const TerminalHost& host) {
   const bool ended = host.ending() == TerminalHost::Ending::InputEnded ||
                      host.ending() == TerminalHost::Ending::InputEndedInPrompt;

@@ -109,7 +109,7 @@ Result<std::string> read_script(const std::filesystem::path& path) {
   }
   if (is_text(bytes)) return bytes;
   return Failure{name + ", line " + std::to_string(first_line_of_no_text(bytes)) +
-                 ": this is no UTF-8, in which scripts are written"};
+                 ": this is not valid UTF-8; scripts are UTF-8"};
 }
 
 ScriptedLines::Fetched ScriptedLines::fetch() {

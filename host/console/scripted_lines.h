@@ -50,7 +50,7 @@ class LineReader {
 [[nodiscard]] Result<std::string> read_script(const std::filesystem::path& path);
 
 // First the given lines, which are those of -c, then those of the reader, if there is one. There a
-// line that begins with a semicolon is a comment, which nobody sees.
+// line that begins with a semicolon is a comment and is not shown.
 class ScriptedLines final : public LineSource {
  public:
   ScriptedLines(std::vector<std::string> lines, LineReader* reader)

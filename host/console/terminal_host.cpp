@@ -96,7 +96,7 @@ std::optional<std::wstring> TerminalHost::read_line(std::wstring_view prompt) {
       refuse(L"The line is longer than " + std::to_wstring(max_typed_bytes) +
              L" bytes and is left out.");
     } else {
-      refuse(L"The line is no UTF-8 and is left out.");
+      refuse(L"The line is not valid UTF-8 and is left out.");
     }
   }
   return std::nullopt;

@@ -1,6 +1,7 @@
 // Files as the operating system has them; each system has its own version of these operations.
 #pragma once
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -36,6 +37,9 @@ class OpenFile {
   int descriptor_;
 };
 
+// The reason in errno.
+[[nodiscard]] inline std::error_code last_error() { return {errno, std::generic_category()}; }
+
 // The descriptor, or -1 and the reason in errno.
 [[nodiscard]] int open_to_read(const std::filesystem::path& path);
 // The same of a device or a pipe, which are written as they are.
@@ -48,7 +52,7 @@ struct Status {
 };
 [[nodiscard]] std::optional<Status> status_of(const OpenFile& file);
 
-// Tells one content of a file from another without reading it.
+// Differs when the content of a file may differ, without reading it.
 struct Stamp {
   std::uint64_t volume = 0;
   std::uint64_t file = 0;  // its number on the volume
@@ -86,7 +90,7 @@ void give_permissions(const OpenFile& file, const std::filesystem::path& target)
 // In bytes.
 [[nodiscard]] std::uint64_t physical_memory();
 
-// While one exists, Ctrl+C and other wishes that the program end wait.
+// While one exists, Ctrl+C and other signals that end the program wait.
 class InterruptsHeld {
  public:
   InterruptsHeld();
@@ -99,7 +103,7 @@ class InterruptsHeld {
   std::unique_ptr<Former> former_;
 };
 
-// Whether such a wish waits.
+// Whether such a signal waits.
 [[nodiscard]] bool interrupt_waits();
 
 }  // namespace korvel::disk

@@ -19,8 +19,6 @@ constexpr std::array held_signals = {SIGHUP, SIGINT, SIGTERM};
 constexpr mode_t owner_only = 0600;
 constexpr mode_t any_write = 0222;
 
-std::error_code last_error() { return {errno, std::generic_category()}; }
-
 bool try_lock(const OpenFile& file, int how) {
   return ::flock(file.descriptor(), how | LOCK_NB) == 0;
 }
@@ -154,11 +152,22 @@ struct InterruptsHeld::Former {
   sigset_t signals{};
 };
 
+namespace {
+
+// As under nohup. Such a signal would stay pending while it is held, as if it had an effect.
+bool is_ignored(int signal) {
+  struct sigaction action {};
+  return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
+
 InterruptsHeld::InterruptsHeld() : former_(std::make_unique<Former>()) {
   sigset_t held;
   sigemptyset(&held);
-  for (const int signal : held_signals)
-    sigaddset(&held, signal);
+  for (const int signal : held_signals) {
+    if (!is_ignored(signal)) sigaddset(&held, signal);
+  }
   pthread_sigmask(SIG_BLOCK, &held, &former_->signals);
   // A limit on the size of files is to be an error of write(), not the end of the program.
   (void)std::signal(SIGXFSZ, SIG_IGN);

@@ -24,8 +24,6 @@ Failure write_failure(const fs::path& path, std::wstring reason) {
   return FailedFile{path, FileDirection::Write, std::move(reason)};
 }
 
-std::error_code last_error() { return {errno, std::generic_category()}; }
-
 // What a chain of symbolic links leads to, even if it is not there yet.
 fs::path behind_links(fs::path path) {
   constexpr int longest_chain = 40;
@@ -91,7 +89,7 @@ class FileOutput {
 
  private:
   void put(std::string_view bytes) {
-    if (!error_ && !file_.write(bytes)) error_ = last_error();
+    if (!error_ && !file_.write(bytes)) error_ = disk::last_error();
   }
 
   static constexpr std::size_t capacity = std::size_t{1} << 20;
@@ -148,7 +146,7 @@ class Replacement {
   [[nodiscard]] Failure begin() {
     if (is_device()) {
       device_.emplace(disk::open_to_write(target_));
-      return device_->is_open() ? std::nullopt : failure_if(last_error());
+      return device_->is_open() ? std::nullopt : failure_if(disk::last_error());
     }
     remove_leftovers(target_);
     for (;;) {
@@ -159,7 +157,7 @@ class Replacement {
         disk::give_permissions(fresh_->file(), target_);
         return std::nullopt;
       }
-      if (errno != EEXIST) return failure_if(last_error());
+      if (errno != EEXIST) return failure_if(disk::last_error());
     }
   }
 
@@ -170,7 +168,7 @@ class Replacement {
         file_.produce([&output](std::string_view bytes) { return output.write(bytes); });
     if (wanted) output.flush();
     std::error_code error = output.error();
-    if (wanted && !error && fresh_ && !fresh_->file().sync()) error = last_error();
+    if (wanted && !error && fresh_ && !fresh_->file().sync()) error = disk::last_error();
     failed = failure_if(error);
     return wanted || failed;
   }

@@ -42,8 +42,17 @@ Result<std::unique_ptr<Drawing>> Drawing::read(std::string bytes, const std::str
 
 std::optional<Failure> Drawing::save(const std::filesystem::path& path) {
   const OdWriting writing(*this);
-  const auto write = [&](const ByteSink& sink) { return document_.write(sink, writing); };
+  const bool had_another_file = has_another_file(path);
+  bool changed_meanwhile = false;
+  const auto write = [&](const ByteSink& sink) {
+    if (!document_.write(sink, writing)) return false;
+    changed_meanwhile = !had_another_file && has_another_file(path);
+    return !changed_meanwhile;
+  };
   std::optional<Failure> failed = save_file({path, write});
+  if (changed_meanwhile && !failed) {
+    failed = {to_utf8(path_text(path)) + ": not saved: another program has changed it meanwhile"};
+  }
   if (!failed) {
     saved_state_ = journal_.state();
     saved_header_ = document_.header_span();

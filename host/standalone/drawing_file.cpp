@@ -24,8 +24,6 @@ Failure failure(const fs::path& path, std::string_view what, std::error_code err
   return failure(path, std::string(what) + ": " + to_utf8(reason_text(error)));
 }
 
-std::error_code last_error() { return {errno, std::generic_category()}; }
-
 // The size is a hint: it is 0 for pipes, and the file may grow meanwhile.
 bool read_all(const disk::OpenFile& file, std::size_t size, std::string& bytes) {
   constexpr std::size_t chunk = std::size_t{1} << 20;
@@ -50,7 +48,7 @@ Result<std::string> read_file(const fs::path& path) {
   if (fs::is_directory(path, ignored)) return failure(path, "this is a directory, not a file");
   const disk::OpenFile file(disk::open_to_read(path));
   const auto status = file.is_open() ? disk::status_of(file) : std::nullopt;
-  if (!status) return failure(path, "cannot be opened", last_error());
+  if (!status) return failure(path, "cannot be opened", disk::last_error());
   // Devices need not end.
   if (status->kind == disk::Kind::Device) return failure(path, "this is a device, not a file");
   const Failure too_large = failure(path, "the file is too large for this machine's memory");
@@ -58,7 +56,7 @@ Result<std::string> read_file(const fs::path& path) {
   try {
     std::string bytes;
     if (read_all(file, static_cast<std::size_t>(status->size), bytes)) return bytes;
-    return failure(path, "cannot be read", last_error());
+    return failure(path, "cannot be read", disk::last_error());
   } catch (const std::exception&) {  // out of memory, or longer than any text can be
     return too_large;
   }

@@ -81,9 +81,9 @@ TEST(Script, IsReadAsAWholeOrNotAtAll) {
             "\xEF\xBB\xBF"
             "a\xC3\xA9\n");
   for (const std::string_view bytes : {"\n\nr\xE9gion\n", "\n\na\xC3", "\n\n\xED\xA0\x80\n"}) {
-    EXPECT_EQ(read(bytes), name + ", line 3: this is no UTF-8, in which scripts are written");
+    EXPECT_EQ(read(bytes), name + ", line 3: this is not valid UTF-8; scripts are UTF-8");
   }
-  EXPECT_EQ(read({"L\0I\0", 4}), name + ", line 1: this is no UTF-8, in which scripts are written");
+  EXPECT_EQ(read({"L\0I\0", 4}), name + ", line 1: this is not valid UTF-8; scripts are UTF-8");
   if (std::filesystem::exists("/dev/zero")) {
     EXPECT_EQ(read_script("/dev/zero").reason(), "/dev/zero: the script is longer than 128 MB");
   }
