@@ -95,8 +95,8 @@ class DrawingHost : public ProgressMeter, public FileAccess, public Refusals {
   // null identifier when no entity that can be opened has it.
   [[nodiscard]] virtual EntityId entity_with_handle(std::wstring_view handle) const = 0;
 
-  // The shape in world coordinates; none for an entity that cannot be opened. Dimensions, leaders,
-  // meshes and tables are among those of unknown shape.
+  // The shape in world coordinates; none for an entity that cannot be opened. Dimensions, leaders
+  // and meshes are among those of unknown shape.
   [[nodiscard]] virtual std::optional<EntityGeometry> geometry_of(EntityId entity) const = 0;
 
   // None for entities without a size (rays, construction lines, empty blocks, unknown types).

@@ -155,7 +155,7 @@ struct FaceShape {
 };
 
 // monostate: the host knows the entity but not its shape, or the entity is no such thing: a
-// dimension, a leader, a mesh, a table.
+// dimension, a leader, a mesh.
 using Shape = std::variant<std::monostate, PointShape, LineShape, ArcShape, EllipseShape,
                            PolylineShape, SplineShape, MlineShape, TextShape, MtextShape,
                            BlockReferenceShape, HatchShape, FaceShape>;

@@ -101,10 +101,12 @@ bool PolylineConversion::divided(EntityGeometry& geometry, Vector3 normal) {
   return take_path(geometry, normal);
 }
 
-// The height is that of the first point. What is seen as one point is no curve there.
+// The height is that of the first point. What is seen as one point is no curve there. A thickness
+// that does not go straight up or down has no counterpart and is dropped.
 bool PolylineConversion::to_plan(EntityGeometry& geometry) {
   const auto* const line = std::get_if<LineShape>(&geometry.shape);
-  const bool from_below = line != nullptr && line->normal.z < 0;
+  const Vector3 normal = line != nullptr ? normalise(line->normal) : plan_normal;
+  const double up = normal.x == 0 && normal.y == 0 ? normal.z : 0;
   sample(geometry, {.pieces_per_curve = precision_}, path_);
   std::vector<Point3>& points = path_.points;
   for (Point3& point : points)
@@ -113,7 +115,7 @@ bool PolylineConversion::to_plan(EntityGeometry& geometry) {
   while (path_.closed && points.size() > 1 && points.back() == points.front())
     points.pop_back();
   if (!take_path(geometry, plan_normal)) return false;
-  if (from_below) geometry.thickness = -geometry.thickness;
+  geometry.thickness *= up;
   return true;
 }
 

@@ -46,7 +46,7 @@ struct ObjectTree;
 enum class RecordsPlace : std::uint8_t {
   Sound,
   None,        // it takes none
-  Unreadable,  // nor does it: the file's own, if there are any, are kept as they stand
+  Unreadable,  // it takes none; what the file has is kept
 };
 
 // Where an entity stands.
@@ -240,7 +240,8 @@ class Drawing {
 
   Drawing() = default;
 
-  // The slot of the named object dictionary, of that of the tables, and of their definitions.
+  // The slot of objects that belong to the drawing (the named object dictionary, the tables and
+  // their definitions): removing an entity never takes them.
   static constexpr std::uint32_t own_object = dxf::no_index - 1;
 
   [[nodiscard]] const Entity* entity(EntityId id) const {

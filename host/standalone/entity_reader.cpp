@@ -17,7 +17,7 @@ struct ShapeReader {
 };
 
 // The usual ones first.
-constexpr std::array<ShapeReader, 19> shape_readers{{
+constexpr std::array<ShapeReader, 20> shape_readers{{
     {"LWPOLYLINE", read_lwpolyline},
     {"LINE", read_line},
     {"INSERT", read_insert},
@@ -37,14 +37,14 @@ constexpr std::array<ShapeReader, 19> shape_readers{{
     {"MLINE", read_mline},
     {"ATTDEF", read_text},
     {"HELIX", read_spline},
+    {"ACAD_TABLE", read_table},
 }};
 
 // Of entities that have no shape.
-constexpr std::array<ShapeReader, 6> picture_readers{{
+constexpr std::array<ShapeReader, 5> picture_readers{{
     {"DIMENSION", read_dimension},
     {"LEADER", read_leader},
     {"POLYLINE", read_mesh},
-    {"ACAD_TABLE", read_table},
     {"ARC_DIMENSION", read_dimension},
     {"LARGE_RADIAL_DIMENSION", read_dimension},
 }};

@@ -12,12 +12,12 @@
 
 namespace korvel {
 
-// The shape in world coordinates. Dimensions, leaders, meshes, tables, rays, construction lines,
-// proxies and types that are not known have none.
+// The shape in world coordinates. Dimensions, leaders, meshes, rays, construction lines, proxies
+// and types that are not known have none.
 [[nodiscard]] EntityGeometry read_geometry(dxf::GroupReader groups, const dxf::TextCodec& codec);
 
-// What is seen of the entity: its shape; for dimensions and tables, a reference to the block that
-// pictures them; for leaders and meshes, the 3D polyline of their vertices.
+// What is seen of the entity: its shape; for dimensions, a reference to the block that pictures
+// them; for leaders and meshes, the 3D polyline of their vertices.
 [[nodiscard]] EntityGeometry read_picture(dxf::GroupReader groups, const dxf::TextCodec& codec);
 
 // The properties of the head record.

@@ -212,7 +212,8 @@ EntityGeometry read_mpolygon(EntityRecords& records, const dxf::TextCodec&) {
   HatchGroups read = read_paths(records);
   Point3 offset;
   dxf::Group group;
-  while (records.next(group))
+  constexpr int degenerate_paths = 99;  // what follows may have points of the same code
+  while (records.next(group) && group.code != degenerate_paths)
     take_point(group, 11, offset);
   return in_world(std::move(read), offset);
 }

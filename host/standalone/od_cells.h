@@ -25,7 +25,7 @@ void set_cell(CellVector& cells, std::size_t row, const Cell& cell);
 // Exchanges cells of two vectors of one type.
 void swap_cells(CellVector& cells, std::size_t row, CellVector& others, std::size_t other_row);
 
-// Fills a vector that is shorter with zeros.
+// Makes the vector so many cells long: cuts it, or fills it with zeros.
 void resize(CellVector& cells, std::size_t rows);
 
 // Bitwise for reals: a negative zero is not a zero.

@@ -90,13 +90,20 @@ RecordsPlace OdReader::place_of_records(std::uint32_t entity) {
                         !dxf::is_part(document.type_of(item));
   if (head.extension_dictionary == 0) return is_sound ? RecordsPlace::Sound : RecordsPlace::None;
   const std::optional<dxf::ItemIndex> dictionary = object_with(head.extension_dictionary);
-  // A reference to nothing makes way when records are attached.
+  // A reference to nothing is replaced when records are attached.
   if (is_sound && (!dictionary || follow_chain(entity, *dictionary))) return RecordsPlace::Sound;
   drawing_.od_.forget_records(entity);
-  const bool has_records =
-      dictionary &&
-      entries_with_key(document, document.bytes(*dictionary), od_format::records_key).count > 0;
-  return has_records ? RecordsPlace::Unreadable : RecordsPlace::None;
+  return dictionary && has_records(*dictionary) ? RecordsPlace::Unreadable : RecordsPlace::None;
+}
+
+bool OdReader::has_records(dxf::ItemIndex dictionary) {
+  const auto [known, is_new] = refused_.try_emplace(dictionary);
+  const dxf::Document& document = drawing_.document_;
+  if (is_new) {
+    known->second =
+        entries_with_key(document, document.bytes(dictionary), od_format::records_key).count > 0;
+  }
+  return known->second;
 }
 
 // False when the chain is not sound or goes on to what are no records.

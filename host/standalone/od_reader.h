@@ -24,6 +24,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/standalone/dictionary.h"
@@ -42,13 +43,15 @@ class OdReader {
   // `heads` are by entity.
   OdReader(Drawing& drawing, const std::vector<OdHead>& heads) : drawing_(drawing), heads_(heads) {}
 
-  // What cannot be read stays in the file as it stands and is told in the drawing's notices.
+  // What cannot be read stays in the file as it is; the drawing's notices say so.
   void read();
 
  private:
   [[nodiscard]] bool read_definitions();
   void read_definition(const DictionaryEntry& entry);
   [[nodiscard]] RecordsPlace place_of_records(std::uint32_t entity);
+  // Of a dictionary whose chain was refused.
+  [[nodiscard]] bool has_records(dxf::ItemIndex dictionary);
   [[nodiscard]] bool follow_chain(std::uint32_t entity, dxf::ItemIndex dictionary);
   [[nodiscard]] std::optional<dxf::ItemIndex> object_with(std::uint64_t handle);
   [[nodiscard]] bool link(dxf::ItemIndex item, std::string_view type, dxf::ItemIndex owner,
@@ -59,6 +62,8 @@ class OdReader {
 
   Drawing& drawing_;
   const std::vector<OdHead>& heads_;
+  // Refused dictionaries and whether they have records: many entities may name the same one.
+  std::unordered_map<dxf::ItemIndex, bool> refused_;
   std::string last_table_raw_;
   std::optional<std::uint32_t> last_table_;
   std::vector<ODValue> values_;

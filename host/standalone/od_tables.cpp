@@ -201,7 +201,7 @@ std::uint32_t OdTables::count_of(RecordSpan span, std::uint32_t table) const {
 RecordRef OdTables::add_row(std::uint32_t table, std::span<const ODValueView> values) {
   OdTable& owner = tables_[table];
   for (std::size_t i = 0; i < owner.columns.size(); ++i) {
-    resize(owner.columns[i].cells, owner.rows);  // a row may have been begun in vain
+    resize(owner.columns[i].cells, owner.rows);  // an earlier row may have failed half-way
     append(owner.columns[i].cells, cell_for(values[i], texts_));
   }
   return {table, owner.rows++};

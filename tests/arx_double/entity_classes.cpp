@@ -339,7 +339,7 @@ class ClassOf {
 
 // Whether the entity is of a class that the binding does not read, whatever it looks like.
 bool is_unread(std::string_view type) {
-  constexpr std::array<std::string_view, 4> parts{"DIMENSION", "LEADER", "TABLE", "MPOLYGON"};
+  constexpr std::array<std::string_view, 3> parts{"DIMENSION", "LEADER", "MPOLYGON"};
   return std::ranges::any_of(
       parts, [type](std::string_view part) { return type.find(part) != std::string_view::npos; });
 }

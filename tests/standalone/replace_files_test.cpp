@@ -104,7 +104,7 @@ TEST_F(ReplaceFiles, LeaveTheOldOneWhenTheNewOneCannotBeMade) {
   expect_untouched("no longer wanted");
   const auto fail = [](const ByteSink& sink) -> bool {
     (void)sink(std::string(3 << 20, 'x'));
-    throw std::runtime_error("in vain");
+    throw std::runtime_error("no more bytes");
   };
   EXPECT_THROW((void)replace_drawing_file({path, fail}), std::runtime_error);
   expect_untouched("an exception");
