@@ -254,6 +254,13 @@ TEST_F(Csv, ACellSaysExactlyOneValueOrIsRefused) {
   }
 }
 
+// The export writes it, so an import must not lose it.
+TEST_F(Csv, TheSignOfAZeroCounts) {
+  EXPECT_EQ(plan("Handle,Record,R\n2B,1,-0.0\n").unchanged, 1U);
+  EXPECT_EQ(plan("Handle,Record,R\n2B,1,0.0\n").changes.size(), 1U);
+  EXPECT_EQ(plan("Handle,Record,P\n2B,1,\"0.1,-0,-1\"\n").changes.size(), 1U);
+}
+
 TEST_F(Csv, ThePreviewShowsWhereValuesDiffer) {
   const std::wstring alike(60, L'a');
   const std::wstring longer = alike + L"b";
